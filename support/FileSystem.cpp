@@ -1,0 +1,330 @@
+// The one door to the file system.
+#include "support/FileSystem.h"
+
+#include "support/Encoding.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <dirent.h>
+#include <fcntl.h>
+#include <filesystem>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace QxFs {
+namespace {
+
+bool hasWildcard(const std::u16string& s) { return s.find_first_of(u"*?") != std::u16string::npos; }
+
+std::vector<std::u16string> splitComponents(const std::u16string& path) {
+    std::vector<std::u16string> parts;
+    std::u16string current;
+    for (char16_t ch : path) {
+        if (ch == u'\\' || ch == u'/') {
+            if (!current.empty()) parts.push_back(current);
+            current.clear();
+        } else {
+            current += ch;
+        }
+    }
+    if (!current.empty()) parts.push_back(current);
+    return parts;
+}
+
+bool statPath(const std::string& native, struct stat& st) { return ::stat(native.c_str(), &st) == 0; }
+
+std::vector<std::string> readDirectory(const std::string& native) {
+    std::vector<std::string> names;
+    DIR* dir = ::opendir(native.empty() ? "." : native.c_str());
+    if (!dir) return names;
+    while (const dirent* entry = ::readdir(dir)) {
+        const std::string name = entry->d_name;
+        if (name != "." && name != "..") names.push_back(name);
+    }
+    ::closedir(dir);
+    return names;
+}
+
+std::string joinNative(const std::string& folder, const std::string& name) {
+    if (folder.empty()) return name;
+    if (folder.back() == '/') return folder + name;
+    return folder + "/" + name;
+}
+
+std::u16string foldName(const std::u16string& name) {
+    std::u16string out = name;
+    for (char16_t& ch : out) ch = FoldNameChar(ch);
+    return out;
+}
+
+// Finds a name in a native folder, exact first, else ignoring case.
+std::optional<std::string> matchComponent(const std::string& folder, const std::u16string& component) {
+    if (component == u"." || component == u"..") return Utf16ToUtf8(component);
+    const std::string exact = Utf16ToUtf8(component);
+    struct stat st;
+    if (statPath(joinNative(folder, exact), st)) return exact;
+    const std::u16string wanted = foldName(component);
+    for (const std::string& name : readDirectory(folder))
+        if (foldName(Utf8ToUtf16(name)) == wanted) return name;
+    return std::nullopt;
+}
+
+struct Walk {
+    std::string native;       // the part that was found on disk
+    size_t matched = 0;       // how many components were found
+    std::vector<std::u16string> components;
+};
+
+std::optional<Walk> walk(const CString& logicPath) {
+    if (HasDriveOrUncPrefix(logicPath)) return std::nullopt;
+    const std::u16string& path = logicPath.str();
+    Walk w;
+    w.components = splitComponents(path);
+    const bool absolute = !path.empty() && (path[0] == u'\\' || path[0] == u'/');
+    if (absolute) w.native.push_back('/');
+    for (const std::u16string& component : w.components) {
+        const auto name = matchComponent(w.native, component);
+        if (!name) break;
+        w.native = joinNative(w.native, *name);
+        ++w.matched;
+    }
+    return w;
+}
+
+// Matches a Windows wildcard pattern against a name, ignoring case.
+bool wildcardMatch(std::u16string_view pattern, std::u16string_view name) {
+    size_t p = 0, n = 0, starP = std::u16string::npos, starN = 0;
+    while (n < name.size()) {
+        if (p < pattern.size() && (pattern[p] == u'?' || FoldNameChar(pattern[p]) == FoldNameChar(name[n]))) {
+            ++p;
+            ++n;
+        } else if (p < pattern.size() && pattern[p] == u'*') {
+            starP = p++;
+            starN = n;
+        } else if (starP != std::u16string::npos) {
+            p = starP + 1;
+            n = ++starN;
+        } else {
+            return false;
+        }
+    }
+    while (p < pattern.size() && pattern[p] == u'*') ++p;
+    return p == pattern.size();
+}
+
+bool patternMatches(const std::u16string& pattern, const std::u16string& name) {
+    if (pattern == u"*.*" || pattern == u"*") return true;
+    return wildcardMatch(pattern, name);
+}
+
+std::string nativeParentOf(const std::string& native) {
+    const size_t slash = native.rfind('/');
+    if (slash == std::string::npos) return ".";
+    if (slash == 0) return "/";
+    return native.substr(0, slash);
+}
+
+} // namespace
+
+char16_t FoldNameChar(char16_t ch) {
+    if (ch >= u'a' && ch <= u'z') return char16_t(ch - 32);
+    if (ch >= 0xE0 && ch <= 0xFE && ch != 0xF7) return char16_t(ch - 32);            // Latin-1
+    if (ch >= 0x3B1 && ch <= 0x3C9 && ch != 0x3C2) return char16_t(ch - 32);         // Greek
+    if (ch >= 0x430 && ch <= 0x44F) return char16_t(ch - 32);                        // Cyrillic
+    if (ch >= 0x450 && ch <= 0x45F) return char16_t(ch - 80);
+    if (ch >= 0xFF41 && ch <= 0xFF5A) return char16_t(ch - 32);                      // full-width Latin
+    return ch;
+}
+
+bool NamesEqual(const CString& a, const CString& b) { return foldName(a.str()) == foldName(b.str()); }
+
+bool HasDriveOrUncPrefix(const CString& logicPath) {
+    const std::u16string& p = logicPath.str();
+    if (p.size() >= 2 && p[1] == u':' && ((p[0] >= u'A' && p[0] <= u'Z') || (p[0] >= u'a' && p[0] <= u'z'))) return true;
+    return p.size() >= 2 && (p[0] == u'\\' || p[0] == u'/') && (p[1] == u'\\' || p[1] == u'/');
+}
+
+std::optional<std::string> Resolve(const CString& logicPath) {
+    if (logicPath.IsEmpty()) return std::nullopt;
+    const auto w = walk(logicPath);
+    if (!w || w->matched != w->components.size()) return std::nullopt;
+    if (w->native.empty()) return std::string(".");
+    return w->native;
+}
+
+std::optional<std::string> NativeTarget(const CString& logicPath) {
+    if (logicPath.IsEmpty()) return std::nullopt;
+    const auto w = walk(logicPath);
+    if (!w) return std::nullopt;
+    std::string native = w->native;
+    for (size_t i = w->matched; i < w->components.size(); ++i) native = joinNative(native, Utf16ToUtf8(w->components[i]));
+    return native.empty() ? std::string(".") : native;
+}
+
+CString FromNative(const std::string& nativePath) {
+    std::error_code ec;
+    std::filesystem::path p = std::filesystem::absolute(nativePath, ec);
+    std::string text = ec ? nativePath : p.lexically_normal().string();
+    CString logic = CString::FromUtf8(text);
+    logic.Replace(u'/', u'\\');
+    return logic;
+}
+
+std::vector<Entry> Find(const CString& logicPattern) {
+    std::vector<Entry> found;
+    const int slash = logicPattern.ReverseFind(u'\\');
+    const CString folder = slash >= 0 ? logicPattern.Left(slash + 1) : CString();
+    const std::u16string pattern = (slash >= 0 ? logicPattern.Mid(slash + 1) : logicPattern).str();
+    if (pattern.empty()) return found;
+
+    std::optional<std::string> nativeFolder;
+    if (folder.IsEmpty()) nativeFolder = std::string(".");
+    else if (folder == u"\\") nativeFolder = std::string("/");
+    else nativeFolder = Resolve(folder);
+    if (!nativeFolder) return found;
+    struct stat st;
+    if (!statPath(*nativeFolder, st) || !S_ISDIR(st.st_mode)) return found;
+
+    if (!hasWildcard(pattern)) {
+        if (pattern == u"." || pattern == u"..") {
+            found.push_back({CString(pattern), true});
+            return found;
+        }
+        const auto name = matchComponent(*nativeFolder, pattern);
+        if (!name) return found;
+        const bool isFolder = statPath(joinNative(*nativeFolder, *name), st) && S_ISDIR(st.st_mode);
+        found.push_back({CString::FromUtf8(*name), isFolder});
+        return found;
+    }
+
+    for (const char16_t* dots : {u".", u".."})
+        if (patternMatches(pattern, dots)) found.push_back({CString(dots), true});
+    std::vector<Entry> entries;
+    for (const std::string& name : readDirectory(*nativeFolder)) {
+        const std::u16string wide = Utf8ToUtf16(name);
+        if (!patternMatches(pattern, wide)) continue;
+        const bool isFolder = statPath(joinNative(*nativeFolder, name), st) && S_ISDIR(st.st_mode);
+        entries.push_back({CString(wide), isFolder});
+    }
+    std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
+        const std::u16string fa = foldName(a.name.str()), fb = foldName(b.name.str());
+        return fa != fb ? fa < fb : a.name.str() < b.name.str();
+    });
+    found.insert(found.end(), entries.begin(), entries.end());
+    return found;
+}
+
+std::vector<Entry> List(const CString& logicFolder) {
+    CString pattern = logicFolder;
+    if (!pattern.IsEmpty() && !pattern.EndsWith(u"\\")) pattern += u'\\';
+    std::vector<Entry> entries = Find(pattern + u"*.*");
+    std::erase_if(entries, [](const Entry& e) { return e.name == u"." || e.name == u".."; });
+    return entries;
+}
+
+bool Exists(const CString& logicPath) { return Resolve(logicPath).has_value(); }
+
+bool IsFolder(const CString& logicPath) {
+    const auto native = Resolve(logicPath);
+    struct stat st;
+    return native && statPath(*native, st) && S_ISDIR(st.st_mode);
+}
+
+bool ReadBytes(const CString& logicPath, std::string& bytes) {
+    const auto native = Resolve(logicPath);
+    if (!native) return false;
+    std::FILE* file = std::fopen(native->c_str(), "rb");
+    if (!file) return false;
+    struct stat st;
+    if (::fstat(::fileno(file), &st) != 0 || S_ISDIR(st.st_mode)) {
+        std::fclose(file);
+        return false;
+    }
+    std::string data;
+    if (st.st_size > 0) data.reserve(static_cast<size_t>(st.st_size));
+    char buffer[65536];
+    size_t n;
+    while ((n = std::fread(buffer, 1, sizeof buffer, file)) > 0) data.append(buffer, n);
+    const bool ok = !std::ferror(file);
+    std::fclose(file);
+    if (ok) bytes = std::move(data);
+    return ok;
+}
+
+bool WriteAtomic(const CString& logicPath, std::string_view bytes, std::optional<mode_t> newFileMode) {
+    std::optional<std::string> native = Resolve(logicPath);
+    if (!native) native = NativeTarget(logicPath);
+    if (!native) return false;
+    struct stat st;
+    if (statPath(*native, st) && S_ISDIR(st.st_mode)) return false;
+
+    mode_t mode;
+    if (statPath(*native, st)) {
+        mode = st.st_mode & 07777;
+    } else if (newFileMode) {
+        mode = *newFileMode;
+    } else {
+        const mode_t mask = ::umask(0);
+        ::umask(mask);
+        mode = 0666 & ~mask;
+    }
+
+    const std::string folder = nativeParentOf(*native);
+    std::string temp = joinNative(folder, ".qxtmp-XXXXXX");
+    const int fd = ::mkstemp(temp.data());
+    if (fd < 0) return false;
+    bool ok = ::fchmod(fd, mode) == 0;
+    for (size_t done = 0; ok && done < bytes.size();) {
+        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) ok = false;
+        else done += static_cast<size_t>(n);
+    }
+    ok = ok && ::fsync(fd) == 0;
+    ok = (::close(fd) == 0) && ok;
+    ok = ok && ::rename(temp.c_str(), native->c_str()) == 0;
+    if (!ok) ::unlink(temp.c_str());
+    return ok;
+}
+
+bool MakeFolder(const CString& logicPath) {
+    if (IsFolder(logicPath)) return true;
+    const auto native = NativeTarget(logicPath);
+    if (!native) return false;
+    return ::mkdir(native->c_str(), 0777) == 0;
+}
+
+bool MakeFolders(const CString& logicPath) {
+    if (IsFolder(logicPath)) return true;
+    const auto native = NativeTarget(logicPath);
+    if (!native) return false;
+    std::error_code ec;
+    std::filesystem::create_directories(*native, ec);
+    return IsFolder(logicPath);
+}
+
+bool CopyFile(const CString& from, const CString& to, bool overwrite) {
+    std::string bytes;
+    if (!ReadBytes(from, bytes)) return false;
+    if (!overwrite && Exists(to)) return false;
+    return WriteAtomic(to, bytes);
+}
+
+bool DeleteFile(const CString& logicPath) {
+    const auto native = Resolve(logicPath);
+    struct stat st;
+    if (!native || !statPath(*native, st) || S_ISDIR(st.st_mode)) return false;
+    return ::unlink(native->c_str()) == 0;
+}
+
+bool Rename(const CString& from, const CString& to) {
+    const auto source = Resolve(from);
+    if (!source) return false;
+    std::optional<std::string> target = Resolve(to);
+    if (!target) target = NativeTarget(to);
+    if (!target) return false;
+    return ::rename(source->c_str(), target->c_str()) == 0;
+}
+
+} // namespace QxFs

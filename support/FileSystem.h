@@ -1,0 +1,57 @@
+// The one door to the file system. Logic paths use the backslash as the separator, as on Windows; these
+// functions turn them into native paths and give the logic the file system it was written for: names match
+// ignoring case, a find with a pattern behaves like the host's, listings come in one stable order, and
+// rewrites go through a temporary file. A logic path with a drive letter or a UNC prefix never exists here.
+#pragma once
+
+#include "support/CArray.h"
+#include "support/CString.h"
+
+#include <optional>
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace QxFs {
+
+struct Entry {
+    CString name;
+    bool isFolder = false;
+};
+
+// Native form of a logic path whose every component exists, matched ignoring case; nullopt if it does not exist.
+QX_API std::optional<std::string> Resolve(const CString& logicPath);
+// Native path for a file that may not exist yet: the existing leading folders are matched ignoring case,
+// the rest is taken as written. nullopt for drive-letter and UNC paths.
+QX_API std::optional<std::string> NativeTarget(const CString& logicPath);
+// A path given by a person (command line, environment): made absolute, slashes turned into backslashes.
+QX_API CString FromNative(const std::string& nativePath);
+QX_API bool HasDriveOrUncPrefix(const CString& logicPath);
+
+// The host's find: the last component may hold * and ?; "*.*" matches every name, with or without a dot;
+// "." and ".." come first when the pattern matches them; the rest is sorted by upper-case UTF-16 code units.
+QX_API std::vector<Entry> Find(const CString& logicPattern);
+// Sub-folders and files of a folder in listing order, without "." and "..".
+QX_API std::vector<Entry> List(const CString& logicFolder);
+
+QX_API bool Exists(const CString& logicPath);
+QX_API bool IsFolder(const CString& logicPath);
+
+QX_API bool ReadBytes(const CString& logicPath, std::string& bytes);
+// Writes through a temporary file in the target's folder renamed over the target, keeping its permissions.
+// A new file gets `newFileMode` (before the umask for the default, exactly as given otherwise).
+QX_API bool WriteAtomic(const CString& logicPath, std::string_view bytes, std::optional<mode_t> newFileMode = std::nullopt);
+
+// One level, like _wmkdir: the parent must exist. True if the folder exists afterwards.
+QX_API bool MakeFolder(const CString& logicPath);
+// With all missing parents.
+QX_API bool MakeFolders(const CString& logicPath);
+QX_API bool CopyFile(const CString& from, const CString& to, bool overwrite);
+QX_API bool DeleteFile(const CString& logicPath);
+QX_API bool Rename(const CString& from, const CString& to);
+
+// Case folding of names at this boundary: wider than the ASCII folding of the logic.
+QX_API char16_t FoldNameChar(char16_t ch);
+QX_API bool NamesEqual(const CString& a, const CString& b);
+
+} // namespace QxFs
