@@ -55,3 +55,10 @@ CString RemoveFileExtension(const CString& path) {
 bool IsItmFile(const CString& path) { return GetFileExtension(path).EqualsNoCase(u"itm"); }
 
 bool IsPrjFile(const CString& path) { return GetFileExtension(path).EqualsNoCase(u"prj"); }
+
+bool IsSafeFolderName(const CString& name) {
+    if (name.IsEmpty() || name == u"." || name == u"..") return false;
+    for (char16_t ch : name.str())
+        if (ch < 0x20 || ch == u'\\' || ch == u'/' || ch == u':' || ch == 0x7F) return false;
+    return true;
+}

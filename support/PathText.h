@@ -12,3 +12,8 @@ QX_API CString GetFileExtension(const CString& path);
 QX_API CString RemoveFileExtension(const CString& path);
 QX_API bool IsItmFile(const CString& path);
 QX_API bool IsPrjFile(const CString& path);
+
+// A name that may become one folder or file name inside the project folder: not empty, not "." or "..",
+// and free of separators, drive colons and control characters. Names from the cloud pass this test before
+// they touch the disk.
+QX_API bool IsSafeFolderName(const CString& name);

@@ -11,16 +11,26 @@ public:
         const std::string bytes = text.ToUtf8();
         std::fwrite(bytes.data(), 1, bytes.size(), stdout);
         std::fflush(stdout);
+        if (!bytes.empty()) m_lineOpen = bytes.back() != '\n';
     }
     void MessageBox(const CString& text, const CString& caption, unsigned) override {
         std::FILE* stream = m_boxesToStderr ? stderr : stdout;
         std::string line = "[" + caption.ToUtf8() + "] " + text.ToUtf8();
         if (line.empty() || line.back() != '\n') line += '\n';
         std::fflush(stdout);
+        if (stream == stdout && m_lineOpen) std::fputc('\n', stdout);
         std::fwrite(line.data(), 1, line.size(), stream);
         std::fflush(stream);
+        if (stream == stdout) m_lineOpen = false;
+    }
+    void EndLine() {
+        if (!m_lineOpen) return;
+        std::fputc('\n', stdout);
+        std::fflush(stdout);
+        m_lineOpen = false;
     }
     bool m_boxesToStderr = false;
+    bool m_lineOpen = false;
 };
 
 ConsoleOutput& console() {
@@ -44,6 +54,8 @@ void SetHostOutput(IHostOutput* output) { installed() = output; }
 void SetConsoleBoxesToStderr(bool toStderr) { console().m_boxesToStderr = toStderr; }
 
 void acutPrintfText(const CString& text) { HostOutput().Print(text); }
+
+void EnsureConsoleLineEnd() { console().EndLine(); }
 
 int MessageBoxW(HWND, const CString& text, const CString& caption, unsigned style) {
     HostOutput().MessageBox(text, caption, style);

@@ -30,6 +30,8 @@ QX_API void SetHostOutput(IHostOutput* output);
 QX_API void SetConsoleBoxesToStderr(bool toStderr);
 
 QX_API void acutPrintfText(const CString& text);
+// Ends the console's current line if what was printed last did not; the host calls it between commands.
+QX_API void EnsureConsoleLineEnd();
 
 // Formats like the host's acutPrintf and prints to the command line.
 template <typename... Args>

@@ -1,0 +1,47 @@
+// CHexmoorInteFace: the cloud client, forwarding to its backend.
+#include "platform/cloud/HexmoorClient.h"
+
+#include "support/FileSystem.h"
+#include "support/PathText.h"
+
+CHexmoorInteFace::CHexmoorInteFace() : m_backend(MakeHexmoorBackend()) {}
+
+CHexmoorInteFace::CHexmoorInteFace(std::unique_ptr<IHexmoorBackend> backend) : m_backend(std::move(backend)) {}
+
+CHexmoorInteFace::~CHexmoorInteFace() = default;
+
+int CHexmoorInteFace::Login() { return m_backend->Login(*this); }
+int CHexmoorInteFace::autoLogin() { return m_backend->autoLogin(*this); }
+bool CHexmoorInteFace::isLogin() { return m_backend->isLogin(); }
+
+bool CHexmoorInteFace::UserInfoCollect(CString item, CString key, CString text) {
+    return m_backend->UserInfoCollect(item, key, text);
+}
+
+CString CHexmoorInteFace::getProjectName(CString id) { return m_backend->getProjectName(id); }
+
+HMProjectTree_INFO* CHexmoorInteFace::getProjectInfo(HMProjectTree_INFO* local) { return m_backend->getProjectInfo(local); }
+
+HMProjectTree_INFO* CHexmoorInteFace::getOneCabProjectInfo() { return m_backend->getOneCabProjectInfo(); }
+
+void CHexmoorInteFace::freeTreeInfo(HMProjectTree_INFO* tree) { delete tree; }
+
+// UTF-8 without a byte-order mark: the declaration names no encoding, so readers assume UTF-8.
+bool CHexmoorInteFace::saveXml(CString path, CString xml) {
+    if (path.IsEmpty() || !QxFs::IsFolder(GetParentPath(path))) return false;
+    return QxFs::WriteAtomic(path, xml.ToUtf8());
+}
+
+bool CHexmoorInteFace::submitItm(HMProjectTree_INFO* tree) { return m_backend->submitItm(tree); }
+
+bool CHexmoorInteFace::submitBom(HMProjectTree_INFO* tree, bool flag) { return m_backend->submitBom(tree, flag); }
+
+void CHexmoorInteFace::bomCmp(HMProjectTree_INFO* tree) { m_backend->bomCmp(tree); }
+
+bool CHexmoorInteFace::submitOneCabCir2(HMProjectTree_INFO* tree) { return m_backend->submitOneCabCir2(tree); }
+
+bool CHexmoorInteFace::getDqBoms(BomRows& rows) { return m_backend->getDqBoms(rows); }
+
+bool CHexmoorInteFace::getImportBoms(CString projectId, CString cabinetId, BomRows& rows) {
+    return m_backend->getImportBoms(projectId, cabinetId, rows);
+}

@@ -1,0 +1,79 @@
+// qxcad run as a person runs it: as a process, with its exit status and its output.
+#include "common/TempFolder.h"
+
+#include <array>
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <string>
+#include <sys/wait.h>
+
+namespace {
+
+struct ProcessRun {
+    int status;
+    std::string out;
+};
+
+// Runs qxcad through the shell with `input` on standard input; standard error is kept apart in `err`.
+ProcessRun qxcad(const TempFolder& install, const std::string& args, const std::string& input = "") {
+    const std::string command = "printf '" + input + "' | " + QX_BINARY_DIR + "/bin/qxcad --install-dir '" +
+                                install.native() + "/corvane' " + args + " 2>" + install.native() + "/err.txt";
+    ProcessRun run{-1, {}};
+    FILE* pipe = ::popen(command.c_str(), "r");
+    if (!pipe) return run;
+    std::array<char, 4096> buffer;
+    size_t n;
+    while ((n = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0) run.out.append(buffer.data(), n);
+    const int status = ::pclose(pipe);
+    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return run;
+}
+
+} // namespace
+
+TEST(Qxcad, RunsTheCommandsGivenOnItsCommandLine) {
+    TempFolder dir;
+    const ProcessRun run = qxcad(dir, "HMTest HELP");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_NE(run.out.find("HMBomSubmit"), std::string::npos);
+    EXPECT_TRUE(dir.exists("corvane/Data"));  // a fresh install folder is laid out
+}
+
+TEST(Qxcad, AnUnknownCommandIsNamedAndFailsTheRun) {
+    TempFolder dir;
+    const ProcessRun run = qxcad(dir, "HMTest NOSUCH");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_NE(dir.readFile("err.txt").find("unknown command \"NOSUCH\""), std::string::npos);
+}
+
+TEST(Qxcad, ReadsCommandsAtItsPromptWhenGivenNone) {
+    TempFolder dir;
+    const ProcessRun run = qxcad(dir, "", "help\\nHMTest\\nquit\\nHMLogin\\n");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_NE(run.out.find("HMUpdate"), std::string::npos);
+    EXPECT_EQ(run.out.find("登录"), std::string::npos);  // nothing runs after QUIT
+}
+
+TEST(Qxcad, LogsInFromAnswersOnStandardInputThenSilentlyFromTheStoredLogin) {
+    TempFolder dir;
+    ProcessRun run = qxcad(dir, "HMLogin", "acme\\nann\\nsecret\\n");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_NE(run.out.find("登录云端成功！"), std::string::npos);
+    EXPECT_EQ(run.out.find("secret"), std::string::npos);
+    EXPECT_EQ(dir.readFile("err.txt").find("secret"), std::string::npos);
+
+    run = qxcad(dir, "HMUpdate");
+    EXPECT_NE(run.out.find("登录云端成功！"), std::string::npos);
+    EXPECT_EQ(dir.readFile("err.txt").find("Hexmoor credential"), std::string::npos);
+
+    run = qxcad(dir, "HMLogin", "acme\\nann\\nwrong\\n");
+    EXPECT_NE(run.out.find("登录云端失败！"), std::string::npos);
+}
+
+TEST(Qxcad, AModuleThatDoesNotLoadIsAClearFailure) {
+    TempFolder dir;
+    dir.writeFile("broken.so", "not a library");
+    const ProcessRun run = qxcad(dir, "--module '" + dir.native() + "/broken.so' HMTest");
+    EXPECT_EQ(run.status, 2);
+    EXPECT_NE(dir.readFile("err.txt").find("does not load"), std::string::npos);
+}

@@ -1,0 +1,99 @@
+// A cloud backend whose answers a test writes beforehand and whose calls it reads afterwards. Install it
+// with ScriptedCloud: every client made while that lives gets a backend that plays the same script.
+#pragma once
+
+#include "platform/cloud/HexmoorClient.h"
+
+#include <map>
+#include <memory>
+#include <vector>
+
+struct CloudScript {
+    // Answers.
+    int loginResult = 1;
+    int autoLoginResult = 1;
+    bool collectResult = true;
+    std::map<std::u16string, CString> projectNames;
+    // Filled into the client by an interactive login.
+    CString loginEnterprise = u"ent";
+    CString loginUser = u"user";
+    CString loginCredential = u"secret";
+
+    // What happened.
+    int loginCalls = 0;
+    int autoLoginCalls = 0;
+    int oneCabCalls = 0;
+    struct Login {
+        CString enterprise, user, credential, server, clientTag, clientInfo;
+    };
+    std::vector<Login> autoLogins;
+    struct Collected {
+        CString item, key, text;
+    };
+    std::vector<Collected> collected;
+    std::vector<CString> projectNameQueries;
+    bool loggedIn = false;
+};
+
+class ScriptedBackend final : public IHexmoorBackend {
+public:
+    explicit ScriptedBackend(std::shared_ptr<CloudScript> script) : m_script(std::move(script)) {}
+
+    int Login(CHexmoorInteFace& client) override {
+        ++m_script->loginCalls;
+        if (m_script->loginResult >= 1) {
+            client.m_strEnterprise = m_script->loginEnterprise;
+            client.m_strUser = m_script->loginUser;
+            client.m_strCredential = m_script->loginCredential;
+        }
+        m_script->loggedIn = m_script->loginResult >= 1;
+        return m_script->loginResult;
+    }
+    int autoLogin(CHexmoorInteFace& client) override {
+        ++m_script->autoLoginCalls;
+        m_script->autoLogins.push_back({client.m_strEnterprise, client.m_strUser, client.m_strCredential,
+                                        client.m_strServer, client.m_strClientTag, client.m_strClientInfo});
+        m_script->loggedIn = m_script->autoLoginResult >= 1;
+        return m_script->autoLoginResult;
+    }
+    bool isLogin() override { return m_script->loggedIn; }
+    bool UserInfoCollect(const CString& item, const CString& key, const CString& text) override {
+        m_script->collected.push_back({item, key, text});
+        return m_script->collectResult;
+    }
+    CString getProjectName(const CString& id) override {
+        m_script->projectNameQueries.push_back(id);
+        const auto it = m_script->projectNames.find(id.str());
+        return it == m_script->projectNames.end() ? CString() : it->second;
+    }
+    HMProjectTree_INFO* getProjectInfo(HMProjectTree_INFO*) override { return nullptr; }
+    HMProjectTree_INFO* getOneCabProjectInfo() override {
+        ++m_script->oneCabCalls;
+        auto* tree = new HMProjectTree_INFO;
+        tree->m_strName = u"cabinet";
+        return tree;
+    }
+    bool submitItm(HMProjectTree_INFO*) override { return false; }
+    bool submitBom(HMProjectTree_INFO*, bool) override { return false; }
+    void bomCmp(HMProjectTree_INFO*) override {}
+    bool submitOneCabCir2(HMProjectTree_INFO*) override { return false; }
+    bool getDqBoms(BomRows&) override { return false; }
+    bool getImportBoms(const CString&, const CString&, BomRows&) override { return false; }
+
+private:
+    std::shared_ptr<CloudScript> m_script;
+};
+
+// Installs the scripted backend for as long as it lives.
+class ScriptedCloud {
+public:
+    ScriptedCloud() : script(std::make_shared<CloudScript>()) {
+        auto shared = script;
+        SetHexmoorBackendFactory([shared] { return std::make_unique<ScriptedBackend>(shared); });
+    }
+    ~ScriptedCloud() { SetHexmoorBackendFactory({}); }
+    ScriptedCloud(const ScriptedCloud&) = delete;
+    ScriptedCloud& operator=(const ScriptedCloud&) = delete;
+
+    std::shared_ptr<CloudScript> script;
+};

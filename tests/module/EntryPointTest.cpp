@@ -1,0 +1,62 @@
+#include "ModuleFixture.h"
+#include "module/CommandTable.h"
+#include "platform/host/ArxApp.h"
+#include "platform/host/CommandStack.h"
+
+#include <dlfcn.h>
+
+extern "C" AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packet);
+
+using EntryPoint = ModuleFixture;
+
+TEST_F(EntryPoint, LoadRegistersSevenCommandsInTableOrderAndUnloadRemovesThem) {
+    ASSERT_EQ(acrxEntryPoint(AcRx::kInitAppMsg, nullptr), AcRx::kRetOK);
+    const auto commands = acedRegCmds()->commandsOfGroup(kCommandGroup);
+    std::vector<std::u16string> names;
+    for (const auto& c : commands) names.push_back(c.localName.str());
+    EXPECT_EQ(names, (std::vector<std::u16string>{u"HMLogin", u"HMXmCreate", u"HMBomSubmit", u"HMItmSubmit",
+                                                  u"HMBomCmp", u"HMTest", u"HMUpdate"}));
+    EXPECT_EQ(commands[0].globalName, CString(u"_HMLogin"));
+    EXPECT_EQ(commands[0].flags, ACRX_CMD_MODAL);
+    ASSERT_NE(g_pHexmoorClient, nullptr);
+
+    ASSERT_EQ(acrxEntryPoint(AcRx::kUnloadAppMsg, nullptr), AcRx::kRetOK);
+    EXPECT_TRUE(acedRegCmds()->commandsOfGroup(kCommandGroup).empty());
+    EXPECT_EQ(g_pHexmoorClient, nullptr);
+}
+
+TEST_F(EntryPoint, UnknownMessageCodesCallNothing) {
+    EXPECT_EQ(acrxEntryPoint(static_cast<AcRx::AppMsgCode>(16), nullptr), AcRx::kRetOK);
+    EXPECT_EQ(acrxEntryPoint(static_cast<AcRx::AppMsgCode>(4000), nullptr), AcRx::kRetOK);
+    EXPECT_EQ(g_pHexmoorClient, nullptr);
+    EXPECT_TRUE(acedRegCmds()->commandsOfGroup(kCommandGroup).empty());
+}
+
+TEST_F(EntryPoint, HMTestAsksForOneCabinetWithoutLoggingIn) {
+    acrxEntryPoint(AcRx::kInitAppMsg, nullptr);
+    acedRegCmds()->lookup(u"HMTest")->handler();
+    EXPECT_EQ(cloud().oneCabCalls, 1);
+    EXPECT_EQ(cloud().autoLoginCalls + cloud().loginCalls, 0);
+    acrxEntryPoint(AcRx::kUnloadAppMsg, nullptr);
+}
+
+TEST(BuiltModule, ExportsItsEntryPointsUnderPlainNames) {
+    const std::string path = std::string(QX_BINARY_DIR) + "/lib/libQxHMInterFace.so";
+    void* handle = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(handle, nullptr) << ::dlerror();
+    auto version = reinterpret_cast<AcRxGetApiVersionFn>(::dlsym(handle, "acrxGetApiVersion"));
+    auto entry = reinterpret_cast<AcRxEntryPointFn>(::dlsym(handle, "acrxEntryPoint"));
+    ASSERT_NE(version, nullptr);
+    ASSERT_NE(entry, nullptr);
+    EXPECT_EQ(version(), 0x120000);
+    // The module's commands land in the host's one command stack, shared through the core library.
+    TempFolder install;
+    SetCorvaneInstallDirOverride(install.logic());
+    ScriptedCloud cloud;
+    entry(AcRx::kInitAppMsg, nullptr);
+    EXPECT_TRUE(acedRegCmds()->lookup(u"_HMUpdate").has_value());
+    entry(AcRx::kUnloadAppMsg, nullptr);
+    EXPECT_FALSE(acedRegCmds()->lookup(u"HMUpdate").has_value());
+    SetCorvaneInstallDirOverride(CString());
+    ::dlclose(handle);
+}
