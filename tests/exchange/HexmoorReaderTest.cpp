@@ -256,3 +256,25 @@ TEST(HexmoorReader, LargeDocumentsReadWhole) {
     ASSERT_EQ(read.m_arrChildren.GetSize(), 20000);
     EXPECT_EQ(read.m_arrChildren[19999]->m_strName, CString(u"子19999"));
 }
+
+TEST(HexmoorReader, DeeplyNestedBlocksSurviveWriteAndRead) {
+    std::u16string nested;
+    const int depth = 100000;
+    for (int i = 0; i < depth; ++i) nested += u"<d>";
+    for (int i = 0; i < depth; ++i) nested += u"</d>";
+    auto device = makeNode(u"K", u"D", u"0");
+    device->m_strBoms = CString(u"<cabinet>") + CString(nested) + u"<product F_Name='deep'/></cabinet>";
+    device->m_strDataSchema = u"<NewDataSet/>";
+    TempFolder folder;
+    HMProjectTree_INFO read;
+    saveAndRead(folder, writtenText(*device), read);
+    // The innermost empty element comes back in its short form.
+    std::u16string expected = u"<cabinet>";
+    for (int i = 1; i < depth; ++i) expected += u"<d>";
+    expected += u"<d/>";
+    for (int i = 1; i < depth; ++i) expected += u"</d>";
+    expected += u"<product F_Name=\"deep\"/></cabinet>";
+    EXPECT_TRUE(read.m_strBoms == CString(expected));
+    ASSERT_EQ(read.m_arrPrimaryBom.GetSize(), 1);
+    EXPECT_EQ(read.m_arrPrimaryBom[0].m_strRowName, CString(u"deep"));
+}
