@@ -69,26 +69,6 @@ TEST(HexmoorInspect, WrittenTextReadsBackWithRows) {
     EXPECT_EQ(node["m_arrPrimaryBom"][0]["m_strRowName"], "柜体");
 }
 
-TEST(HexmoorInspect, ProjectChildrenShowAsStubs) {
-    TempFolder folder;
-    const nlohmann::json root = {
-        {"m_strName", "工程"},
-        {"m_strDataSchema", "<NewDataSet/>"},
-        {"m_arrChildren", {{{"m_strName", "一期"}, {"m_strType", "100"}, {"m_strID", "S"}},
-                           {{"m_strName", "K"}, {"m_strType", "0"}, {"m_strCirNo", "7"}}}},
-    };
-    const InspectRun written = inspect(folder, "hexmoor-write", root.dump());
-    ASSERT_EQ(written.status, 0) << written.err;
-    folder.writeFile("Hexmoor.xml", written.out);
-    const InspectRun read = inspect(folder, "hexmoor '" + folder.native() + "/Hexmoor.xml'");
-    ASSERT_EQ(read.status, 0) << read.err;
-    const nlohmann::json node = nlohmann::json::parse(read.out);
-    ASSERT_EQ(node["m_arrChildren"].size(), 2u);
-    EXPECT_EQ(node["m_arrChildren"][0]["m_strID"], "S");
-    EXPECT_EQ(node["m_arrChildren"][1]["m_strType"], "0");
-    EXPECT_EQ(node["m_arrChildren"][1]["m_strCirNo"], "");  // a stub: its own document would say
-}
-
 TEST(HexmoorInspect, BadInputGivesTheCommonExitStatuses) {
     TempFolder folder;
     EXPECT_EQ(inspect(folder, "hexmoor '" + folder.native() + "/missing.xml'").status, 1);

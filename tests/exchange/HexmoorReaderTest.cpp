@@ -246,18 +246,7 @@ TEST(HexmoorReader, ReadsUtf16AndDeclaredLegacyEncodings) {
     EXPECT_EQ(fromGb.m_strCirType, CString(u"型"));
 }
 
-TEST(HexmoorReader, LargeDocumentsReadWhole) {
-    auto root = makeNode(u"R", u"", u"");
-    root->m_strDataSchema = u"<NewDataSet/>";
-    for (int i = 0; i < 20000; ++i) addChild(*root, QxFormat(u"子%d", i), u"", u"0");
-    TempFolder folder;
-    HMProjectTree_INFO read;
-    saveAndRead(folder, writtenText(*root), read);
-    ASSERT_EQ(read.m_arrChildren.GetSize(), 20000);
-    EXPECT_EQ(read.m_arrChildren[19999]->m_strName, CString(u"子19999"));
-}
-
-TEST(HexmoorReader, DeeplyNestedBlocksSurviveWriteAndRead) {
+TEST(HexmoorReader, LargeAndDeepDocumentsReadWhole) {
     std::u16string nested;
     const int depth = 100000;
     for (int i = 0; i < depth; ++i) nested += u"<d>";
@@ -268,6 +257,15 @@ TEST(HexmoorReader, DeeplyNestedBlocksSurviveWriteAndRead) {
     TempFolder folder;
     HMProjectTree_INFO read;
     saveAndRead(folder, writtenText(*device), read);
+
+    auto root = makeNode(u"R", u"", u"");
+    root->m_strDataSchema = u"<NewDataSet/>";
+    for (int i = 0; i < 20000; ++i) addChild(*root, QxFormat(u"子%d", i), u"", u"0");
+    HMProjectTree_INFO project;
+    saveAndRead(folder, writtenText(*root), project);
+    ASSERT_EQ(project.m_arrChildren.GetSize(), 20000);
+    EXPECT_EQ(project.m_arrChildren[19999]->m_strName, CString(u"子19999"));
+
     // The innermost empty element comes back in its short form.
     std::u16string expected = u"<cabinet>";
     for (int i = 1; i < depth; ++i) expected += u"<d>";
