@@ -1,0 +1,87 @@
+// qxinspect in both directions: hexmoor-write makes the text, hexmoor reads it back as the commands do.
+#include "common/TempFolder.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <cstdlib>
+#include <string>
+#include <sys/wait.h>
+
+namespace {
+
+struct InspectRun {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+// Runs qxinspect with the given arguments and standard input, in the folder.
+InspectRun inspect(const TempFolder& folder, const std::string& arguments, const std::string& input = "") {
+    folder.writeFile("stdin", input);
+    const std::string dir = folder.native() + "/";
+    const std::string command = std::string("'") + QX_BINARY_DIR + "/bin/qxinspect' " + arguments + " < '" + dir + "stdin' > '" +
+                                dir + "stdout' 2> '" + dir + "stderr'";
+    const int raw = std::system(command.c_str());
+    InspectRun run;
+    run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+    run.out = folder.readFile("stdout");
+    run.err = folder.readFile("stderr");
+    return run;
+}
+
+} // namespace
+
+TEST(HexmoorInspect, WrittenTextReadsBackWithRows) {
+    TempFolder folder;
+    const nlohmann::json device = {
+        {"m_strName", "K01 & <柜>"},
+        {"m_strID", "D-1"},
+        {"m_strType", 0},
+        {"m_strCirNo", "1,2"},
+        {"m_strCirSize", "800*1500"},
+        {"m_strBoms", "<cabinet><product F_Name=\"断路器\" F_Model=\"M\" F_Numbers=\"2\" F_IsSecondary=\"1\"/>"
+                      "<product F_Name=\"柜体\" F_Parent_BOM_ID=\"\"/></cabinet>"},
+        {"m_strDataSchema", "<NewDataSet/>"},
+        {"unknown", {1, 2}},
+    };
+    const InspectRun written = inspect(folder, "hexmoor-write", device.dump());
+    ASSERT_EQ(written.status, 0) << written.err;
+    EXPECT_EQ(written.out, "<?xml version='1.0'?><Hexmoor>\n\t<Node Name=\"K01 &amp; &lt;柜>\" ID=\"D-1\" Type=\"0\" CirNo=\"1,2\" "
+                           "CirName=\"\" CirType=\"\" CirSize=\"800*1500\">\n\t\t<Boms>\n\t\t\t<cabinet><product F_Name=\"断路器\" "
+                           "F_Model=\"M\" F_Numbers=\"2\" F_IsSecondary=\"1\"/><product F_Name=\"柜体\" F_Parent_BOM_ID=\"\"/></cabinet>"
+                           "\n\t\t</Boms>\n\t\t<DataSchema>\n\t\t\t<NewDataSet/>\n\t\t</DataSchema>\n\t</Node>\n</Hexmoor>");
+
+    folder.writeFile("Hexmoor.xml", written.out);
+    const InspectRun read = inspect(folder, "hexmoor '" + folder.native() + "/Hexmoor.xml'");
+    ASSERT_EQ(read.status, 0) << read.err;
+    EXPECT_EQ(read.err, "");
+    const nlohmann::json node = nlohmann::json::parse(read.out);
+    EXPECT_EQ(node["m_strName"], "K01 & <柜>");
+    EXPECT_EQ(node["m_strType"], "0");
+    EXPECT_EQ(node["m_strCirNo"], "1,2");
+    EXPECT_EQ(node["m_strCirName"], "");
+    EXPECT_EQ(node["m_strDataSchema"], "<NewDataSet/>");
+    EXPECT_EQ(node["m_arrSecondaryBom"],
+              nlohmann::json::array({{{"m_strRowLabel", ""}, {"m_strRowName", "断路器"}, {"m_strRowModel", "M"},
+                                      {"m_strRowCount", "2"}, {"m_strRowRemark", ""}, {"m_strRowCode", ""}}}));
+    ASSERT_EQ(node["m_arrPrimaryBom"].size(), 1u);
+    EXPECT_EQ(node["m_arrPrimaryBom"][0]["m_strRowName"], "柜体");
+}
+
+TEST(HexmoorInspect, BadInputGivesTheCommonExitStatuses) {
+    TempFolder folder;
+    EXPECT_EQ(inspect(folder, "hexmoor '" + folder.native() + "/missing.xml'").status, 1);
+    EXPECT_EQ(inspect(folder, "hexmoor").status, 2);
+    EXPECT_EQ(inspect(folder, "hexmoor-write", "{ not json").status, 1);
+    EXPECT_EQ(inspect(folder, "hexmoor-write", "[1, 2]").status, 1);
+    EXPECT_EQ(inspect(folder, "hexmoor-write", R"({"m_arrChildren": 5})").status, 1);
+    EXPECT_EQ(inspect(folder, "hexmoor-write", R"({"m_strName": {"a": 1}})").status, 1);
+
+    // A file that is there but no document: the reader's box on standard error, the empty node as JSON.
+    folder.writeFile("Hexmoor.xml", "<Hexmoor><Node Name=");
+    const InspectRun read = inspect(folder, "hexmoor '" + folder.native() + "/Hexmoor.xml'");
+    EXPECT_EQ(read.status, 0);
+    EXPECT_NE(read.err.find("[Corvane] Invalid pointer"), std::string::npos);
+    EXPECT_EQ(nlohmann::json::parse(read.out)["m_strName"], "");
+}

@@ -1,0 +1,102 @@
+// The written text of Hexmoor.xml, compared whole.
+#include "HexmoorTestSupport.h"
+#include "common/CapturedOutput.h"
+
+using namespace hexmoor_test;
+
+namespace {
+
+const CString kHead = u"<?xml version='1.0'?><Hexmoor>\n\t";
+const CString kTail = u"\n</Hexmoor>";
+
+} // namespace
+
+TEST(HexmoorWriter, RootNamesItsChildrenWithTheirOwnAttributeSets) {
+    auto root = makeNode(u"变电站工程", u"P-1", u"");
+    addChild(*root, u"一期", u"S-1", u"100");
+    HMProjectTree_INFO* device = addChild(*root, u"K01", u"D-1", u"0");
+    setCabinet(*device, u"1,2", u"进线柜", u"KYN28", u"800*1500");
+    addChild(*root, u"blank", u"D-2", u"");
+    root->m_strDataSchema = u"<NewDataSet><Table F_ID=\"7\"/></NewDataSet>";
+    root->m_strBoms = u"<cabinet/>";  // a project writes no BOM block
+
+    EXPECT_EQ(writtenText(*root),
+              kHead + u"<Node Name=\"变电站工程\" ID=\"P-1\" Type=\"\">\n\t\t<SubNodes>"
+                      u"\n\t\t\t<SubNode Name=\"一期\" ID=\"S-1\" Type=\"100\"/>"
+                      u"\n\t\t\t<SubNode Name=\"K01\" ID=\"D-1\" Type=\"0\" CirNo=\"1,2\" CirName=\"进线柜\" CirType=\"KYN28\" CirSize=\"800*1500\"/>"
+                      u"\n\t\t\t<SubNode Name=\"blank\" ID=\"D-2\" Type=\"\"/>"
+                      u"\n\t\t</SubNodes>\n\t\t<DataSchema>\n\t\t\t<NewDataSet><Table F_ID=\"7\"/></NewDataSet>\n\t\t</DataSchema>\n\t</Node>" +
+                  kTail);
+}
+
+TEST(HexmoorWriter, SubProjectWithoutChildrenOrSchemaKeepsItsWhiteSpace) {
+    auto sub = makeNode(u"二期", u"S-2", u"100");
+    setCabinet(*sub, u"9", u"x", u"y", u"z");  // not a device: no cabinet attributes
+    EXPECT_EQ(writtenText(*sub), kHead + u"<Node Name=\"二期\" ID=\"S-2\" Type=\"100\">\n\t\t<SubNodes>\n\t\t</SubNodes>"
+                                         u"\n\t\t<DataSchema>\n\t\t\t\n\t\t</DataSchema>\n\t</Node>" + kTail);
+}
+
+TEST(HexmoorWriter, DeviceCarriesBothBlocksCopiedElementForElement) {
+    auto device = makeNode(u"K02", u"D-9", u"5");
+    setCabinet(*device, u"3", u"出线柜", u"", u"600*1400");
+    device->m_strBoms = u"<?xml version='1.0'?>\n<cabinet ID='c1'>\n  <product F_Name='断路器' F_Numbers='2'/><!-- kept -->\n</cabinet>\n";
+    device->m_strDataSchema = u"<NewDataSet/>";
+    addChild(*device, u"ignored", u"", u"0");  // a device writes no sub-nodes
+
+    EXPECT_EQ(writtenText(*device),
+              kHead + u"<Node Name=\"K02\" ID=\"D-9\" Type=\"5\" CirNo=\"3\" CirName=\"出线柜\" CirType=\"\" CirSize=\"600*1400\">"
+                      u"\n\t\t<Boms>\n\t\t\t<cabinet ID=\"c1\">\n  <product F_Name=\"断路器\" F_Numbers=\"2\"/><!-- kept -->\n</cabinet>\n\t\t</Boms>"
+                      u"\n\t\t<DataSchema>\n\t\t\t<NewDataSet/>\n\t\t</DataSchema>\n\t</Node>" +
+                  kTail);
+}
+
+TEST(HexmoorWriter, UnparsableBlocksAreLeftOutAndTheKindTestIsExact) {
+    for (const char16_t* boms : {u"", u"<cabinet>", u"not xml", u"<a/><b/>"}) {
+        auto device = makeNode(u"K", u"", u" 100");
+        device->m_strBoms = boms;
+        device->m_strDataSchema = u"<NewDataSet";
+        EXPECT_EQ(writtenText(*device),
+                  kHead + u"<Node Name=\"K\" ID=\"\" Type=\" 100\" CirNo=\"\" CirName=\"\" CirType=\"\" CirSize=\"\">"
+                          u"\n\t\t<Boms>\n\t\t</Boms>\n\t\t<DataSchema>\n\t\t\t\n\t\t</DataSchema>\n\t</Node>" + kTail)
+            << CString(boms);
+    }
+    auto other = makeNode(u"K", u"", u"0100");
+    other->m_strBoms = u"<other><product F_Name='x'/></other>";
+    EXPECT_TRUE(writtenText(*other).Contains(u"<Boms>\n\t\t\t<other><product F_Name=\"x\"/></other>\n\t\t</Boms>"));
+}
+
+TEST(HexmoorWriter, NullNodeAndBrokenDocuments) {
+    CXmlDocument document;
+    HMXmlCreateDocument(document);
+    EXPECT_FALSE(HMXmlWriteNode(document, nullptr));
+    CString text;
+    HMXmlDocumentText(document, text);
+    EXPECT_EQ(text, CString(u"<?xml version='1.0'?><Hexmoor/>"));
+
+    // The writer has no handler: a document that was never made fails with the DOM's error.
+    const auto node = makeNode(u"a", u"b", u"");
+    CXmlDocument never;
+    EXPECT_THROW(HMXmlWriteNode(never, node.get()), CXmlDomError);
+    EXPECT_THROW(HMXmlDocumentText(never, text), CXmlDomError);
+
+    // A document made again starts afresh.
+    HMXmlCreateDocument(document);
+    HMXmlWriteNode(document, node.get());
+    HMXmlCreateDocument(document);
+    HMXmlDocumentText(document, text);
+    EXPECT_EQ(text, CString(u"<?xml version='1.0'?><Hexmoor/>"));
+}
+
+TEST(HexmoorWriter, SaveWritesUtf8WithoutByteOrderMarkThroughAnAtomicRewrite) {
+    TempFolder folder;
+    const CString path = folder.logic() + u"Hexmoor.xml";
+    folder.writeFile("Hexmoor.xml", "old content that is longer than the new one");
+    ASSERT_TRUE(SaveHexmoorXml(path, u"<?xml version='1.0'?><Hexmoor>名</Hexmoor>"));
+    EXPECT_EQ(folder.readFile("Hexmoor.xml"), "<?xml version='1.0'?><Hexmoor>\xE5\x90\x8D</Hexmoor>");
+
+    EXPECT_FALSE(SaveHexmoorXml(u"", u"x"));
+    EXPECT_FALSE(SaveHexmoorXml(u"Hexmoor.xml", u"x"));
+    EXPECT_FALSE(SaveHexmoorXml(folder.logic() + u"missing\\Hexmoor.xml", u"x"));
+    EXPECT_FALSE(SaveHexmoorXml(folder.logic(), u"x"));
+    EXPECT_FALSE(folder.exists("missing"));
+}
