@@ -1,8 +1,7 @@
 // CHexmoorInteFace: the cloud client, forwarding to its backend.
 #include "platform/cloud/HexmoorClient.h"
 
-#include "support/FileSystem.h"
-#include "support/PathText.h"
+#include "platform/cloud/HexmoorXmlFile.h"
 
 CHexmoorInteFace::CHexmoorInteFace() : m_backend(MakeHexmoorBackend()) {}
 
@@ -26,11 +25,7 @@ HMProjectTree_INFO* CHexmoorInteFace::getOneCabProjectInfo() { return m_backend-
 
 void CHexmoorInteFace::freeTreeInfo(HMProjectTree_INFO* tree) { delete tree; }
 
-// UTF-8 without a byte-order mark: the declaration names no encoding, so readers assume UTF-8.
-bool CHexmoorInteFace::saveXml(CString path, CString xml) {
-    if (path.IsEmpty() || !QxFs::IsFolder(GetParentPath(path))) return false;
-    return QxFs::WriteAtomic(path, xml.ToUtf8());
-}
+bool CHexmoorInteFace::saveXml(CString path, CString xml) { return SaveHexmoorXml(path, xml); }
 
 bool CHexmoorInteFace::submitItm(HMProjectTree_INFO* tree) { return m_backend->submitItm(tree); }
 
