@@ -6,6 +6,7 @@
 #include "support/FileSystem.h"
 #include "support/Format.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -21,9 +22,9 @@ CString openFailureText(const CString& path) {
     if (!QxFs::Exists(path)) code = ENOENT;
     else if (QxFs::IsFolder(path)) code = EISDIR;
     CString text(std::strerror(code));
-    const int lineEnd = std::min(text.Find(u'\r') < 0 ? text.GetLength() : text.Find(u'\r'),
-                                 text.Find(u'\n') < 0 ? text.GetLength() : text.Find(u'\n'));
-    return text.Left(lineEnd);
+    for (const char16_t lineEnd : {u'\r', u'\n'})
+        if (const int at = text.Find(lineEnd); at >= 0) text = text.Left(at);
+    return text;
 }
 
 } // namespace
@@ -46,7 +47,6 @@ bool CQxXmlTextDoc::Load(const CString& path) {
         m_strError = openFailureText(path);
         return false;
     }
-    m_strDoc.Empty();
     CString head;
     for (size_t i = 0; i < std::min(bytes.size(), kDeclarationWindow); ++i)
         head += static_cast<char16_t>(static_cast<unsigned char>(bytes[i]));
