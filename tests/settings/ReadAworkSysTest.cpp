@@ -41,32 +41,23 @@ TEST_F(SettingsTest, AnEmptyFileGivesZeroesAndTheFallbacks) {
     CReadAworkSys settings;
     EXPECT_EQ(settings.m_nCrossNodeSize, 15);
     EXPECT_EQ(settings.m_strShortWireToPartDist, CString(u"3"));
-    EXPECT_EQ(settings.m_strDeviceTerminalWires, CString(u"可接两根线"));
-    EXPECT_DOUBLE_EQ(settings.m_dFrameWidth, 21.0);
-
     install.writeFile("LocalData/awork.sys", "");
     CSettingsSession session;
     ASSERT_TRUE(settings.Load(session));
     EXPECT_EQ(settings.m_nCrossNodeSize, 0);
     EXPECT_EQ(settings.m_nCircuitBlockExplode, 1);
-    EXPECT_EQ(settings.m_nDwgOpenMode, 1);
     EXPECT_EQ(settings.m_nUseSpareTerminalEnds, 1);
-    EXPECT_EQ(settings.m_nWiringBlockExplode, 1);
     EXPECT_EQ(settings.m_nVertWireNoTextDir, 0);
     EXPECT_DOUBLE_EQ(settings.m_dFrameWidth, 0.0);
     EXPECT_EQ(settings.m_strShortWireToPartDist, CString(u"3.0"));
-    EXPECT_EQ(settings.m_strShortWireStep, CString(u"0.5"));
     EXPECT_EQ(settings.m_strWireColorTextPos, CString(u"连线下方"));
     EXPECT_EQ(settings.m_strDeviceTerminalWires, CString());
-    EXPECT_EQ(settings.m_strWiringAdaptive, CString());
     EXPECT_EQ(settings.m_nSamePartPinWiring, 1);  // no text leaves it as it was
     EXPECT_EQ(settings.m_nSoftwareEdition, 1);
-}
 
-TEST_F(SettingsTest, ABlankValueTakesTheFallbackAndAGivenOneWins) {
+    // A value of blanks is empty too; a given value wins over the fallback.
     writeLegacy("LocalData/awork.sys", u"电路图图块允许炸开:    \r\n短接线到元件的距离: 4 .5\r\n打开DWG默认启动方式: 0\r\n");
-    CSettingsSession session;
-    CReadAworkSys settings;
+    settings.m_nCircuitBlockExplode = 7;
     settings.Load(session);
     EXPECT_EQ(settings.m_nCircuitBlockExplode, 1);
     EXPECT_EQ(settings.m_strShortWireToPartDist, CString(u"4.5"));
@@ -76,18 +67,15 @@ TEST_F(SettingsTest, ABlankValueTakesTheFallbackAndAGivenOneWins) {
 TEST_F(SettingsTest, TheTwoWiringTextsSetThePinWiringModeAndOthersLeaveIt) {
     CSettingsSession session;
     CReadAworkSys settings;
-    writeLegacy("LocalData/awork.sys", u"同元件引脚接线方式: 短线 方式\r\n");
-    settings.Load(session);
-    EXPECT_EQ(settings.m_nSamePartPinWiring, 0);
-    writeLegacy("LocalData/awork.sys", u"同元件引脚接线方式:其他\r\n");
-    settings.Load(session);
-    EXPECT_EQ(settings.m_nSamePartPinWiring, 0);
-    writeLegacy("LocalData/awork.sys", u"同元件引脚接线方式:文字方式\r\n");
-    settings.Load(session);
-    EXPECT_EQ(settings.m_nSamePartPinWiring, 1);
-    writeLegacy("LocalData/awork.sys", u"同元件引脚接线方式:0\r\n");
-    settings.Load(session);
-    EXPECT_EQ(settings.m_nSamePartPinWiring, 1);
+    const auto modeAfter = [&](const std::u16string& value) {
+        writeLegacy("LocalData/awork.sys", u"同元件引脚接线方式:" + value + u"\r\n");
+        settings.Load(session);
+        return settings.m_nSamePartPinWiring;
+    };
+    EXPECT_EQ(modeAfter(u" 短线 方式"), 0);
+    EXPECT_EQ(modeAfter(u"其他"), 0);
+    EXPECT_EQ(modeAfter(u"文字方式"), 1);
+    EXPECT_EQ(modeAfter(u"0"), 1);
 }
 
 TEST_F(SettingsTest, SoftwareEditionFallsBackOnTheErpOrCadMode) {
