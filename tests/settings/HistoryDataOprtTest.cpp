@@ -1,0 +1,93 @@
+#include "SettingsFixture.h"
+
+#include "settings/HistoryDataOprt.h"
+#include "settings/HistoryDefaults.h"
+#include "support/Format.h"
+
+namespace {
+
+std::u16string joined(const CStringArray& values, const CString& separator) {
+    CString text;
+    for (int i = 0; i < values.GetSize(); ++i) text += (i ? separator : CString()) + values[i];
+    return text.str();
+}
+
+} // namespace
+
+TEST(HistoryDefaults, HoldTheNamedValuesAndEndCountingToSixteen) {
+    CStringArray values;
+    GetHistoryDefaults(values);
+    ASSERT_EQ(values.GetSize(), QX_HISTORY_DEFAULT_COUNT);
+    for (const char16_t* named : {u"800", u"12", u"2.5", u"0.7", u"-5.0", u"0.00", u"A", u"WL", u"C30-15L(1.5)"})
+        EXPECT_GE(values.Find(named), 0) << CString(named);
+    for (int i = 1; i <= 16; ++i) EXPECT_EQ(values[QX_HISTORY_DEFAULT_COUNT - 17 + i], QxFormat(u"%d", i));
+}
+
+TEST_F(SettingsTest, AFirstRunWithoutLocalDataWritesOnlyAfterASetter) {
+    {
+        CHistoryDataOprt history;
+        EXPECT_EQ(history.m_arrData.GetSize(), QX_HISTORY_DEFAULT_COUNT);
+    }
+    EXPECT_FALSE(install.exists("LocalData"));
+    {
+        CHistoryDataOprt history;
+        history.SetDoubleData(3, 2.5);
+    }
+    CStringArray expected;
+    GetHistoryDefaults(expected);
+    expected[3] = u"2.50";
+    EXPECT_EQ(install.readFile("LocalData/HistoryData.txt"), EncodeLegacy(joined(expected, u"\r\n")));
+}
+
+TEST_F(SettingsTest, AFirstRunWithLocalDataWritesTheDefaults) {
+    install.makeFolder("LocalData");
+    CHistoryDataOprt history;
+    CStringArray defaults;
+    GetHistoryDefaults(defaults);
+    EXPECT_EQ(install.readFile("LocalData/HistoryData.txt"), EncodeLegacy(joined(defaults, u"\r\n")));
+}
+
+TEST_F(SettingsTest, HistoryIsNotRewrittenWithoutASetter) {
+    const std::string lfOnly = "7\n\n9\n";
+    install.writeFile("LocalData/HistoryData.txt", lfOnly);
+    {
+        CHistoryDataOprt history;
+        CString text;
+        history.GetData(0, text);
+        EXPECT_EQ(text, CString(u"7"));
+        history.GetData(3, text);  // the file ends with a line end: its last value is empty
+        EXPECT_EQ(text, CString());
+        history.GetData(4, text);
+        EXPECT_EQ(text, CString(u"1"));  // a default beyond the file's lines
+        history.SetIntData(QX_HISTORY_DEFAULT_COUNT, 5);
+        history.SetIntData(-1, 5);
+        history.GetData(QX_HISTORY_DEFAULT_COUNT, text);
+        EXPECT_EQ(text, CString());
+        EXPECT_FALSE(history.m_bChanged);
+    }
+    EXPECT_EQ(install.readFile("LocalData/HistoryData.txt"), lfOnly);
+}
+
+TEST_F(SettingsTest, HistoryKeepsExtraLinesAndWritesTheLegacyCodePage) {
+    CStringArray lines;
+    GetHistoryDefaults(lines);
+    lines[50] = u"项目";
+    lines.Add(u"多出来的");
+    lines.Add(u"");
+    writeUtf8("LocalData/HistoryData.txt", joined(lines, u"\n"));
+    {
+        CHistoryDataOprt history;
+        ASSERT_EQ(history.m_arrData.GetSize(), QX_HISTORY_DEFAULT_COUNT + 2);
+        CString value;
+        history.GetData(50, value);
+        EXPECT_EQ(value, CString(u"项目"));
+        history.SetDoubleData(0, 0.7);
+        history.SetIntData(QX_HISTORY_DEFAULT_COUNT, -12);
+    }
+    lines[0] = u"0.70";
+    lines[QX_HISTORY_DEFAULT_COUNT] = u"-12";
+    // The empty last value is written as an empty last line and read back as one.
+    EXPECT_EQ(install.readFile("LocalData/HistoryData.txt"), EncodeLegacy(joined(lines, u"\r\n")));
+    CHistoryDataOprt again;
+    EXPECT_EQ(again.m_arrData.GetSize(), QX_HISTORY_DEFAULT_COUNT + 2);
+}

@@ -1,0 +1,103 @@
+#include "SettingsFixture.h"
+
+#include "settings/KindLists.h"
+#include "settings/SettingsSession.h"
+
+TEST_F(SettingsTest, AbsentListFilesGiveTheDefaultLists) {
+    CKindColumns kinds;
+    EXPECT_FALSE(ReadTerminalKinds(kinds));
+    ASSERT_EQ(kinds.GetSize(), 11);
+    EXPECT_EQ(kinds.m_arrName[10], CString(u"双进双出刀闸端子"));
+    EXPECT_EQ(kinds.m_arrSymbol[10], CString(u"＃＆"));
+    EXPECT_EQ(kinds.m_arrWidth[3], CString(u"8.20"));
+    EXPECT_FALSE(ReadWireKinds(kinds));
+    ASSERT_EQ(kinds.GetSize(), 6);
+    EXPECT_EQ(kinds.m_arrSymbol[2], CString(u"★"));
+    EXPECT_FALSE(ReadCircuitKinds(kinds));
+    ASSERT_EQ(kinds.GetSize(), 3);
+    EXPECT_EQ(kinds.m_arrName[2], CString(u"普通回路"));
+}
+
+TEST_F(SettingsTest, TerminalKindLinesSplitIntoNameSymbolWidthAndRest) {
+    writeLegacy("Data/DZBDZLXFH.txt",
+                u" 甲端子 ：粗线，7\r\n"       // full-width separators
+                u"乙端子:▽,6.25,红\r\n"        // three items: the third is the rest
+                u"丙端子:,5,a,b,c\r\n"         // more: everything behind the second ","
+                u"不是一行\r\n"                // names nothing
+                u"丁端子:X\r\n");              // no width
+    CKindColumns kinds;
+    EXPECT_TRUE(ReadTerminalKinds(kinds));
+    ASSERT_EQ(kinds.GetSize(), 4);
+    EXPECT_EQ(kinds.m_arrName[0], CString(u"甲端子"));
+    EXPECT_EQ(kinds.m_arrSymbol[0], CString(u"粗线"));
+    EXPECT_EQ(kinds.m_arrWidth[0], CString(u"7.00"));
+    EXPECT_EQ(kinds.m_arrRest[0], CString());
+    EXPECT_EQ(kinds.m_arrWidth[1], CString(u"6.25"));
+    EXPECT_EQ(kinds.m_arrRest[1], CString(u"红"));
+    EXPECT_EQ(kinds.m_arrSymbol[2], CString());
+    EXPECT_EQ(kinds.m_arrRest[2], CString(u"a,b,c"));
+    EXPECT_EQ(kinds.m_arrName[3], CString(u"丁端子"));
+    EXPECT_EQ(kinds.m_arrWidth[3], CString(u"0.00"));
+}
+
+TEST_F(SettingsTest, ATerminalFileOfTheOldFormIsReplacedByTheDefaults) {
+    writeUtf8("Data/DZBDZLXFH.txt", u"普通端子:\r\n电流端子:粗线,8.2\r\n");
+    CKindColumns kinds;
+    EXPECT_FALSE(ReadTerminalKinds(kinds));
+    EXPECT_EQ(kinds.GetSize(), 11);
+    writeUtf8("Data/DZBDZLXFH.txt", u"普通端子:，6\r\n");
+    EXPECT_TRUE(ReadTerminalKinds(kinds));
+    EXPECT_EQ(kinds.GetSize(), 1);
+}
+
+TEST_F(SettingsTest, WireKindsMixTheShortAndTheLongForm) {
+    writeLegacy("Data/DZBDXLXFH.txt", u"屏蔽线：@\r\n双绞线:*,4.5,备注\r\n\r\n");
+    CKindColumns kinds;
+    EXPECT_TRUE(ReadWireKinds(kinds));
+    ASSERT_EQ(kinds.GetSize(), 2);
+    EXPECT_EQ(kinds.m_arrSymbol[0], CString(u"@"));
+    EXPECT_EQ(kinds.m_arrWidth[0], CString());
+    EXPECT_EQ(kinds.m_arrSymbol[1], CString(u"*"));
+    EXPECT_EQ(kinds.m_arrWidth[1], CString(u"4.50"));
+    EXPECT_EQ(kinds.m_arrRest[1], CString(u"备注"));
+}
+
+TEST_F(SettingsTest, ACircuitValueKeepsItsOwnColon) {
+    writeLegacy("Data/DZBHUILUFH.txt", u"电流回路:A:B\r\n电压回路：U\r\n");
+    CKindColumns kinds;
+    EXPECT_TRUE(ReadCircuitKinds(kinds));
+    ASSERT_EQ(kinds.GetSize(), 2);
+    EXPECT_EQ(kinds.m_arrSymbol[0], CString(u"A:B"));
+    EXPECT_EQ(kinds.m_arrName[1], CString(u"电压回路"));
+    EXPECT_EQ(kinds.m_arrSymbol[1], CString(u"U"));
+
+    install.writeFile("Data/DZBHUILUFH.txt", "junk\r\n");
+    EXPECT_FALSE(ReadCircuitKinds(kinds));
+    EXPECT_EQ(kinds.GetSize(), 3);
+}
+
+TEST_F(SettingsTest, DistLimitIsAPositiveNumberReadOncePerSession) {
+    const auto distLimitOf = [&](const std::string& content) {
+        install.writeFile("Data/DistLimit.txt", content);
+        return CSettingsSession().GetDistLimit();
+    };
+    EXPECT_DOUBLE_EQ(CSettingsSession().GetDistLimit(), 0.5);
+    EXPECT_DOUBLE_EQ(distLimitOf("1.25\r\n3\r\n"), 1.25);
+    EXPECT_DOUBLE_EQ(distLimitOf("0"), 0.5);
+    EXPECT_DOUBLE_EQ(distLimitOf("-2"), 0.5);
+    EXPECT_DOUBLE_EQ(distLimitOf("abc"), 0.5);
+
+    CSettingsSession session;
+    install.writeFile("Data/DistLimit.txt", "2");
+    EXPECT_DOUBLE_EQ(session.GetDistLimit(), 2.0);
+    install.writeFile("Data/DistLimit.txt", "3");
+    EXPECT_DOUBLE_EQ(session.GetDistLimit(), 2.0);
+}
+
+TEST_F(SettingsTest, ErpOrCadModeComesFromTheFirstLineInAnyCase) {
+    EXPECT_EQ(CSettingsSession().GetErpOrCadMode(), QX_MODE_CAD);
+    install.writeFile("Data/ErpOrCad.txt", "ERPsystem");
+    EXPECT_EQ(CSettingsSession().GetErpOrCadMode(), QX_MODE_ERP);
+    install.writeFile("Data/ErpOrCad.txt", "CAD\r\nBSF");
+    EXPECT_EQ(CSettingsSession().GetErpOrCadMode(), QX_MODE_CAD);
+}
