@@ -1,7 +1,7 @@
 // The usage files that the cloud receives after an interactive login.
 #include "module/UsageFiles.h"
 
-#include "support/TextFile.h"
+#include "exchange/text/QxXmlTextDoc.h"
 #include "platform/cloud/HexmoorClient.h"
 #include "support/FileSystem.h"
 #include "support/FileUtils.h"
@@ -28,8 +28,8 @@ void SendUsageFiles(CHexmoorInteFace& client, const CString& item1) {
     for (const CString& path : paths) {
         const CString name = GetFileNameOfPath(path);
         if (!name.StartsWith(kPrefix)) continue;
-        CString text;
-        ReadTextFile(path, text);
-        if (client.UserInfoCollect(item1, UsageFileKey(name), text)) QxFs::DeleteFile(path);
+        CQxXmlTextDoc document;
+        document.Load(path);
+        if (client.UserInfoCollect(item1, UsageFileKey(name), document.m_strDoc)) QxFs::DeleteFile(path);
     }
 }

@@ -109,3 +109,14 @@ TEST(UsageFileKey, PrefixMustStandAtTheStartInThisExactCase) {
     EXPECT_EQ(UsageFileKey(u"xQxCollect_1.xml"), CString());
     EXPECT_EQ(UsageFileKey(u"QXCOLLECT_1.xml"), CString());
 }
+
+TEST_F(Login, UsageFileIsReadInTheEncodingItsDeclarationNamesAndSentEvenWhenMalformed) {
+    const std::string folder = "Part2lib/StructuralDrawing/";
+    install.writeFile(folder + "QxCollect_gbk.xml", "<?xml version=\"1.0\" encoding=\"GB2312\"?><a>\xCF\xEE\xC4\xBF</a>");
+    install.writeFile(folder + "QxCollect_open.xml", "<a><b></a>");
+    HMLogin();
+    ASSERT_EQ(cloud().collected.size(), 2u);
+    EXPECT_TRUE(cloud().collected[0].text.EndsWith(u"<a>项目</a>"));
+    EXPECT_EQ(cloud().collected[1].text, CString(u"<a><b></a>"));
+    EXPECT_FALSE(install.exists(folder + "QxCollect_open.xml"));
+}
