@@ -16,7 +16,7 @@ namespace {
 
 // Processor seconds the child may spend: far more than a sound file of any likely size needs, little
 // enough that a file whose pages loop does not hang the command.
-constexpr rlim_t kChildCpuSeconds = 20;
+constexpr rlim_t kChildCpuSeconds = 10;
 
 bool writeAll(int fd, const std::string& data) {
     size_t done = 0;
