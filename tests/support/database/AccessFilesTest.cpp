@@ -1,0 +1,187 @@
+#include "common/CapturedOutput.h"
+#include "common/TempFolder.h"
+#include "support/Encoding.h"
+#include "support/FileSystem.h"
+#include "support/database/OperateMdb.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace {
+
+const std::string kAccessDir = std::string(QX_SHARED_TESTDATA_DIR) + "/access";
+
+// The Access files written by Microsoft Access live beside the project, not in it.
+class AccessFiles : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (!std::filesystem::is_directory(kAccessDir))
+            GTEST_SKIP() << "Access test files not found: " << kAccessDir << " is absent";
+    }
+
+    static CString path(const std::string& name) { return QxFs::FromNative(kAccessDir + "/" + name); }
+
+    static std::string bytesOf(const std::string& name) {
+        std::ifstream in(kAccessDir + "/" + name, std::ios::binary);
+        std::ostringstream out;
+        out << in.rdbuf();
+        return out.str();
+    }
+
+    static CStringArray column(COperateMdb& db, const CString& table, const CString& field, int kind) {
+        CStringArray values;
+        EXPECT_TRUE(db.GetFieldValues(table, field, values, kind, false)) << table << "." << field;
+        return values;
+    }
+};
+
+std::vector<CString> asVector(const CStringArray& list) { return {list.begin(), list.end()}; }
+
+} // namespace
+
+TEST_F(AccessFiles, Jet3AndAceFilesGiveTheirColumnsAfterTheKind) {
+    for (const char* name : {"testV1997.mdb", "testV2007.accdb"}) {
+        SCOPED_TRACE(name);
+        COperateMdb db(path(name));
+        ASSERT_TRUE(db.IsOpen());
+        CStringArray tables;
+        db.GetTableNames(tables);
+        EXPECT_EQ(asVector(tables), (std::vector<CString>{u"Table1", u"Table2", u"Table3", u"Table4"}));
+        EXPECT_TRUE(db.TableExists(u"TABLE1"));
+        EXPECT_FALSE(db.TableExists(u"MSysObjects"));  // system tables are not the user's
+
+        EXPECT_EQ(asVector(column(db, u"Table1", u"A", QX_KIND_CHAR)), (std::vector<CString>{u"a", u"abcdefg"}));
+        EXPECT_EQ(asVector(column(db, u"Table1", u"E", QX_KIND_INTEGER)), (std::vector<CString>{u"0", u"333333333"}));
+        EXPECT_EQ(asVector(column(db, u"Table1", u"D", QX_KIND_INTEGER)), (std::vector<CString>{u"0", u"222"}));
+        EXPECT_EQ(asVector(column(db, u"Table1", u"F", QX_KIND_DOUBLE)), (std::vector<CString>{u"0.00", u"444.56"}));
+        EXPECT_EQ(asVector(column(db, u"Table1", u"I", QX_KIND_BOOLEAN)), (std::vector<CString>{u"0", u"1"}));
+        // A date has no text form: each row repeats the one before, the first is empty.
+        EXPECT_EQ(asVector(column(db, u"Table1", u"G", QX_KIND_DATE)), (std::vector<CString>{u"", u""}));
+
+        CStringArray names;
+        ASSERT_TRUE(db.GetFieldNames(u"Table1", names));
+        EXPECT_EQ(asVector(names), (std::vector<CString>{u"A", u"B", u"C", u"D", u"E", u"F", u"G", u"H", u"I"}));
+        int kind = 0;
+        ASSERT_TRUE(db.GetFieldKind(u"Table1", u"A", kind));
+        EXPECT_EQ(kind, QX_KIND_VARWCHAR);
+        ASSERT_TRUE(db.GetFieldKind(u"Table1", u"e", kind));
+        EXPECT_EQ(kind, QX_KIND_INTEGER);
+        ASSERT_TRUE(db.GetFieldKind(u"Table1", u"I", kind));
+        EXPECT_EQ(kind, QX_KIND_BOOLEAN);
+        EXPECT_EQ(db.GetRecordCount(u"Table1"), 2);
+        EXPECT_EQ(db.GetRecordCount(u"Nothing"), -1);
+
+        CStringArray values;
+        EXPECT_FALSE(db.GetFieldValues(u"Table1", u"NoSuchField", values, QX_KIND_CHAR, false));
+        EXPECT_FALSE(db.GetFieldValues(u"Nothing", u"A", values, QX_KIND_CHAR, false));
+        EXPECT_FALSE(db.GetFieldValues(u"", u"A", values, QX_KIND_CHAR, false));
+    }
+}
+
+TEST_F(AccessFiles, UnicodeTextComesOutInEveryScript) {
+    COperateMdb db(path("testUnicodeCompV2003.mdb"));
+    ASSERT_TRUE(db.IsOpen());
+    const CStringArray values = column(db, u"Table", u"Unicode", QX_KIND_CHAR);
+    ASSERT_EQ(values.GetSize(), 8);
+    EXPECT_EQ(values[1], CString(u"ääkkösiä"));
+    EXPECT_EQ(values[2], CString(u"Мир"));
+    EXPECT_EQ(values[3], CString(u"\u03f0\u03b1\u1f76 \u03c4\u1f79\u03c4' \u1f10\u03b3\u1f7c \u039a\u1f7b\u03f0\u03bb\u03c9\u03c0\u03b1"));
+    EXPECT_EQ(values[4], CString(u"漢字仮名交じり文"));
+    EXPECT_EQ(values[6], CString(u"ümlaut"));
+
+    // Conditions as the host's provider reads them: Like, text compared ignoring case.
+    CStringArray fields;
+    CStringArray patterns;
+    fields.Add(u"Unicode");
+    patterns.Add(u"мИР");
+    CStringArray found;
+    ASSERT_TRUE(db.GetFieldValuesWhere(u"Table", u"ID", fields, patterns, found, QX_KIND_INTEGER, false));
+    EXPECT_EQ(asVector(found), (std::vector<CString>{u"3"}));
+    patterns[0] = u"%仮名%";
+    ASSERT_TRUE(db.GetFieldValuesWhere(u"Table", u"ID", fields, patterns, found, QX_KIND_INTEGER, false));
+    EXPECT_EQ(asVector(found), (std::vector<CString>{u"5"}));
+    patterns[0] = u"_nly ascii%";
+    CArray<CStringArray> rows;
+    ASSERT_TRUE(db.SelectRows(u"Table", fields, patterns, rows));
+    ASSERT_EQ(rows.GetSize(), 1);
+    EXPECT_EQ(asVector(rows[0]), (std::vector<CString>{u"1", u"only ascii chars"}));
+}
+
+TEST_F(AccessFiles, Jet3TextIsReadInTheLegacyCodePage) {
+    // Jet 3 keeps text as bytes of the writer's code page: put GB18030 bytes where the file has Latin ones.
+    std::string bytes = bytesOf("testV1997.mdb");
+    const std::string name = EncodeLegacy(u"工程名X");
+    const std::string other = EncodeLegacy(u"Мирabc");
+    ASSERT_EQ(name.size(), 7u);
+    ASSERT_EQ(other.size(), 9u);
+    const size_t at = bytes.find("abcdefghijklmnop");
+    ASSERT_NE(at, std::string::npos);
+    bytes.replace(at, 7, name);
+    bytes.replace(at + 7, 9, other);
+    TempFolder folder;
+    folder.writeFile("cn.mdb", bytes);
+
+    COperateMdb db(folder.logic() + u"cn.mdb");
+    ASSERT_TRUE(db.IsOpen());
+    EXPECT_EQ(asVector(column(db, u"Table1", u"A", QX_KIND_CHAR)), (std::vector<CString>{u"a", u"工程名X"}));
+    EXPECT_EQ(asVector(column(db, u"Table1", u"B", QX_KIND_CHAR)), (std::vector<CString>{u"b", u"Мирabc"}));
+}
+
+TEST_F(AccessFiles, AccessFilesAreNeverChanged) {
+    TempFolder folder;
+    folder.writeFile("copy.mdb", bytesOf("testV1997.mdb"));
+    CapturedOutput output;
+    COperateMdb db(folder.logic() + u"copy.mdb");
+    ASSERT_TRUE(db.IsOpen());
+    CStringArray fields;
+    CStringArray values;
+    CKindArray kinds;
+    fields.Add(u"A");
+    values.Add(u"x");
+    kinds.Add(QX_KIND_CHAR);
+    EXPECT_FALSE(db.InsertRecord(u"Table1", fields, values, kinds));
+    EXPECT_FALSE(db.DeleteRecords(u"Table1", fields, values, kinds));
+    EXPECT_FALSE(db.UpdateRecords(u"Table1", fields, values, kinds, fields, values, kinds));
+    CArray<int> lengths;
+    lengths.Add(10);
+    EXPECT_FALSE(db.CreateTable(u"New", fields, kinds, lengths));
+    EXPECT_FALSE(db.DropTable(u"Table2"));
+    EXPECT_FALSE(db.ExecuteSql(u"DELETE FROM Table1"));
+    EXPECT_TRUE(output.boxes.empty());
+    EXPECT_EQ(folder.readFile("copy.mdb"), bytesOf("testV1997.mdb"));
+    EXPECT_EQ(db.GetRecordCount(u"Table1"), 2);
+}
+
+TEST_F(AccessFiles, CutOrDamagedFilesGiveNothingAndDoNotCrash) {
+    const std::string whole = bytesOf("testV1997.mdb");
+    TempFolder folder;
+    CapturedOutput output;
+    // Cut inside a page, cut at page boundaries, and pages overwritten with noise.
+    std::vector<std::string> damaged = {whole.substr(0, 100000), whole.substr(0, 4096), whole.substr(0, 40960)};
+    std::string noisy = whole;
+    for (size_t i = 2048; i < noisy.size(); i += 7) noisy[i] = static_cast<char>(i * 31);
+    damaged.push_back(noisy);
+    for (size_t k = 0; k < damaged.size(); ++k) {
+        SCOPED_TRACE(k);
+        folder.writeFile("bad.mdb", damaged[k]);
+        COperateMdb db(folder.logic() + u"bad.mdb");
+        CStringArray values;
+        if (db.IsOpen()) {
+            CStringArray tables;
+            db.GetTableNames(tables);
+            EXPECT_LE(tables.GetSize(), 4);
+            db.GetFieldValues(u"Table1", u"A", values, QX_KIND_CHAR, false);
+            EXPECT_LE(values.GetSize(), 2);
+        } else {
+            EXPECT_FALSE(db.GetFieldValues(u"Table1", u"A", values, QX_KIND_CHAR, false));
+            EXPECT_TRUE(values.IsEmpty());
+        }
+    }
+    // A file cut inside a page is never taken for a database.
+    folder.writeFile("bad.mdb", damaged[0]);
+    EXPECT_FALSE(COperateMdb(folder.logic() + u"bad.mdb").IsOpen());
+    EXPECT_EQ(output.printed, CString());
+}

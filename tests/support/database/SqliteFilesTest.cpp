@@ -1,0 +1,184 @@
+#include "common/CapturedOutput.h"
+#include "common/TempFolder.h"
+#include "support/database/OperateMdb.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <initializer_list>
+#include <vector>
+
+namespace {
+
+CStringArray texts(std::initializer_list<const char16_t*> items) {
+    CStringArray list;
+    for (const char16_t* item : items) list.Add(item);
+    return list;
+}
+
+CKindArray kinds(std::initializer_list<int> items) {
+    CKindArray list;
+    for (int item : items) list.Add(item);
+    return list;
+}
+
+std::vector<CString> asVector(const CStringArray& list) { return {list.begin(), list.end()}; }
+
+// A SQLite file made by SQLite's own shell, so the engine is tested on what another writer made.
+class SqliteFiles : public ::testing::Test {
+protected:
+    void SetUp() override {
+        folder.writeFile("make.sql", R"(
+            CREATE TABLE "Qx项目设备描述信息" (WORD TEXT(50), N INTEGER, X REAL, B BOOLEAN);
+            INSERT INTO "Qx项目设备描述信息" VALUES ('工程名称', 1, 2.5, 1), ('设计单位', 2, NULL, 0),
+                ('abc', 3, 1.005, 0), ('ABC', 4, 3, 0), (NULL, 5, 0, 0), ('WORD', 6, 0, 0);
+            CREATE TABLE QxTableName (UseTableName TEXT, Pos INTEGER);
+            INSERT INTO QxTableName VALUES ('b', 2), ('c', 3), ('a', 1);
+            CREATE VIEW Words AS SELECT WORD FROM "Qx项目设备描述信息";
+        )");
+        const std::string command =
+            "sqlite3 '" + folder.native() + "/words.db' < '" + folder.native() + "/make.sql'";
+        ASSERT_EQ(std::system(command.c_str()), 0) << "the sqlite3 shell is needed to make the test file";
+        path = folder.logic() + u"words.db";
+    }
+
+    TempFolder folder;
+    CString path;
+    const CString table = u"Qx项目设备描述信息";
+};
+
+} // namespace
+
+TEST_F(SqliteFiles, TablesAndColumnsReadAsOnAccess) {
+    COperateMdb db(path);
+    ASSERT_TRUE(db.IsOpen());
+    CStringArray names;
+    db.GetTableNames(names);
+    EXPECT_EQ(asVector(names), (std::vector<CString>{u"QxTableName", table}));  // the view is left out
+    EXPECT_FALSE(db.TableExists(u"Words"));
+
+    CStringArray values;
+    ASSERT_TRUE(db.GetFieldValues(table, u"WORD", values, QX_KIND_CHAR, false));
+    EXPECT_EQ(asVector(values), (std::vector<CString>{u"工程名称", u"设计单位", u"abc", u"ABC", u"", u"WORD"}));
+    ASSERT_TRUE(db.GetFieldValues(table, u"WORD", values, QX_KIND_CHAR, true));
+    EXPECT_EQ(asVector(values), (std::vector<CString>{u"工程名称", u"设计单位", u"abc", u"", u"WORD"}));
+    ASSERT_TRUE(db.GetFieldValues(table, u"X", values, QX_KIND_DOUBLE, false));
+    EXPECT_EQ(asVector(values), (std::vector<CString>{u"2.50", u"0.00", u"1.00", u"3.00", u"0.00", u"0.00"}));
+    ASSERT_TRUE(db.GetFieldValues(table, u"B", values, QX_KIND_BOOLEAN, true));
+    EXPECT_EQ(asVector(values), (std::vector<CString>{u"1", u"0"}));
+
+    int kind = 0;
+    ASSERT_TRUE(db.GetFieldKind(table, u"N", kind));
+    EXPECT_EQ(kind, QX_KIND_INTEGER);
+    ASSERT_TRUE(db.GetFieldKind(table, u"WORD", kind));
+    EXPECT_EQ(kind, QX_KIND_VARWCHAR);
+    CStringArray fields;
+    ASSERT_TRUE(db.GetFieldNames(table, fields));
+    EXPECT_EQ(asVector(fields), (std::vector<CString>{u"WORD", u"N", u"X", u"B"}));
+    EXPECT_EQ(db.GetRecordCount(table), 6);
+    EXPECT_FALSE(db.GetFieldValues(table, u"Missing", values, QX_KIND_CHAR, false));
+}
+
+TEST_F(SqliteFiles, ConditionsAndOrderingFollowTheFormedStatements) {
+    CapturedOutput output;
+    COperateMdb db(path);
+    CStringArray values;
+    ASSERT_TRUE(db.GetFieldValuesWhere(table, u"N", texts({u"WORD"}), texts({u"%工程%"}), values, QX_KIND_INTEGER, false));
+    EXPECT_EQ(asVector(values), (std::vector<CString>{u"1"}));
+    // A value that happens to be a column's name is still a text.
+    ASSERT_TRUE(db.GetFieldValuesWhere(table, u"N", texts({u"WORD"}), texts({u"WORD"}), values, QX_KIND_INTEGER, false));
+    EXPECT_EQ(asVector(values), (std::vector<CString>{u"6"}));
+    ASSERT_TRUE(db.GetFieldValuesWhere(table, u"N", texts({}), texts({}), values, QX_KIND_INTEGER, false));
+    EXPECT_TRUE(values.IsEmpty());
+    EXPECT_TRUE(output.boxes.empty());
+    EXPECT_FALSE(db.GetFieldValuesWhere(table, u"N", texts({u"WORD"}), texts({}), values, QX_KIND_INTEGER, false));
+    ASSERT_EQ(output.boxes.size(), 1u);
+    EXPECT_EQ(output.boxes[0].text, CString(u"程序员应用此函数,传入的参数有错误,请检查!"));
+    EXPECT_EQ(output.boxes[0].caption, CString(u"Corvane"));
+
+    ASSERT_TRUE(db.GetOrderedFieldValues(u"QxTableName", u"Pos", values, QX_KIND_INTEGER, false));
+    EXPECT_EQ(asVector(values), (std::vector<CString>{u"1", u"2", u"3"}));
+    EXPECT_FALSE(db.GetOrderedFieldValues(table, u"N", values, QX_KIND_INTEGER, false));
+
+    CArray<CStringArray> rows;
+    ASSERT_TRUE(db.SelectRows(table, texts({u"WORD", u"N"}), texts({u"a_c", QX_VTNULL_VALUE}), rows));
+    ASSERT_EQ(rows.GetSize(), 2);
+    EXPECT_EQ(asVector(rows[0]), (std::vector<CString>{u"abc", u"3", u"1.005", u"0"}));
+    EXPECT_EQ(rows[1][0], CString(u"ABC"));
+}
+
+TEST_F(SqliteFiles, StatementsChangeTheFileWhereSqliteTakesTheirForm) {
+    CapturedOutput output;
+    COperateMdb db(path);
+    ASSERT_TRUE(db.InsertRecord(table, texts({u"WORD", u"N"}), texts({u"制造厂家", u"7"}), kinds({129, 3})));
+    EXPECT_EQ(db.GetRecordCount(table), 7);
+    // Values are not escaped: a double quote breaks the statement and nothing is written.
+    EXPECT_FALSE(db.InsertRecord(table, texts({u"WORD"}), texts({u"12\" panel"}), kinds({129})));
+    EXPECT_FALSE(db.InsertRecord(table, texts({u"WORD"}), texts({u"x"}), kinds({129, 3})));
+    EXPECT_EQ(db.GetRecordCount(table), 7);
+    // SQLite takes no qualified name after Set.
+    EXPECT_FALSE(db.UpdateRecords(table, texts({u"N"}), texts({u"9"}), kinds({3}), texts({u"WORD"}),
+                                  texts({u"abc"}), kinds({129})));
+    ASSERT_TRUE(db.DeleteRecords(table, texts({u"WORD", u"N"}), texts({u"制造厂家", u"7"}), kinds({129, 3})));
+    EXPECT_EQ(db.GetRecordCount(table), 6);
+
+    CArray<int> lengths;
+    lengths.Add(20);
+    lengths.Add(0);
+    ASSERT_TRUE(db.CreateTable(u"new table-1", texts({u"Name", u"Count"}), kinds({129, 3}), lengths));
+    EXPECT_TRUE(db.TableExists(u"new_table_1"));
+    int kind = 0;
+    ASSERT_TRUE(db.GetFieldKind(u"new_table_1", u"Count", kind));
+    EXPECT_EQ(kind, QX_KIND_INTEGER);
+    EXPECT_TRUE(output.boxes.empty());
+
+    EXPECT_FALSE(db.CreateTable(u"NEW_TABLE_1", texts({u"Name"}), kinds({129}), lengths));
+    EXPECT_FALSE(db.CreateTable(u"other", texts({u"Name", u"When"}), kinds({129, 99}), lengths));
+    ASSERT_EQ(output.boxes.size(), 2u);
+    EXPECT_EQ(output.boxes[0].text, CString(u"该表名数据库中已经有了,请更换表名"));
+    EXPECT_EQ(output.boxes[0].style, unsigned(MB_OK | MB_ICONWARNING));
+    EXPECT_EQ(output.boxes[1].text, CString(u"Enum Error:When unknow. Create Table false."));
+    EXPECT_FALSE(db.TableExists(u"other"));
+
+    // SQLite has no SELECT INTO: the copy fails and the table stays.
+    EXPECT_FALSE(db.RenameTable(u"new_table_1", u"renamed"));
+    EXPECT_TRUE(db.TableExists(u"new_table_1"));
+    EXPECT_FALSE(db.RenameTable(u"new_table_1", u"qxtablename"));
+    ASSERT_EQ(output.boxes.size(), 3u);
+    EXPECT_EQ(output.boxes[2].text, CString(u"数据库表名已经存在! "));
+
+    ASSERT_TRUE(db.DropTable(u"new_table_1"));
+    EXPECT_FALSE(db.TableExists(u"new_table_1"));
+    EXPECT_TRUE(db.ExecuteSql(u"DELETE FROM QxTableName WHERE UseTableName = \"b\""));
+    EXPECT_EQ(db.GetRecordCount(u"QxTableName"), 2);
+
+    db.CloseDatabase();
+    EXPECT_FALSE(db.IsOpen());
+    EXPECT_EQ(db.GetRecordCount(u"QxTableName"), -1);
+    EXPECT_EQ(COperateMdb(path).GetRecordCount(u"QxTableName"), 2);
+}
+
+TEST(DatabaseFiles, MissingFileIsToldOnceAndOtherFilesStayClosedQuietly) {
+    TempFolder folder;
+    CapturedOutput output;
+    const CString missing = folder.logic() + u"Data\\word.mdb";
+    COperateMdb db(missing);
+    EXPECT_FALSE(db.IsOpen());
+    EXPECT_EQ(output.printed, u"\n没有找到数据库文件" + missing + u"\n");
+    CStringArray names;
+    db.GetTableNames(names);
+    EXPECT_TRUE(names.IsEmpty());
+    EXPECT_FALSE(db.TableExists(u"x"));
+
+    output.printed.Empty();
+    folder.writeFile("text.mdb", "WORD\r\n工程名称\r\n");
+    folder.writeFile("cut.db", std::string("SQLite format 3\0", 16) + std::string(84, '\x01'));
+    folder.writeFile("empty.mdb", "");
+    for (const char16_t* name : {u"text.mdb", u"cut.db", u"empty.mdb"}) {
+        COperateMdb other(folder.logic() + name);
+        EXPECT_FALSE(other.IsOpen()) << CString(name);
+        CStringArray values;
+        EXPECT_FALSE(other.GetFieldValues(u"T", u"WORD", values, QX_KIND_CHAR, false));
+    }
+    EXPECT_EQ(output.printed, CString());
+}
