@@ -19,6 +19,7 @@ void help() {
 
 void RegisterHostCommands() {
     acedRegCmds()->addCommand(kHostGroup, u"_HELP", u"HELP", ACRX_CMD_MODAL, help);
+    acedRegCmds()->addCommand(kHostGroup, u"_XMMANAGE", u"xmmanage", ACRX_CMD_MODAL, ShowProjectManager);
 }
 
 std::vector<CString> TakeQueuedCommandStrings() { return {}; }

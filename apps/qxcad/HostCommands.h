@@ -7,4 +7,6 @@
 #include <vector>
 
 void RegisterHostCommands();
+// Prints the current project's tree (the host's XMMANAGE command).
+void ShowProjectManager();
 std::vector<CString> TakeQueuedCommandStrings();

@@ -77,3 +77,19 @@ TEST(Qxcad, AModuleThatDoesNotLoadIsAClearFailure) {
     EXPECT_EQ(run.status, 2);
     EXPECT_NE(dir.readFile("err.txt").find("does not load"), std::string::npos);
 }
+
+TEST(Qxcad, XmmanageShowsTheCurrentProjectsDevicesAndDrawings) {
+    TempFolder dir;
+    EXPECT_NE(qxcad(dir, "xmmanage").out.find("no current project"), std::string::npos);
+    dir.writeFile("p/P/P.itm", "");
+    dir.writeFile("p/P/Hexmoor.xml", "");
+    dir.writeFile("p/P/D1/d1.PRJ", "");
+    dir.writeFile("p/P/D1/a.dwg", "");
+    dir.writeFile("p/P/stray/x.prj", "");
+    dir.writeFile("corvane/Data/recent.dat", (dir.logic() + u"p\\P\\P.itm").ToUtf8());
+    const std::string out = qxcad(dir, "xmmanage").out;
+    EXPECT_NE(out.find("项目 P  [Hexmoor]"), std::string::npos);
+    EXPECT_NE(out.find("设备 d1"), std::string::npos);
+    EXPECT_NE(out.find("a.dwg"), std::string::npos);
+    EXPECT_EQ(out.find("stray"), std::string::npos);
+}
