@@ -89,7 +89,7 @@ TEST(Qxcad, XmmanageShowsTheCurrentProjectsDevicesAndDrawings) {
     dir.writeFile("corvane/Data/recent.dat", (dir.logic() + u"p\\P\\P.itm").ToUtf8());
     const std::string out = qxcad(dir, "xmmanage").out;
     EXPECT_NE(out.find("项目 P  [Hexmoor]"), std::string::npos);
-    EXPECT_NE(out.find("设备 d1"), std::string::npos);
+    EXPECT_NE(out.find("设备 D1"), std::string::npos);  // named as the folder names it
     EXPECT_NE(out.find("a.dwg"), std::string::npos);
     EXPECT_EQ(out.find("stray"), std::string::npos);
 }
