@@ -49,6 +49,8 @@ public:
     // The same on the kept form; empty items remove the application.
     void setXDataItems(const CString& application, ResItems items);
     const std::vector<XDataApp>& xDataApps() const { return m_xdata; }
+    // For readers that fill a drawing: xdata as stored, an application with no items included.
+    void setXDataApps(std::vector<XDataApp> apps) { m_xdata = std::move(apps); }
     const XDataApp* findXData(std::u16string_view application) const;
 
     AcDbObjectId extensionDictionary() const { return m_extensionDictionary; }
