@@ -17,6 +17,7 @@ Acad::ErrorStatus acdbOpenObject(T*& object, AcDbObjectId id, AcDb::OpenMode mod
     AcDbObject* opened = nullptr;
     const Acad::ErrorStatus status = acdbOpenAcDbObject(opened, id, mode, openErased);
     if (status != Acad::eOk) return status;
+    if (opened == nullptr) return Acad::eNullObjectId;
     object = T::cast(opened);
     if (object != nullptr) return Acad::eOk;
     opened->close();
