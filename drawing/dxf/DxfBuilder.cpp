@@ -21,14 +21,8 @@ DxfBuilder::DxfBuilder(AcDbDatabase& database) : m_database(database) {
 DxfBuilder::~DxfBuilder() = default;
 
 AcDbObjectId DxfBuilder::adopt(std::unique_ptr<AcDbObject> object, AcDbHandle handle) {
-    AcDbObjectId found;
-    if (handle.isNull() || m_database.getAcDbObjectId(found, false, handle) == Acad::eOk) {
-        const AcDbObjectId id = object->objectId();
-        m_withoutHandle.push_back(std::move(object));
-        return id;
-    }
-    AcDbObjectId id;
-    m_database.addAcDbObject(id, std::move(object), handle);
+    const AcDbObjectId id = object->objectId();
+    if (!m_database.addAcDbObjectWithHandle(object, handle)) m_withoutHandle.push_back(std::move(object));
     return id;
 }
 

@@ -6,6 +6,8 @@
 DxfLoadStatus ReadDxfText(std::string_view text, AcDbDatabase& database) {
     DxfLoader loader(text);
     DxfBuilder builder(database);
+    // Drawings hold roughly one object for every few hundred bytes.
+    database.reserveObjects(text.size() / 256);
     DxfRecord record;
     while (loader.next(record)) builder.add(record);
     if (loader.status() != DxfLoadStatus::Ok) {

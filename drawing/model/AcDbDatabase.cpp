@@ -71,6 +71,21 @@ Acad::ErrorStatus AcDbDatabase::addAcDbObject(AcDbObjectId& id, std::unique_ptr<
     return Acad::eOk;
 }
 
+bool AcDbDatabase::addAcDbObjectWithHandle(std::unique_ptr<AcDbObject>& object, AcDbHandle handle) {
+    if (!object || handle.isNull()) return false;
+    const auto [slot, inserted] = m_byHandle.try_emplace(handle.value(), object.get());
+    if (!inserted) return false;
+    object->attachTo(this, handle);
+    if (handle >= m_handseed) m_handseed = AcDbHandle(handle.value() + 1);
+    m_objects.push_back(std::move(object));
+    return true;
+}
+
+void AcDbDatabase::reserveObjects(size_t count) {
+    m_byHandle.reserve(m_byHandle.size() + count);
+    m_objects.reserve(m_objects.size() + count);
+}
+
 void AcDbDatabase::setHandseed(AcDbHandle seed) {
     if (seed > m_handseed) m_handseed = seed;
 }

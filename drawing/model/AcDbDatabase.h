@@ -37,6 +37,11 @@ public:
     Acad::ErrorStatus getAcDbObjectId(AcDbObjectId& id, bool createIfNotFound, const AcDbHandle& handle, int xRefId = 0) const;
     // Takes an object in. A null handle, or one already taken, gets the next free handle.
     Acad::ErrorStatus addAcDbObject(AcDbObjectId& id, std::unique_ptr<AcDbObject> object, AcDbHandle handle = {});
+    // For readers that fill a drawing: takes the object in under exactly this handle and gives true, or
+    // leaves it with the caller and gives false when the handle is null or taken.
+    bool addAcDbObjectWithHandle(std::unique_ptr<AcDbObject>& object, AcDbHandle handle);
+    // Room for this many objects, so that a large drawing is read without rehashing.
+    void reserveObjects(size_t count);
     // The next handle a new object gets.
     AcDbHandle handseed() const { return m_handseed; }
     void setHandseed(AcDbHandle seed);
