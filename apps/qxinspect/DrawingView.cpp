@@ -57,8 +57,9 @@ json dictionaryJson(AcDbObjectId id, std::unordered_set<AcDbObjectId>& onPath) {
     AcDbObjectPointer<AcDbDictionary> dictionary(id, AcDb::kForRead);
     if (!dictionary) return nullptr;
     json out{{"handle", utf8(dictionary->objectHandle().text())}, {"entries", json::array()}};
-    // Dictionaries that hold each other are shown once on each path.
-    if (!onPath.insert(id).second) {
+    // Dictionaries that hold each other are shown once on each path; very deep nesting is cut.
+    constexpr size_t kMaxDepth = 64;
+    if (onPath.size() >= kMaxDepth || !onPath.insert(id).second) {
         out["cycle"] = true;
         return out;
     }

@@ -13,11 +13,6 @@ CString upper(CString name) {
 
 } // namespace
 
-bool AcDbBlockTableRecord::isLayout() const {
-    return m_name.EqualsNoCase(ACDB_MODEL_SPACE) || m_name.StartsWith(u"*Paper_Space") ||
-           m_name.StartsWith(u"*PAPER_SPACE");
-}
-
 Acad::ErrorStatus AcDbBlockTableRecord::newIterator(std::unique_ptr<AcDbBlockTableRecordIterator>& iterator,
                                                     bool atBeginning, bool skipDeleted) const {
     iterator = std::make_unique<AcDbBlockTableRecordIterator>(*this, skipDeleted);

@@ -23,7 +23,6 @@ public:
     AcGePoint3d origin() const { return m_origin; }
     void setOrigin(const AcGePoint3d& origin) { m_origin = origin; }
     bool isAnonymous() const { return m_name.StartsWith(u"*U") || m_name.StartsWith(u"*u"); }
-    bool isLayout() const;
 
     // Every entity in drawing order, erased ones included.
     const std::vector<AcDbObjectId>& entityIds() const { return m_entities; }
