@@ -1,0 +1,134 @@
+// The groups every object has, and items of xdata and xrecords.
+#include "drawing/dxf/DxfContext.h"
+
+namespace {
+
+bool isHandleCode(int code) {
+    return (code >= 320 && code <= 369) || (code >= 390 && code <= 399) || code == 480 || code == 481 || code == 1005 ||
+           code == 5 || code == 105;
+}
+
+// The first code of a point, whose y and z follow as code + 10 and code + 20.
+bool isPointStart(int code) {
+    return (code >= 10 && code <= 18) || (code >= 110 && code <= 112) || code == 210 || (code >= 1010 && code <= 1013);
+}
+
+} // namespace
+
+double DxfValues::real(const DxfTag& tag) {
+    double value = 0.0;
+    if (!ParseDxfDouble(tag.value, value)) m_bad = true;
+    return value;
+}
+
+long long DxfValues::integer(const DxfTag& tag) {
+    long long value = 0;
+    if (ParseDxfInt(tag.value, value)) return value;
+    // Some writers put a decimal point into integer groups.
+    double real = 0.0;
+    if (ParseDxfDouble(tag.value, real) && real > -9.2e18 && real < 9.2e18) return static_cast<long long>(real);
+    m_bad = true;
+    return 0;
+}
+
+DxfCommonGroups ReadCommonGroups(const DxfRecord& record) {
+    DxfCommonGroups common;
+    const auto& tags = record.tags;
+    common.bodyEnd = tags.size();
+    bool inGroup = false;
+    bool inExtensionDictionary = false;
+    bool beforeSubclass = true;
+    for (size_t i = 0; i < tags.size(); ++i) {
+        const DxfTag& tag = tags[i];
+        if (tag.code == 1001) {
+            common.bodyEnd = i;
+            break;
+        }
+        if (!beforeSubclass) continue;
+        switch (tag.code) {
+        case 100: beforeSubclass = false; break;
+        case 5: AcDbHandle::parse(tag.value, common.handle); break;
+        case 102:
+            inGroup = !tag.value.starts_with("}");
+            inExtensionDictionary = tag.value.starts_with("{ACAD_XDICTIONARY");
+            break;
+        case 360:
+            if (inExtensionDictionary) AcDbHandle::parse(tag.value, common.extensionDictionary);
+            break;
+        case 330:
+            if (!inGroup && common.owner.isNull()) AcDbHandle::parse(tag.value, common.owner);
+            break;
+        default: break;
+        }
+    }
+    return common;
+}
+
+bool TakePointGroup(const DxfTag& tag, int base, AcGePoint3d& point, DxfValues& values) {
+    if (tag.code == base) point.x = values.real(tag);
+    else if (tag.code == base + 10) point.y = values.real(tag);
+    else if (tag.code == base + 20) point.z = values.real(tag);
+    else return false;
+    return true;
+}
+
+bool TakeVectorGroup(const DxfTag& tag, int base, AcGeVector3d& vector, DxfValues& values) {
+    if (tag.code == base) vector.x = values.real(tag);
+    else if (tag.code == base + 10) vector.y = values.real(tag);
+    else if (tag.code == base + 20) vector.z = values.real(tag);
+    else return false;
+    return true;
+}
+
+ResItems ReadResItems(const std::vector<DxfTag>& tags, size_t begin, size_t end, DxfValues& values) {
+    ResItems items;
+    for (size_t i = begin; i < end; ++i) {
+        const DxfTag& tag = tags[i];
+        const auto code = static_cast<short>(tag.code);
+        if (isPointStart(tag.code)) {
+            AcGePoint3d p{values.real(tag), 0.0, 0.0};
+            if (i + 1 < end && tags[i + 1].code == tag.code + 10) p.y = values.real(tags[++i]);
+            if (i + 1 < end && tags[i + 1].code == tag.code + 20) p.z = values.real(tags[++i]);
+            items.push_back(ResItem::point(code, p));
+            continue;
+        }
+        switch (RbKindOf(tag.code)) {
+        case RbKind::Point: break;  // a y or z without its x
+        case RbKind::Real: items.push_back(ResItem::real(code, values.real(tag))); break;
+        case RbKind::Int16:
+        case RbKind::Int32:
+        case RbKind::Int64: items.push_back(ResItem::integer(code, values.integer(tag))); break;
+        case RbKind::Text: {
+            AcDbHandle handle;
+            if (isHandleCode(tag.code) && AcDbHandle::parse(tag.value, handle))
+                items.push_back(ResItem::text(code, handle.text()));
+            else
+                items.push_back(ResItem::text(code, values.text(tag)));
+            break;
+        }
+        }
+    }
+    return items;
+}
+
+std::vector<XDataApp> ReadXData(const DxfRecord& record, size_t begin, DxfValues& values) {
+    std::vector<XDataApp> apps;
+    const auto& tags = record.tags;
+    size_t i = begin;
+    while (i < tags.size()) {
+        if (tags[i].code != 1001) {
+            ++i;
+            continue;
+        }
+        XDataApp app;
+        app.name = values.text(tags[i]);
+        size_t end = i + 1;
+        while (end < tags.size() && tags[end].code != 1001) ++end;
+        app.items = ReadResItems(tags, i + 1, end, values);
+        // Only groups of 1000 and above belong to xdata; anything else behind a 1001 is passed over.
+        std::erase_if(app.items, [](const ResItem& item) { return item.code() < 1000; });
+        apps.push_back(std::move(app));
+        i = end;
+    }
+    return apps;
+}

@@ -1,0 +1,234 @@
+// Readers of entity records.
+#include "drawing/dxf/DxfEntities.h"
+
+#include "drawing/model/AcDbBlockReference.h"
+#include "drawing/model/AcDbCurves.h"
+#include "drawing/model/AcDbText.h"
+
+#include <cmath>
+
+namespace {
+
+using Tags = std::vector<DxfTag>;
+
+double degrees(double value) {
+    return value * AcGe::kPi / 180.0;
+}
+
+AcGePoint3d toWorld(const AcGeVector3d& normal, const AcGePoint3d& ocsPoint) {
+    return AcGeMatrix3d::planeToWorld(normal).transform(ocsPoint);
+}
+
+void readEntityGroups(const DxfTag& tag, AcDbEntity& entity, DxfValues& values) {
+    switch (tag.code) {
+    case 8: entity.setLayer(values.text(tag)); break;
+    case 62: entity.setColorIndex(static_cast<int>(values.integer(tag))); break;
+    case 60: entity.setVisibility(values.integer(tag) != 0 ? AcDb::kInvisible : AcDb::kVisible); break;
+    case 67: entity.setPaperSpaceFlag(values.integer(tag) != 0); break;
+    default: break;
+    }
+}
+
+template <typename Entity>
+std::unique_ptr<AcDbEntity> readTextLike(const Tags& tags, size_t end, DxfValues& values) {
+    auto text = std::make_unique<Entity>();
+    AcGePoint3d position;
+    AcGeVector3d normal = AcGeVector3d::kZAxis;
+    for (size_t i = 0; i < end; ++i) {
+        const DxfTag& tag = tags[i];
+        if (TakePointGroup(tag, 10, position, values) || TakeVectorGroup(tag, 210, normal, values)) continue;
+        switch (tag.code) {
+        case 1: text->setTextString(values.text(tag)); break;
+        case 40: text->setHeight(values.real(tag)); break;
+        case 50: text->setRotation(degrees(values.real(tag))); break;
+        default:
+            if constexpr (std::is_same_v<Entity, AcDbAttributeDefinition>) {
+                if (tag.code == 2) text->setTag(values.text(tag));
+                if (tag.code == 3) text->setPrompt(values.text(tag));
+            }
+            break;
+        }
+    }
+    text->setPosition(toWorld(normal, position));
+    return text;
+}
+
+std::unique_ptr<AcDbEntity> readMText(const Tags& tags, size_t end, DxfValues& values) {
+    auto mtext = std::make_unique<AcDbMText>();
+    AcGePoint3d location;
+    // The chunks are joined before decoding: an escape or a character may straddle two of them.
+    std::string contents;
+    for (size_t i = 0; i < end; ++i) {
+        const DxfTag& tag = tags[i];
+        if (tag.code == 101) break;  // an embedded object follows, with groups of its own
+        if (TakePointGroup(tag, 10, location, values)) continue;
+        switch (tag.code) {
+        case 1:
+        case 3: contents.append(tag.value); break;
+        case 40: mtext->setTextHeight(values.real(tag)); break;
+        case 41: mtext->setWidth(values.real(tag)); break;
+        default: break;
+        }
+    }
+    mtext->setContents(values.decoder().decode(contents));
+    mtext->setLocation(location);
+    return mtext;
+}
+
+std::unique_ptr<AcDbEntity> readInsert(const Tags& tags, size_t end, DxfValues& values, CString& blockName) {
+    auto insert = std::make_unique<AcDbBlockReference>();
+    AcGePoint3d position;
+    AcGeVector3d scale{1.0, 1.0, 1.0};
+    AcGeVector3d normal = AcGeVector3d::kZAxis;
+    for (size_t i = 0; i < end; ++i) {
+        const DxfTag& tag = tags[i];
+        if (TakePointGroup(tag, 10, position, values) || TakeVectorGroup(tag, 210, normal, values)) continue;
+        switch (tag.code) {
+        case 2: blockName = values.text(tag); break;
+        case 41: scale.x = values.real(tag); break;
+        case 42: scale.y = values.real(tag); break;
+        case 43: scale.z = values.real(tag); break;
+        case 50: insert->setRotation(degrees(values.real(tag))); break;
+        default: break;
+        }
+    }
+    insert->setPosition(toWorld(normal, position));
+    insert->setScaleFactors(scale);
+    insert->setNormal(normal);
+    return insert;
+}
+
+std::unique_ptr<AcDbEntity> readLwPolyline(const Tags& tags, size_t end, DxfValues& values) {
+    auto polyline = std::make_unique<AcDbPolyline>();
+    AcGeVector3d normal = AcGeVector3d::kZAxis;
+    struct Vertex { AcGePoint2d point; double bulge = 0.0, start = -1.0, end = -1.0; };
+    std::vector<Vertex> vertices;
+    for (size_t i = 0; i < end; ++i) {
+        const DxfTag& tag = tags[i];
+        if (TakeVectorGroup(tag, 210, normal, values)) continue;
+        switch (tag.code) {
+        case 10: vertices.push_back({{values.real(tag), 0.0}}); break;
+        case 20: if (!vertices.empty()) vertices.back().point.y = values.real(tag); break;
+        case 40: if (!vertices.empty()) vertices.back().start = values.real(tag); break;
+        case 41: if (!vertices.empty()) vertices.back().end = values.real(tag); break;
+        case 42: if (!vertices.empty()) vertices.back().bulge = values.real(tag); break;
+        case 38: polyline->setElevation(values.real(tag)); break;
+        case 43: polyline->setConstantWidth(values.real(tag)); break;
+        case 70: polyline->setClosed((values.integer(tag) & 1) != 0); break;
+        default: break;
+        }
+    }
+    for (const Vertex& v : vertices) polyline->addVertexAt(polyline->numVerts(), v.point, v.bulge, v.start, v.end);
+    polyline->setNormal(normal);
+    return polyline;
+}
+
+// An old-style POLYLINE; its vertices follow as records of their own.
+std::unique_ptr<AcDbEntity> readPolyline(const Tags& tags, size_t end, DxfValues& values) {
+    auto polyline = std::make_unique<AcDbPolyline>();
+    AcGeVector3d normal = AcGeVector3d::kZAxis;
+    for (size_t i = 0; i < end; ++i) {
+        const DxfTag& tag = tags[i];
+        if (TakeVectorGroup(tag, 210, normal, values)) continue;
+        switch (tag.code) {
+        case 30: polyline->setElevation(values.real(tag)); break;
+        case 40: polyline->setConstantWidth(values.real(tag)); break;
+        case 70: polyline->setClosed((values.integer(tag) & 1) != 0); break;
+        default: break;
+        }
+    }
+    polyline->setNormal(normal);
+    return polyline;
+}
+
+std::unique_ptr<AcDbEntity> readLine(const Tags& tags, size_t end, DxfValues& values) {
+    AcGePoint3d start;
+    AcGePoint3d finish;
+    for (size_t i = 0; i < end; ++i) {
+        if (!TakePointGroup(tags[i], 10, start, values)) TakePointGroup(tags[i], 11, finish, values);
+    }
+    return std::make_unique<AcDbLine>(start, finish);
+}
+
+template <typename Entity>
+std::unique_ptr<AcDbEntity> readCircleLike(const Tags& tags, size_t end, DxfValues& values) {
+    auto circle = std::make_unique<Entity>();
+    AcGePoint3d center;
+    AcGeVector3d normal = AcGeVector3d::kZAxis;
+    for (size_t i = 0; i < end; ++i) {
+        const DxfTag& tag = tags[i];
+        if (TakePointGroup(tag, 10, center, values) || TakeVectorGroup(tag, 210, normal, values)) continue;
+        if (tag.code == 40) circle->setRadius(values.real(tag));
+        if constexpr (std::is_same_v<Entity, AcDbArc>) {
+            if (tag.code == 50) circle->setStartAngle(degrees(values.real(tag)));
+            if (tag.code == 51) circle->setEndAngle(degrees(values.real(tag)));
+        }
+    }
+    circle->setCenter(center);
+    circle->setNormal(normal);
+    return circle;
+}
+
+std::unique_ptr<AcDbEntity> readSolid(const Tags& tags, size_t end, DxfValues& values) {
+    auto solid = std::make_unique<AcDbSolid>();
+    AcGePoint3d corners[4];
+    AcGeVector3d normal = AcGeVector3d::kZAxis;
+    for (size_t i = 0; i < end; ++i) {
+        if (TakeVectorGroup(tags[i], 210, normal, values)) continue;
+        for (int k = 0; k < 4; ++k)
+            if (TakePointGroup(tags[i], 10 + k, corners[k], values)) break;
+    }
+    for (int k = 0; k < 4; ++k) solid->setPointAt(k, corners[k]);
+    solid->setNormal(normal);
+    return solid;
+}
+
+std::unique_ptr<AcDbEntity> readByKind(const DxfRecord& record, size_t end, DxfValues& values, CString& blockName) {
+    const std::string_view type = record.type;
+    const Tags& tags = record.tags;
+    if (type == "TEXT") return readTextLike<AcDbText>(tags, end, values);
+    if (type == "ATTDEF") return readTextLike<AcDbAttributeDefinition>(tags, end, values);
+    if (type == "MTEXT") return readMText(tags, end, values);
+    if (type == "INSERT") return readInsert(tags, end, values, blockName);
+    if (type == "LWPOLYLINE") return readLwPolyline(tags, end, values);
+    if (type == "POLYLINE") return readPolyline(tags, end, values);
+    if (type == "LINE") return readLine(tags, end, values);
+    if (type == "ARC") return readCircleLike<AcDbArc>(tags, end, values);
+    if (type == "CIRCLE") return readCircleLike<AcDbCircle>(tags, end, values);
+    if (type == "SOLID") return readSolid(tags, end, values);
+    return std::make_unique<AcDbUnknownEntity>(type);
+}
+
+} // namespace
+
+DxfEntityRead ReadDxfEntity(const DxfRecord& record, size_t bodyEnd, DxfValues& values) {
+    DxfEntityRead read;
+    auto entity = readByKind(record, bodyEnd, values, read.blockName);
+    for (size_t i = 0; i < bodyEnd; ++i) readEntityGroups(record.tags[i], *entity, values);
+    if (!values.bad()) read.entity = std::move(entity);
+    return read;
+}
+
+bool AddDxfVertex(AcDbPolyline& polyline, const DxfRecord& record, DxfValues& values) {
+    AcGePoint3d point;
+    double bulge = 0.0;
+    double startWidth = -1.0;
+    double endWidth = -1.0;
+    long long flags = 0;
+    for (const DxfTag& tag : record.tags) {
+        if (tag.code == 1001) break;
+        if (TakePointGroup(tag, 10, point, values)) continue;
+        switch (tag.code) {
+        case 42: bulge = values.real(tag); break;
+        case 40: startWidth = values.real(tag); break;
+        case 41: endWidth = values.real(tag); break;
+        case 70: flags = values.integer(tag); break;
+        default: break;
+        }
+    }
+    if (values.bad()) return false;
+    // A face record of a polyface mesh has no place of its own.
+    if ((flags & 128) != 0 && (flags & 64) == 0) return true;
+    polyline.addVertexAt(polyline.numVerts(), {point.x, point.y}, bulge, startWidth, endWidth);
+    return true;
+}

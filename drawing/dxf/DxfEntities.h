@@ -1,0 +1,19 @@
+// Readers of entity records, one small function per kind of entity.
+#pragma once
+
+#include "drawing/dxf/DxfContext.h"
+#include "drawing/model/AcDbEntity.h"
+#include "drawing/model/AcDbPolyline.h"
+
+#include <memory>
+
+struct DxfEntityRead {
+    std::unique_ptr<AcDbEntity> entity;  // null when the record is bad
+    CString blockName;                   // of an INSERT, resolved once every block is known
+};
+
+// Any entity record but the parts of sequences (VERTEX, SEQEND, ATTRIB); kinds the model does not know
+// become AcDbUnknownEntity. Tags [0, bodyEnd) are read; xdata and the common groups are the caller's.
+DxfEntityRead ReadDxfEntity(const DxfRecord& record, size_t bodyEnd, DxfValues& values);
+// Adds a VERTEX record to an old-style polyline; false when the record is bad.
+bool AddDxfVertex(AcDbPolyline& polyline, const DxfRecord& record, DxfValues& values);

@@ -1,0 +1,106 @@
+// Grouping DXF tags into records.
+#include "drawing/dxf/DxfLoader.h"
+
+namespace {
+
+constexpr std::string_view kBinarySentinel = "AutoCAD Binary DXF";
+
+std::string_view withoutBom(std::string_view text) {
+    if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+    return text;
+}
+
+std::string_view trimmedValue(std::string_view text) {
+    while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
+    while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) text.remove_suffix(1);
+    return text;
+}
+
+bool isRecordStart(const DxfTag& tag, bool header) {
+    return tag.code == 0 || (header && tag.code == 9);
+}
+
+} // namespace
+
+DxfLoader::DxfLoader(std::string_view text) : m_tokenizer(withoutBom(text)) {
+    if (withoutBom(text).starts_with(kBinarySentinel)) fail(DxfLoadStatus::Binary);
+}
+
+bool DxfLoader::fail(DxfLoadStatus status) {
+    m_status = status;
+    m_finished = true;
+    return false;
+}
+
+bool DxfLoader::readTag(DxfTag& tag) {
+    if (m_hasPending) {
+        tag = m_pending;
+        m_hasPending = false;
+        return true;
+    }
+    return m_tokenizer.next(tag);
+}
+
+// Outside sections: comments, the start of the next section, or the end of the file.
+bool DxfLoader::enterSection() {
+    DxfTag tag;
+    while (readTag(tag)) {
+        if (tag.code == 999) continue;
+        const std::string_view value = trimmedValue(tag.value);
+        if (tag.code == 0 && value == "EOF") {
+            m_finished = true;
+            return false;
+        }
+        if (tag.code != 0 || value != "SECTION") return fail(m_sawSection ? DxfLoadStatus::Corrupt : DxfLoadStatus::NotDxf);
+        DxfTag name;
+        if (!readTag(name) || name.code != 2) return fail(m_tokenizer.failed() ? DxfLoadStatus::Corrupt : DxfLoadStatus::Truncated);
+        m_section = trimmedValue(name.value);
+        m_inSection = true;
+        m_sawSection = true;
+        return true;
+    }
+    if (m_tokenizer.failed()) return fail(m_sawSection ? DxfLoadStatus::Corrupt : DxfLoadStatus::NotDxf);
+    if (!m_sawSection) return fail(DxfLoadStatus::NotDxf);
+    m_finished = true;
+    return false;
+}
+
+bool DxfLoader::next(DxfRecord& record) {
+    while (!m_finished) {
+        if (!m_inSection && !enterSection()) return false;
+        const bool header = m_section == "HEADER";
+        DxfTag tag;
+        if (!readTag(tag)) return fail(m_tokenizer.failed() ? DxfLoadStatus::Corrupt : DxfLoadStatus::Truncated);
+        if (tag.code == 0 && trimmedValue(tag.value) == "ENDSEC") {
+            m_inSection = false;
+            continue;
+        }
+        // Stray tags before the first record of a section are passed over.
+        if (!isRecordStart(tag, header)) continue;
+
+        record.section = m_section;
+        record.type = trimmedValue(tag.value);
+        record.tags.clear();
+        DxfTag member;
+        while (readTag(member)) {
+            if (isRecordStart(member, header)) {
+                m_pending = member;
+                m_hasPending = true;
+                return true;
+            }
+            record.tags.push_back(member);
+        }
+        return fail(m_tokenizer.failed() ? DxfLoadStatus::Corrupt : DxfLoadStatus::Truncated);
+    }
+    return false;
+}
+
+bool LooksLikeDxf(std::string_view bytes) {
+    DxfTokenizer tokenizer(withoutBom(bytes));
+    DxfTag tag;
+    while (tokenizer.next(tag)) {
+        if (tag.code == 999) continue;
+        return tag.code == 0 && trimmedValue(tag.value) == "SECTION";
+    }
+    return false;
+}

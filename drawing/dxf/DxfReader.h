@@ -1,0 +1,11 @@
+// Reading ASCII DXF (R12 to R2018) into a drawing database.
+#pragma once
+
+#include "drawing/dxf/DxfLoader.h"
+#include "drawing/model/AcDbDatabase.h"
+
+#include <string_view>
+
+// Replaces the database's content with the drawing in `text`. On any status but Ok the database is
+// left empty: a drawing that is cut short or broken in its frame does not open.
+QX_API DxfLoadStatus ReadDxfText(std::string_view text, AcDbDatabase& database);

@@ -1,0 +1,59 @@
+// Splitting DXF text into tags.
+#include "drawing/dxf/DxfTokenizer.h"
+
+#include <charconv>
+#include <cstring>
+
+namespace {
+
+std::string_view trimmed(std::string_view text) {
+    while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) text.remove_prefix(1);
+    while (!text.empty() && (text.back() == ' ' || text.back() == '\t' || text.back() == '\r')) text.remove_suffix(1);
+    return text;
+}
+
+} // namespace
+
+bool DxfTokenizer::readLine(std::string_view& line) {
+    if (m_pos >= m_text.size()) return false;
+    const char* start = m_text.data() + m_pos;
+    const size_t left = m_text.size() - m_pos;
+    const void* newline = std::memchr(start, '\n', left);
+    const size_t length = newline ? static_cast<size_t>(static_cast<const char*>(newline) - start) : left;
+    line = std::string_view(start, length);
+    if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+    m_pos += length + (newline ? 1 : 0);
+    ++m_line;
+    return true;
+}
+
+bool DxfTokenizer::next(DxfTag& tag) {
+    if (m_failed) return false;
+    std::string_view codeLine;
+    if (!readLine(codeLine)) return false;
+    long long code;
+    std::string_view valueLine;
+    if (!ParseDxfInt(codeLine, code) || code < -32768 || code > 32767 || !readLine(valueLine)) {
+        m_failed = true;
+        return false;
+    }
+    tag.code = static_cast<int>(code);
+    tag.value = valueLine;
+    return true;
+}
+
+bool ParseDxfDouble(std::string_view text, double& value) {
+    text = trimmed(text);
+    if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+    if (text.empty()) return false;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+    return result.ec == std::errc() && result.ptr == text.data() + text.size();
+}
+
+bool ParseDxfInt(std::string_view text, long long& value) {
+    text = trimmed(text);
+    if (!text.empty() && text.front() == '+') text.remove_prefix(1);
+    if (text.empty()) return false;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+    return result.ec == std::errc() && result.ptr == text.data() + text.size();
+}

@@ -1,0 +1,35 @@
+// DxfTokenizer: splits ASCII DXF text into (group code, value) tags. It knows nothing of sections or
+// entities; values stay views into the caller's buffer.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+struct DxfTag {
+    int code = 0;
+    std::string_view value;
+};
+
+class DxfTokenizer {
+public:
+    explicit DxfTokenizer(std::string_view text) : m_text(text) {}
+
+    // The next tag; false at the end of the text or at a group code line that is no integer.
+    bool next(DxfTag& tag);
+    // True when next() stopped at a bad group code line, or at a code line without its value line.
+    bool failed() const { return m_failed; }
+    // The line number (from 1) of the last line read, for messages.
+    size_t line() const { return m_line; }
+
+private:
+    bool readLine(std::string_view& line);
+
+    std::string_view m_text;
+    size_t m_pos = 0;
+    size_t m_line = 0;
+    bool m_failed = false;
+};
+
+// Values of tags, read without regard to the locale; blanks around a number are allowed.
+bool ParseDxfDouble(std::string_view text, double& value);
+bool ParseDxfInt(std::string_view text, long long& value);

@@ -1,0 +1,62 @@
+// What every object of a drawing has.
+#include "drawing/model/AcDbObject.h"
+
+#include <algorithm>
+
+AcDbObject::~AcDbObject() = default;
+
+Acad::ErrorStatus AcDbObject::erase(bool erasing) {
+    m_erased = erasing;
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus AcDbObject::close() {
+    m_writeEnabled = false;
+    return Acad::eOk;
+}
+
+const XDataApp* AcDbObject::findXData(std::u16string_view application) const {
+    const CString wanted(application);
+    for (const XDataApp& app : m_xdata)
+        if (app.name.EqualsNoCase(wanted)) return &app;
+    return nullptr;
+}
+
+resbuf* AcDbObject::xData(const char16_t* application) const {
+    ResItems items;
+    const bool all = application == nullptr || application[0] == u'\0';
+    for (const XDataApp& app : m_xdata) {
+        if (!all && !app.name.EqualsNoCase(application)) continue;
+        items.push_back(ResItem::text(1001, app.name));
+        items.insert(items.end(), app.items.begin(), app.items.end());
+        if (!all) break;
+    }
+    return ToRbChain(items);
+}
+
+void AcDbObject::setXDataItems(const CString& application, ResItems items) {
+    const auto it = std::find_if(m_xdata.begin(), m_xdata.end(),
+                                 [&](const XDataApp& app) { return app.name.EqualsNoCase(application); });
+    if (items.empty()) {
+        if (it != m_xdata.end()) m_xdata.erase(it);
+        return;
+    }
+    if (it != m_xdata.end()) {
+        it->items = std::move(items);
+        return;
+    }
+    m_xdata.push_back({application, std::move(items)});
+}
+
+Acad::ErrorStatus AcDbObject::setXData(const resbuf* chain) {
+    if (chain == nullptr || chain->restype != 1001) return Acad::eInvalidInput;
+    const ResItems items = FromRbChain(chain);
+    size_t i = 0;
+    while (i < items.size()) {
+        const CString application = items[i].asText();
+        ResItems own;
+        for (++i; i < items.size() && items[i].code() != 1001; ++i) own.push_back(items[i]);
+        setXDataItems(application, std::move(own));
+    }
+    return Acad::eOk;
+}

@@ -1,0 +1,216 @@
+// Opening drawings among the host's documents, host variables, and reading objects the way the
+// extraction does.
+#include "DxfFixtures.h"
+#include "common/CapturedOutput.h"
+#include "common/TempFolder.h"
+#include "drawing/access/QxDwgObjects.h"
+#include "drawing/access/QxDwgOpen.h"
+#include "drawing/access/QxHostCalls.h"
+#include "platform/host/HostVariables.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class DrawingAccessTest : public testing::Test {
+protected:
+    void SetUp() override {
+        acDocManagerPtr()->reset();
+        ResetHostVariables();
+        ASSERT_TRUE(QxFs::ReadBytes(FixturePath("sample_r2018.dxf"), m_dxf));
+        m_folder.writeFile("a/Primary.dwg", m_dxf);
+        m_folder.writeFile("b/primary.dwg", m_dxf);
+    }
+    void TearDown() override {
+        acDocManagerPtr()->reset();
+        ResetHostVariables();
+    }
+    CString path(const char16_t* relative) const { return m_folder.logic() + relative; }
+
+    std::string m_dxf;
+    TempFolder m_folder;
+};
+
+} // namespace
+
+TEST_F(DrawingAccessTest, OpenDwgDatabaseHasThreeOutcomes) {
+    AcDbDatabase* db = nullptr;
+    EXPECT_FALSE(QxOpenDwgDatabase(path(u"a\\missing.dwg"), 1, db));
+    EXPECT_EQ(db, nullptr);
+
+    ASSERT_TRUE(QxOpenDwgDatabase(path(u"a\\Primary.dwg"), 1, db));
+    ASSERT_NE(db, nullptr);
+    EXPECT_EQ(EntitiesOf(db->modelSpaceId()).size(), 8u);
+    delete db;
+
+    // Open in a document: its database comes back and the caller owns nothing.
+    AcApDocument* document = acDocManagerPtr()->openDocument(path(u"a\\Primary.dwg"));
+    ASSERT_NE(document, nullptr);
+    EXPECT_FALSE(QxOpenDwgDatabase(path(u"A\\PRIMARY.DWG"), 1, db));
+    EXPECT_EQ(db, document->database());
+    // Mode 0 compares file names alone: another folder's drawing of that name is the document's.
+    EXPECT_FALSE(QxOpenDwgDatabase(path(u"b\\primary.dwg"), 0, db));
+    EXPECT_EQ(db, document->database());
+    EXPECT_TRUE(QxOpenDwgDatabase(path(u"b\\primary.dwg"), 1, db));
+    EXPECT_NE(db, document->database());
+    delete db;
+
+    QxDwgDatabase scoped(path(u"b\\primary.dwg"), 1);
+    EXPECT_TRUE(scoped.isSideDatabase());
+    EXPECT_TRUE(scoped);
+}
+
+TEST_F(DrawingAccessTest, FindOtherDocumentAndActivate) {
+    AcApDocument* untitled = acDocManagerPtr()->curDocument();
+    ASSERT_NE(untitled, nullptr);
+    EXPECT_EQ(untitled->fileName(), u"Drawing1.dwg");
+    AcApDocument* opened = acDocManagerPtr()->openDocument(path(u"a\\Primary.dwg"));
+    ASSERT_EQ(acDocManagerPtr()->curDocument(), opened);
+    EXPECT_TRUE(QxIsDwgOpen(path(u"a\\primary.DWG")));
+    EXPECT_FALSE(QxIsDwgOpen(path(u"b\\primary.dwg")));
+
+    AcApDocument* found = nullptr;
+    EXPECT_FALSE(QxFindOtherDocument(path(u"a\\Primary.dwg"), 1, found));  // it is the current one
+    QxActivateDwg(u"Drawing1.dwg");
+    EXPECT_EQ(acDocManagerPtr()->curDocument(), untitled);
+    EXPECT_EQ(acDocManagerPtr()->mdiActiveDocument(), untitled);
+    EXPECT_TRUE(QxFindOtherDocument(path(u"a\\Primary.dwg"), 1, found));
+    EXPECT_EQ(found, opened);
+    EXPECT_TRUE(QxFindOtherDocument(u"X:\\elsewhere\\PRIMARY.dwg", 0, found));
+
+    QxSetVarInt(u"SDI", 1);
+    found = nullptr;
+    EXPECT_FALSE(QxFindOtherDocument(path(u"a\\Primary.dwg"), 1, found));
+    EXPECT_EQ(found, nullptr);
+    QxActivateDwg(path(u"a\\Primary.dwg"));
+    EXPECT_EQ(acDocManagerPtr()->curDocument(), untitled);  // SDI 1: nothing happens
+}
+
+TEST_F(DrawingAccessTest, OpenInEditorSavesInDefaultFormatAndKeepsBackupsByIsavebak) {
+    CapturedOutput output;
+    QxOpenDwgInEditor(path(u"a\\Primary.dwg"), true, false, false);
+    ASSERT_TRUE(QxIsDwgOpen(path(u"a\\Primary.dwg")));
+    EXPECT_TRUE(acDocManagerPtr()->curDocument()->SentCommands().IsEmpty());
+
+    acedSetEnv(u"DefaultFormatForSave", u"24");
+    m_folder.writeFile("a/Primary.bak", "old");
+    QxOpenDwgInEditor(path(u"a\\Primary.dwg"), false, true, false);
+    const CStringArray& sent = acDocManagerPtr()->mdiActiveDocument()->SentCommands();
+    ASSERT_EQ(sent.GetSize(), 5);
+    EXPECT_EQ(sent[0], u"setvar FILEDIA 0 ");
+    EXPECT_EQ(sent[1], u"setvar CMDECHO 0 ");
+    EXPECT_EQ(sent[2], u"saveas\n2004\n" + path(u"a\\Primary.dwg") + u"\ny\n");
+    EXPECT_EQ(sent[3], u"setvar CMDECHO 1 ");
+    EXPECT_EQ(sent[4], u"setvar FILEDIA 1 ");
+    int saveBackup = 0;
+    ASSERT_TRUE(QxGetVarInt(u"ISAVEBAK", saveBackup));
+    EXPECT_EQ(saveBackup, 1);
+    EXPECT_TRUE(m_folder.exists("a/Primary.bak"));  // ISAVEBAK was 1: the backup stays
+
+    // ISAVEBAK 0 is raised for the save, set back, and the backup goes. A format that is no number is 2007.
+    QxSetVarInt(u"ISAVEBAK", 0);
+    acedSetEnv(u"DefaultFormatForSave", u"sixty");
+    QxOpenDwgInEditor(path(u"a\\Primary.dwg"), false, true, true);
+    ASSERT_TRUE(QxGetVarInt(u"ISAVEBAK", saveBackup));
+    EXPECT_EQ(saveBackup, 0);
+    EXPECT_FALSE(m_folder.exists("a/Primary.bak"));
+    EXPECT_FALSE(QxIsDwgOpen(path(u"a\\Primary.dwg")));  // closed
+    EXPECT_TRUE(output.boxes.empty());
+
+    acedSetEnv(u"DefaultFormatForSave", u"60");
+    QxOpenDwgInEditor(path(u"a\\Primary.dwg"), true, true, false);
+    EXPECT_EQ(acDocManagerPtr()->curDocument()->SentCommands()[2], u"saveas\n2007\n" + path(u"a\\Primary.dwg") + u"\ny\n");
+}
+
+TEST_F(DrawingAccessTest, OpenInEditorOfAnUnreadableDrawingDoesNothing) {
+    CapturedOutput output;
+    m_folder.writeFile("a/binary.dwg", "AC1032 no dxf");
+    QxOpenDwgInEditor(path(u"a\\binary.dwg"), true, true, true);
+    EXPECT_FALSE(QxIsDwgOpen(path(u"a\\binary.dwg")));
+    EXPECT_EQ(acDocManagerPtr()->documentCount(), 1);
+    EXPECT_TRUE(output.boxes.empty());
+}
+
+TEST_F(DrawingAccessTest, LocksCommandsVariablesAndWorkingDatabase) {
+    AcApDocument* document = acDocManagerPtr()->mdiActiveDocument();
+    EXPECT_TRUE(QxLockCurDoc());
+    EXPECT_EQ(document->lockCount(), 1);
+    EXPECT_TRUE(QxUnlockCurDoc());
+    EXPECT_FALSE(QxUnlockCurDoc());  // nothing left to unlock
+    QxSetVarInt(u"SDI", 1);
+    EXPECT_TRUE(QxLockCurDoc());
+    EXPECT_EQ(document->lockCount(), 0);
+
+    QxSendCommand(u"");
+    QxSendCommand(u"xmmanage\n");
+    const auto pending = acDocManagerPtr()->TakePendingCommands();
+    ASSERT_EQ(pending.size(), 1u);
+    EXPECT_EQ(pending[0].text, u"xmmanage\n");
+    EXPECT_EQ(pending[0].document, document);
+    EXPECT_TRUE(acDocManagerPtr()->TakePendingCommands().empty());
+
+    int value = 0;
+    EXPECT_FALSE(QxGetVarInt(u"NOSUCHVAR", value));
+    EXPECT_FALSE(QxSetVarInt(u"NOSUCHVAR", 1));
+    EXPECT_TRUE(QxSetVarInt(u"cmdecho", 0));
+    EXPECT_TRUE(QxGetVarInt(u"CMDECHO", value));
+    EXPECT_EQ(value, 0);
+
+    EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), document->database());
+    AcDbDatabase side;
+    acdbHostApplicationServices()->setWorkingDatabase(&side);
+    EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), &side);
+    acdbHostApplicationServices()->setWorkingDatabase(document->database());
+}
+
+TEST_F(DrawingAccessTest, ReadingObjectsAsTheExtractionDoes) {
+    DrawingBuilder b;
+    const AcDbObjectId block = b.defineBlock(u"*U12");
+    const AcDbObjectId refId = b.addInsert(block, {});
+    const AcDbObjectId mtextId = b.addMText(u"cell", {});
+    b.addTextXrecord(refId, u" QX_CIRCUI1_BOMRECORD ", {u"型号", u"A"});
+    b.addXrecord(refId, u"OTHER", {ResItem::real(40, 1.0), ResItem::text(1, u"only text")});
+    b.addEntity(std::make_unique<AcDbLine>(), {});
+    AcDbDictionary* xdict = AcDbDictionary::cast(b.extensionDictionary(refId).objectUnchecked());
+    AcDbObjectId plain;
+    xdict->setAt(u"PLAIN", std::make_unique<AcDbDictionary>(), plain);
+
+    auto* ref = AcDbBlockReference::cast(refId.objectUnchecked());
+    auto* mtext = AcDbMText::cast(mtextId.objectUnchecked());
+    EXPECT_EQ(QxAsBlockReference(ref), ref);
+    EXPECT_EQ(QxAsMText(ref), nullptr);
+    EXPECT_EQ(QxAsText(nullptr), nullptr);
+    EXPECT_EQ(QxGetBlockName(ref), u"*U12");
+    EXPECT_EQ(QxGetBlockName(nullptr), u"");
+
+    AcDbObjectId id;
+    EXPECT_TRUE(QxHandleToId(&b.database(), mtextId.handle().text().MakeLower(), id));
+    EXPECT_EQ(id, mtextId);
+    EXPECT_FALSE(QxHandleToId(&b.database(), u"FFFFFF", id));
+    EXPECT_TRUE(id.isNull());
+    EXPECT_FALSE(QxHandleToId(nullptr, u"1", id));
+    EXPECT_EQ(QxOpenMText(mtextId, AcDb::kForRead), mtext);
+    EXPECT_EQ(QxOpenMText(refId, AcDb::kForRead), nullptr);
+
+    // The chain trims entry names; the dictionary's own look-up does not.
+    resbuf* chain = nullptr;
+    ASSERT_TRUE(QxGetXRecordChain(ref, u"qx_circui1_bomrecord", chain));
+    CStringArray strings;
+    QxChainToStrings(chain, strings);
+    acutRelRb(chain);
+    EXPECT_FALSE(QxHasXRecord(ref, u"QX_CIRCUI1_BOMRECORD"));
+    EXPECT_TRUE(QxHasXRecord(ref, u" QX_CIRCUI1_BOMRECORD "));
+    ASSERT_TRUE(QxGetXRecordChain(ref, u"OTHER", chain));
+    QxChainToStrings(chain, strings);
+    acutRelRb(chain);
+    EXPECT_EQ(strings.GetSize(), 3);
+    EXPECT_EQ(strings[0], u"型号");
+    EXPECT_EQ(strings[2], u"only text");  // the real item is passed over
+
+    // An entry of any class counts for QxHasXRecord.
+    EXPECT_TRUE(QxHasXRecord(ref, u"plain"));
+    EXPECT_FALSE(QxGetXRecordChain(ref, u"PLAIN", chain));
+    EXPECT_FALSE(QxGetXRecordChain(mtext, u"OTHER", chain));
+    EXPECT_EQ(chain, nullptr);
+    EXPECT_FALSE(QxHasXRecord(mtext, u"OTHER"));
+}

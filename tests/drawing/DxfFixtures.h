@@ -1,0 +1,51 @@
+// Reading the committed DXF fixtures in tests, and small look-ups over what was read.
+#pragma once
+
+#include "drawing/model/DrawingBuilder.h"
+#include "support/FileSystem.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+inline CString FixturePath(const std::string& name) {
+    return QxFs::FromNative(std::string(QX_TEST_DATA_DIR) + "/dxf/" + name);
+}
+
+inline std::unique_ptr<AcDbDatabase> ReadFixture(const std::string& name, Acad::ErrorStatus* status = nullptr) {
+    auto db = std::make_unique<AcDbDatabase>(false, true);
+    const Acad::ErrorStatus result = db->readDwgFile(FixturePath(name));
+    if (status) *status = result;
+    return db;
+}
+
+inline std::vector<AcDbEntity*> EntitiesOf(AcDbObjectId recordId) {
+    std::vector<AcDbEntity*> entities;
+    AcDbObjectPointer<AcDbBlockTableRecord> record(recordId, AcDb::kForRead);
+    if (!record) return entities;
+    std::unique_ptr<AcDbBlockTableRecordIterator> it;
+    record->newIterator(it);
+    for (; !it->done(); it->step()) {
+        AcDbEntity* entity = nullptr;
+        if (it->getEntity(entity, AcDb::kForRead) == Acad::eOk) entities.push_back(entity);
+    }
+    return entities;
+}
+
+// The first 1000 (or other) item of an application's xdata, as text.
+inline CString FirstXDataText(const AcDbObject* object, const char16_t* app, short code = 1000) {
+    const XDataApp* found = object ? object->findXData(app) : nullptr;
+    if (!found) return u"<none>";
+    for (const ResItem& item : found->items)
+        if (item.code() == code) return item.asText();
+    return u"<no item>";
+}
+
+inline ResItems XrecordItems(AcDbObjectId dictionaryId, const CString& entry) {
+    AcDbObjectPointer<AcDbDictionary> dictionary(dictionaryId, AcDb::kForRead);
+    if (!dictionary) return {};
+    AcDbObjectId id;
+    if (dictionary->getAt(entry, id) != Acad::eOk) return {};
+    AcDbObjectPointer<AcDbXrecord> record(id, AcDb::kForRead);
+    return record ? record->items() : ResItems{};
+}

@@ -1,0 +1,128 @@
+// The DXF reader on small hand-written files: the file frame, sequences, groups that are easy to misread.
+#include "DxfFixtures.h"
+#include "drawing/dxf/DxfReader.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+namespace {
+
+using Pairs = std::vector<std::pair<int, std::string>>;
+
+std::string dxf(const Pairs& pairs, const char* lineEnd = "\n") {
+    std::string text;
+    for (const auto& [code, value] : pairs) text += std::to_string(code) + lineEnd + value + lineEnd;
+    return text;
+}
+
+Pairs entities(const Pairs& body) {
+    Pairs all{{0, "SECTION"}, {2, "ENTITIES"}};
+    all.insert(all.end(), body.begin(), body.end());
+    all.insert(all.end(), {{0, "ENDSEC"}, {0, "EOF"}});
+    return all;
+}
+
+} // namespace
+
+TEST(DxfRecordsTest, FrameOfTheFile) {
+    AcDbDatabase db(false, true);
+    // Comments, CR LF, blanks around codes and no EOF are all fine.
+    EXPECT_EQ(ReadDxfText(dxf({{999, "made by hand"}, {0, "SECTION"}, {2, "ENTITIES"}, {0, "LINE"}, {0, "ENDSEC"}}, "\r\n"), db),
+              DxfLoadStatus::Ok);
+    EXPECT_EQ(EntitiesOf(db.modelSpaceId()).size(), 1u);
+    EXPECT_EQ(ReadDxfText("  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n", db), DxfLoadStatus::Truncated);
+    EXPECT_TRUE(db.modelSpaceId().isNull());
+    EXPECT_EQ(ReadDxfText("AutoCAD Binary DXF\r\n\x1a", db), DxfLoadStatus::Binary);
+    EXPECT_EQ(ReadDxfText("", db), DxfLoadStatus::NotDxf);
+    EXPECT_EQ(ReadDxfText("hello\nworld\n", db), DxfLoadStatus::NotDxf);
+    EXPECT_EQ(ReadDxfText(dxf({{0, "SECTION"}, {2, "ENTITIES"}, {0, "ENDSEC"}, {0, "LINE"}}), db), DxfLoadStatus::Corrupt);
+    EXPECT_EQ(ReadDxfText(dxf({{0, "SECTION"}, {2, "ENTITIES"}, {0, "ENDSEC"}}) + "99999999999\nx\n", db),
+              DxfLoadStatus::Corrupt);
+    EXPECT_TRUE(LooksLikeDxf("\xEF\xBB\xBF  0\nSECTION\n"));
+    EXPECT_FALSE(LooksLikeDxf("AC1032\0\0"));
+}
+
+TEST(DxfRecordsTest, SequencesAndAttributesAreNoEntitiesOfTheirOwn) {
+    AcDbDatabase db(false, true);
+    ASSERT_EQ(ReadDxfText(dxf(entities({
+                  {0, "INSERT"}, {5, "A1"}, {66, "1"}, {2, "NOWHERE"}, {70, "3"}, {71, "2"},  // a MINSERT
+                  {0, "ATTRIB"}, {5, "A2"}, {1, "value"}, {0, "SEQEND"}, {5, "A3"},
+                  {0, "POLYLINE"}, {5, "B1"}, {70, "1"}, {0, "VERTEX"}, {10, "0"}, {20, "0"}, {42, "1"},
+                  {0, "VERTEX"}, {10, "1"}, {20, "0"}, {42, "1"}, {0, "VERTEX"}, {70, "128"}, {71, "1"},
+                  {0, "SEQEND"}, {0, "VERTEX"}, {10, "5"}, {20, "5"},
+                  {0, "HATCH"}, {5, "C1"}, {1001, "QX_Circuit1_No"}, {1000, "K01"},
+              })), db),
+              DxfLoadStatus::Ok);
+    const auto all = EntitiesOf(db.modelSpaceId());
+    ASSERT_EQ(all.size(), 3u);
+    EXPECT_NE(AcDbBlockReference::cast(all[0]), nullptr);
+    EXPECT_TRUE(AcDbBlockReference::cast(all[0])->blockTableRecord().isNull());
+    const auto* marker = AcDbPolyline::cast(all[1]);
+    ASSERT_NE(marker, nullptr);
+    EXPECT_EQ(marker->numVerts(), 2u);  // the face record and the stray vertex are not vertices
+    EXPECT_TRUE(marker->isClosed());
+    EXPECT_EQ(all[2]->dxfName(), "HATCH");
+    EXPECT_EQ(FirstXDataText(all[2], u"QX_Circuit1_No"), u"K01");
+}
+
+TEST(DxfRecordsTest, OwnersReactorsDuplicateHandlesAndExtrusion) {
+    AcDbDatabase db(false, true);
+    const std::string text = dxf({
+                  {0, "SECTION"}, {2, "BLOCKS"}, {0, "BLOCK"}, {2, "B"}, {10, "0"}, {20, "0"},
+                  {0, "LINE"}, {10, "1"}, {20, "1"}, {11, "2"}, {21, "3"}, {0, "ENDBLK"}, {0, "ENDSEC"},
+                  {0, "SECTION"}, {2, "ENTITIES"},
+                  // Reactors name an owner inside their group; the real owner follows it.
+                  {0, "TEXT"}, {5, "10"}, {102, "{ACAD_REACTORS"}, {330, "99"}, {102, "}"}, {330, "1F"}, {67, "1"},
+                  {1, "paper"},
+                  {0, "TEXT"}, {5, "10"}, {1, "same handle"},
+                  // Seen from below (extrusion 0,0,-1) the block is mirrored in x.
+                  {0, "INSERT"}, {5, "11"}, {2, "b"}, {10, "-10"}, {20, "0"}, {230, "-1"},
+                  {0, "ENDSEC"}, {0, "EOF"}});
+    ASSERT_EQ(ReadDxfText(text, db), DxfLoadStatus::Ok);
+    const auto model = EntitiesOf(db.modelSpaceId());
+    const auto paper = EntitiesOf(db.paperSpaceId());
+    ASSERT_EQ(paper.size(), 1u);
+    ASSERT_EQ(model.size(), 2u);
+    EXPECT_EQ(paper[0]->objectHandle().text(), u"10");
+    EXPECT_NE(model[0]->objectHandle().text(), u"10");  // the second "10" got a fresh handle
+    AcDbObjectId id;
+    ASSERT_EQ(db.getAcDbObjectId(id, false, model[0]->objectHandle()), Acad::eOk);
+    EXPECT_EQ(id, model[0]->objectId());
+
+    const auto* insert = AcDbBlockReference::cast(model[1]);
+    ASSERT_NE(insert, nullptr);
+    EXPECT_EQ(insert->position(), (AcGePoint3d{10, 0, 0}));
+    AcDbExtents e;
+    ASSERT_EQ(insert->getGeomExtents(e), Acad::eOk);
+    EXPECT_DOUBLE_EQ(e.minPoint().x, 8.0);
+    EXPECT_DOUBLE_EQ(e.maxPoint().x, 9.0);
+    EXPECT_DOUBLE_EQ(e.maxPoint().y, 3.0);
+}
+
+TEST(DxfRecordsTest, XrecordDataAndXDataGroups) {
+    AcDbDatabase db(false, true);
+    const std::string text = dxf({
+                  {0, "SECTION"}, {2, "OBJECTS"},
+                  {0, "DICTIONARY"}, {5, "C"}, {330, "0"}, {100, "AcDbDictionary"}, {3, "A"}, {350, "0d"}, {3, "LOST"},
+                  {350, "777"},
+                  // A 280 first is the cloning flag; a later one is data, as are 5 and 330 behind the marker.
+                  {0, "XRECORD"}, {5, "D"}, {330, "C"}, {100, "AcDbXrecord"}, {280, "1"}, {1, "x"}, {280, "5"},
+                  {330, "00ab"}, {11, "1"}, {21, "2"}, {1001, "APP"}, {1002, "{"}, {1000, "in"}, {1002, "}"},
+                  {1011, "7"}, {1021, "8"}, {1031, "9"}, {1004, "0A0B"},
+                  {0, "ENDSEC"}, {0, "EOF"}});
+    ASSERT_EQ(ReadDxfText(text, db), DxfLoadStatus::Ok);
+    EXPECT_EQ(XrecordItems(db.namedObjectsDictionaryId(), u"a"),
+              (ResItems{ResItem::text(1, u"x"), ResItem::integer(280, 5), ResItem::text(330, u"AB"),
+                        ResItem::point(11, {1, 2, 0})}));
+    AcDbObjectPointer<AcDbDictionary> named(db.namedObjectsDictionaryId(), AcDb::kForRead);
+    AcDbObjectId lost;
+    EXPECT_TRUE(named->has(u"LOST"));
+    EXPECT_NE(named->getAt(u"LOST", lost), Acad::eOk);
+    AcDbObjectId recordId;
+    named->getAt(u"A", recordId);
+    const XDataApp* app = recordId.objectUnchecked()->findXData(u"APP");
+    ASSERT_NE(app, nullptr);
+    EXPECT_EQ(app->items, (ResItems{ResItem::text(1002, u"{"), ResItem::text(1000, u"in"), ResItem::text(1002, u"}"),
+                                    ResItem::point(1011, {7, 8, 9}), ResItem::text(1004, u"0A0B")}));
+}

@@ -1,0 +1,72 @@
+// Geometric extents: block references measured through their definitions.
+#include "drawing/model/DrawingBuilder.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+void expectBox(const AcDbExtents& e, double x0, double y0, double x1, double y1) {
+    ASSERT_TRUE(e.isValid());
+    EXPECT_NEAR(e.minPoint().x, x0, 1e-9);
+    EXPECT_NEAR(e.minPoint().y, y0, 1e-9);
+    EXPECT_NEAR(e.maxPoint().x, x1, 1e-9);
+    EXPECT_NEAR(e.maxPoint().y, y1, 1e-9);
+}
+
+AcDbExtents extentsOf(AcDbObjectId id) {
+    AcDbExtents e;
+    AcDbEntity::cast(id.objectUnchecked())->getGeomExtents(e);
+    return e;
+}
+
+} // namespace
+
+TEST(ExtentsTest, InsertTakesDefinitionThroughScaleRotationAndBasePoint) {
+    DrawingBuilder b;
+    const AcDbObjectId block = b.defineBlock(u"B", {1, 1, 0});
+    b.addLine({1, 1, 0}, {3, 2, 0}, block);
+    b.addCircle({1, 1, 0}, 0.5, block);
+
+    expectBox(extentsOf(b.addInsert(block, {10, 20, 0})), 9.5, 19.5, 12, 21);
+    // Mirrored in x and doubled in y.
+    expectBox(extentsOf(b.addInsert(block, {0, 0, 0}, {}, {-1, 2, 1})), -2, -1, 0.5, 2);
+    // A quarter turn: (2, 1) relative to the base goes to (-1, 2); the circle stays round.
+    expectBox(extentsOf(b.addInsert(block, {0, 0, 0}, {}, {1, 1, 1}, AcGe::kPi / 2)), -1, -0.5, 0.5, 2);
+}
+
+TEST(ExtentsTest, ArcsPolylineBulgesTextAndNestedInserts) {
+    DrawingBuilder b;
+    const AcDbObjectId inner = b.defineBlock(u"INNER");
+    b.addArc({0, 0, 0}, 1.0, 0.0, AcGe::kPi / 2, inner);  // first quadrant only
+    expectBox(extentsOf(b.addInsert(inner, {})), 0, 0, 1, 1);
+
+    const AcDbObjectId outer = b.defineBlock(u"OUTER");
+    b.addInsert(inner, {5, 0, 0}, outer, {2, 2, 2});
+    b.addText(u"t", {-1, -1, 0}, outer);
+    expectBox(extentsOf(b.addInsert(outer, {100, 0, 0})), 99, -1, 107, 2);
+
+    // The circuit marker: a closed two-vertex polyline with bulges 1 is a circle of diameter 1.
+    const AcDbObjectId marker = b.addPolyline({{-0.5, 0, 1}, {0.5, 0, 1}}, true);
+    expectBox(extentsOf(marker), -0.5, -0.5, 0.5, 0.5);
+    // Left to right, a clockwise half circle passes above the chord and a counter-clockwise one below.
+    expectBox(extentsOf(b.addPolyline({{0, 0, -1}, {2, 0, 0}}, false)), 0, 0, 2, 1);
+    expectBox(extentsOf(b.addPolyline({{0, 0, 1}, {2, 0, 0}}, false)), 0, -1, 2, 0);
+}
+
+TEST(ExtentsTest, EmptyMissingAndCyclicDefinitionsGiveNoExtents) {
+    DrawingBuilder b;
+    AcDbExtents e;
+    const AcDbObjectId empty = b.defineBlock(u"EMPTY");
+    EXPECT_EQ(AcDbEntity::cast(b.addInsert(empty, {}).objectUnchecked())->getGeomExtents(e), Acad::eInvalidExtents);
+    EXPECT_EQ(AcDbEntity::cast(b.addInsert(u"NOSUCH", {}).objectUnchecked())->getGeomExtents(e),
+              Acad::eInvalidExtents);
+
+    const AcDbObjectId a = b.defineBlock(u"A");
+    const AcDbObjectId c = b.defineBlock(u"C");
+    b.addInsert(c, {}, a);
+    b.addInsert(a, {}, c);
+    b.addLine({0, 0, 0}, {1, 1, 0}, c);
+    expectBox(extentsOf(b.addInsert(a, {})), 0, 0, 1, 1);
+}
