@@ -2,6 +2,7 @@
 #include "HostCommands.h"
 
 #include "platform/host/CommandStack.h"
+#include "platform/host/Documents.h"
 #include "platform/host/HostOutput.h"
 
 namespace {
@@ -22,4 +23,8 @@ void RegisterHostCommands() {
     acedRegCmds()->addCommand(kHostGroup, u"_XMMANAGE", u"xmmanage", ACRX_CMD_MODAL, ShowProjectManager);
 }
 
-std::vector<CString> TakeQueuedCommandStrings() { return {}; }
+std::vector<CString> TakeQueuedCommandStrings() {
+    std::vector<CString> strings;
+    for (const PendingCommand& pending : acDocManagerPtr()->TakePendingCommands()) strings.push_back(pending.text);
+    return strings;
+}
