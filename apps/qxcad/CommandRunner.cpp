@@ -2,52 +2,22 @@
 #include "CommandRunner.h"
 
 #include "HostCommands.h"
-#include "platform/host/CommandStack.h"
+#include "platform/host/CommandLine.h"
 #include "platform/host/ConsoleInput.h"
-#include "platform/host/HostOutput.h"
 
 #include <iostream>
 
 namespace {
 
-std::vector<CString> splitWords(const CString& line) {
-    std::vector<CString> words;
-    CString word;
-    for (char16_t ch : line.str()) {
-        if (IsQxBlank(ch)) {
-            if (!word.IsEmpty()) words.push_back(word);
-            word.Empty();
-        } else {
-            word += ch;
-        }
-    }
-    if (!word.IsEmpty()) words.push_back(word);
-    return words;
+void reportUnknown(const CString& name) {
+    std::cerr << "qxcad: unknown command \"" << name << "\" (HELP lists the commands)\n";
 }
 
 } // namespace
 
 CommandRunner::CommandRunner() { RegisterHostCommands(); }
 
-bool CommandRunner::run(const CString& name) {
-    const auto command = acedRegCmds()->lookup(name);
-    if (!command) {
-        std::cerr << "qxcad: unknown command \"" << name << "\" (HELP lists the commands)\n";
-        return false;
-    }
-    command->handler();
-    EnsureConsoleLineEnd();
-    // Strings a command queued run after it, as the host runs them; they do not count as the person's.
-    for (const CString& queued : TakeQueuedCommandStrings())
-        for (const CString& word : splitWords(queued)) run(word);
-    return true;
-}
-
-bool CommandRunner::runLine(const CString& line) {
-    bool allKnown = true;
-    for (const CString& word : splitWords(line)) allKnown = run(word) && allKnown;
-    return allKnown;
-}
+bool CommandRunner::runLine(const CString& line) { return RunHostCommandLine(line, reportUnknown); }
 
 bool CommandRunner::runPrompt() {
     bool allKnown = true;

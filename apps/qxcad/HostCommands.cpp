@@ -2,7 +2,6 @@
 #include "HostCommands.h"
 
 #include "platform/host/CommandStack.h"
-#include "platform/host/Documents.h"
 #include "platform/host/HostOutput.h"
 
 namespace {
@@ -21,10 +20,4 @@ void help() {
 void RegisterHostCommands() {
     acedRegCmds()->addCommand(kHostGroup, u"_HELP", u"HELP", ACRX_CMD_MODAL, help);
     acedRegCmds()->addCommand(kHostGroup, u"_XMMANAGE", u"xmmanage", ACRX_CMD_MODAL, ShowProjectManager);
-}
-
-std::vector<CString> TakeQueuedCommandStrings() {
-    std::vector<CString> strings;
-    for (const PendingCommand& pending : acDocManagerPtr()->TakePendingCommands()) strings.push_back(pending.text);
-    return strings;
 }
