@@ -8,7 +8,7 @@
 
 namespace {
 
-struct Spec {
+struct Directive {
     bool left = false, plus = false, space = false, zero = false, alt = false;
     int width = -1;
     int precision = -1;
@@ -27,11 +27,11 @@ double asDouble(const FormatArg& arg) {
     return 0.0;
 }
 
-std::u16string pad(std::u16string body, const Spec& spec, bool numeric) {
-    if (spec.width < 0 || static_cast<int>(body.size()) >= spec.width) return body;
-    const size_t fill = static_cast<size_t>(spec.width) - body.size();
-    if (spec.left) return body + std::u16string(fill, u' ');
-    if (numeric && spec.zero) {
+std::u16string pad(std::u16string body, const Directive& directive, bool numeric) {
+    if (directive.width < 0 || static_cast<int>(body.size()) >= directive.width) return body;
+    const size_t fill = static_cast<size_t>(directive.width) - body.size();
+    if (directive.left) return body + std::u16string(fill, u' ');
+    if (numeric && directive.zero) {
         size_t signLen = (!body.empty() && (body[0] == u'-' || body[0] == u'+' || body[0] == u' ')) ? 1 : 0;
         if (body.size() >= signLen + 2 && body[signLen] == u'0' && (body[signLen + 1] == u'x' || body[signLen + 1] == u'X'))
             signLen += 2;
@@ -42,8 +42,8 @@ std::u16string pad(std::u16string body, const Spec& spec, bool numeric) {
 
 std::u16string ascii(const std::string& s) { return std::u16string(s.begin(), s.end()); }
 
-std::u16string formatInteger(long long value, const Spec& spec) {
-    const bool isSigned = spec.conversion == u'd' || spec.conversion == u'i';
+std::u16string formatInteger(long long value, const Directive& directive) {
+    const bool isSigned = directive.conversion == u'd' || directive.conversion == u'i';
     unsigned long long magnitude;
     bool negative = false;
     if (isSigned) {
@@ -53,35 +53,35 @@ std::u16string formatInteger(long long value, const Spec& spec) {
         magnitude = static_cast<unsigned long long>(value);
     }
     int base = 10;
-    if (spec.conversion == u'x' || spec.conversion == u'X') base = 16;
-    if (spec.conversion == u'o') base = 8;
+    if (directive.conversion == u'x' || directive.conversion == u'X') base = 16;
+    if (directive.conversion == u'o') base = 8;
     char buf[32];
     auto [end, ec] = std::to_chars(buf, buf + sizeof buf, magnitude, base);
     std::string digits(buf, end);
-    if (spec.conversion == u'X')
+    if (directive.conversion == u'X')
         for (char& c : digits) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    if (spec.precision >= 0) {
-        if (spec.precision == 0 && magnitude == 0) digits.clear();
-        if (static_cast<int>(digits.size()) < spec.precision)
-            digits.insert(0, static_cast<size_t>(spec.precision) - digits.size(), '0');
+    if (directive.precision >= 0) {
+        if (directive.precision == 0 && magnitude == 0) digits.clear();
+        if (static_cast<int>(digits.size()) < directive.precision)
+            digits.insert(0, static_cast<size_t>(directive.precision) - digits.size(), '0');
     }
     std::string prefix;
     if (negative) prefix = "-";
-    else if (isSigned && spec.plus) prefix = "+";
-    else if (isSigned && spec.space) prefix = " ";
-    if (spec.alt && magnitude != 0 && base == 16) prefix += spec.conversion == u'X' ? "0X" : "0x";
-    Spec padSpec = spec;
-    if (spec.precision >= 0) padSpec.zero = false;
-    return pad(ascii(prefix + digits), padSpec, true);
+    else if (isSigned && directive.plus) prefix = "+";
+    else if (isSigned && directive.space) prefix = " ";
+    if (directive.alt && magnitude != 0 && base == 16) prefix += directive.conversion == u'X' ? "0X" : "0x";
+    Directive padded = directive;
+    if (directive.precision >= 0) padded.zero = false;
+    return pad(ascii(prefix + digits), padded, true);
 }
 
-std::u16string formatDouble(double value, const Spec& spec) {
-    if (std::isnan(value)) return pad(u"nan", spec, false);
-    if (std::isinf(value)) return pad(value < 0 ? u"-inf" : u"inf", spec, false);
-    const int precision = spec.precision < 0 ? 6 : spec.precision;
+std::u16string formatDouble(double value, const Directive& directive) {
+    if (std::isnan(value)) return pad(u"nan", directive, false);
+    if (std::isinf(value)) return pad(value < 0 ? u"-inf" : u"inf", directive, false);
+    const int precision = directive.precision < 0 ? 6 : directive.precision;
     std::chars_format format = std::chars_format::fixed;
-    if (spec.conversion == u'e' || spec.conversion == u'E') format = std::chars_format::scientific;
-    if (spec.conversion == u'g' || spec.conversion == u'G') format = std::chars_format::general;
+    if (directive.conversion == u'e' || directive.conversion == u'E') format = std::chars_format::scientific;
+    if (directive.conversion == u'g' || directive.conversion == u'G') format = std::chars_format::general;
     char buf[512];
     auto [end, ec] = std::to_chars(buf, buf + sizeof buf, value, format, precision == 0 && format == std::chars_format::general ? 1 : precision);
     std::string text = ec == std::errc() ? std::string(buf, end) : std::string("0");
@@ -93,11 +93,11 @@ std::u16string formatDouble(double value, const Spec& spec) {
             if (text.size() - digitsAt < 2) text.insert(digitsAt, "0");
         }
     }
-    if (spec.conversion == u'E' || spec.conversion == u'G')
+    if (directive.conversion == u'E' || directive.conversion == u'G')
         for (char& c : text) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    if (text[0] != '-' && spec.plus) text = "+" + text;
-    else if (text[0] != '-' && spec.space) text = " " + text;
-    return pad(ascii(text), spec, true);
+    if (text[0] != '-' && directive.plus) text = "+" + text;
+    else if (text[0] != '-' && directive.space) text = " " + text;
+    return pad(ascii(text), directive, true);
 }
 
 } // namespace
@@ -112,46 +112,46 @@ CString FormatV(const CString& format, const std::vector<FormatArg>& args) {
         if (f[i] != u'%') { out += f[i]; continue; }
         const size_t start = i++;
         if (i < f.size() && f[i] == u'%') { out += u'%'; continue; }
-        Spec spec;
+        Directive directive;
         for (; i < f.size(); ++i) {
             const char16_t c = f[i];
-            if (c == u'-') spec.left = true;
-            else if (c == u'+') spec.plus = true;
-            else if (c == u' ') spec.space = true;
-            else if (c == u'0') spec.zero = true;
-            else if (c == u'#') spec.alt = true;
+            if (c == u'-') directive.left = true;
+            else if (c == u'+') directive.plus = true;
+            else if (c == u' ') directive.space = true;
+            else if (c == u'0') directive.zero = true;
+            else if (c == u'#') directive.alt = true;
             else break;
         }
-        if (i < f.size() && f[i] == u'*') { spec.width = static_cast<int>(asInteger(takeArg())); ++i; }
-        else for (; i < f.size() && f[i] >= u'0' && f[i] <= u'9'; ++i) spec.width = std::max(spec.width, 0) * 10 + (f[i] - u'0');
-        if (spec.width < -1) { spec.left = true; spec.width = -spec.width; }
+        if (i < f.size() && f[i] == u'*') { directive.width = static_cast<int>(asInteger(takeArg())); ++i; }
+        else for (; i < f.size() && f[i] >= u'0' && f[i] <= u'9'; ++i) directive.width = std::max(directive.width, 0) * 10 + (f[i] - u'0');
+        if (directive.width < -1) { directive.left = true; directive.width = -directive.width; }
         if (i < f.size() && f[i] == u'.') {
             ++i;
-            spec.precision = 0;
-            if (i < f.size() && f[i] == u'*') { spec.precision = static_cast<int>(asInteger(takeArg())); ++i; }
-            else for (; i < f.size() && f[i] >= u'0' && f[i] <= u'9'; ++i) spec.precision = spec.precision * 10 + (f[i] - u'0');
+            directive.precision = 0;
+            if (i < f.size() && f[i] == u'*') { directive.precision = static_cast<int>(asInteger(takeArg())); ++i; }
+            else for (; i < f.size() && f[i] >= u'0' && f[i] <= u'9'; ++i) directive.precision = directive.precision * 10 + (f[i] - u'0');
         }
         while (i < f.size() && (f[i] == u'l' || f[i] == u'h' || f[i] == u'L' || f[i] == u'z' || f[i] == u'I' || f[i] == u'w'))
             ++i;
         if (i >= f.size()) { out.append(f, start, std::u16string::npos); break; }
-        spec.conversion = f[i];
-        switch (spec.conversion) {
+        directive.conversion = f[i];
+        switch (directive.conversion) {
         case u's': case u'S': {
             const FormatArg arg = takeArg();
             std::u16string text;
             if (const auto* s = std::get_if<CString>(&arg)) text = s->str();
-            if (spec.precision >= 0 && static_cast<int>(text.size()) > spec.precision) text.resize(static_cast<size_t>(spec.precision));
-            out += pad(text, spec, false);
+            if (directive.precision >= 0 && static_cast<int>(text.size()) > directive.precision) text.resize(static_cast<size_t>(directive.precision));
+            out += pad(text, directive, false);
             break;
         }
         case u'c': case u'C':
-            out += pad(std::u16string(1, static_cast<char16_t>(asInteger(takeArg()))), spec, false);
+            out += pad(std::u16string(1, static_cast<char16_t>(asInteger(takeArg()))), directive, false);
             break;
         case u'd': case u'i': case u'u': case u'x': case u'X': case u'o':
-            out += formatInteger(asInteger(takeArg()), spec);
+            out += formatInteger(asInteger(takeArg()), directive);
             break;
         case u'f': case u'F': case u'e': case u'E': case u'g': case u'G':
-            out += formatDouble(asDouble(takeArg()), spec);
+            out += formatDouble(asDouble(takeArg()), directive);
             break;
         default:
             // Not a directive: copy it as it stands.
