@@ -4,6 +4,7 @@
 #include "support/CString.h"
 
 #include <algorithm>
+#include <initializer_list>
 #include <stdexcept>
 #include <vector>
 
@@ -12,6 +13,9 @@ template <typename TYPE, typename ARG_TYPE = const TYPE&>
 class CArray {
 public:
     using value_type = TYPE;
+
+    CArray() = default;
+    CArray(std::initializer_list<TYPE> items) : m_items(items) {}
 
     int GetSize() const { return static_cast<int>(m_items.size()); }
     int GetCount() const { return GetSize(); }

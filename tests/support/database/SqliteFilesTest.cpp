@@ -5,22 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <initializer_list>
 #include <vector>
 
 namespace {
-
-CStringArray texts(std::initializer_list<const char16_t*> items) {
-    CStringArray list;
-    for (const char16_t* item : items) list.Add(item);
-    return list;
-}
-
-CKindArray kinds(std::initializer_list<int> items) {
-    CKindArray list;
-    for (int item : items) list.Add(item);
-    return list;
-}
 
 std::vector<CString> asVector(const CStringArray& list) { return {list.begin(), list.end()}; }
 
@@ -83,15 +70,15 @@ TEST_F(SqliteFiles, ConditionsAndOrderingFollowTheFormedStatements) {
     CapturedOutput output;
     COperateMdb db(path);
     CStringArray values;
-    ASSERT_TRUE(db.GetFieldValuesWhere(table, u"N", texts({u"WORD"}), texts({u"%工程%"}), values, QX_KIND_INTEGER, false));
+    ASSERT_TRUE(db.GetFieldValuesWhere(table, u"N", CStringArray({u"WORD"}), CStringArray({u"%工程%"}), values, QX_KIND_INTEGER, false));
     EXPECT_EQ(asVector(values), (std::vector<CString>{u"1"}));
     // A value that happens to be a column's name is still a text.
-    ASSERT_TRUE(db.GetFieldValuesWhere(table, u"N", texts({u"WORD"}), texts({u"WORD"}), values, QX_KIND_INTEGER, false));
+    ASSERT_TRUE(db.GetFieldValuesWhere(table, u"N", CStringArray({u"WORD"}), CStringArray({u"WORD"}), values, QX_KIND_INTEGER, false));
     EXPECT_EQ(asVector(values), (std::vector<CString>{u"6"}));
-    ASSERT_TRUE(db.GetFieldValuesWhere(table, u"N", texts({}), texts({}), values, QX_KIND_INTEGER, false));
+    ASSERT_TRUE(db.GetFieldValuesWhere(table, u"N", CStringArray({}), CStringArray({}), values, QX_KIND_INTEGER, false));
     EXPECT_TRUE(values.IsEmpty());
     EXPECT_TRUE(output.boxes.empty());
-    EXPECT_FALSE(db.GetFieldValuesWhere(table, u"N", texts({u"WORD"}), texts({}), values, QX_KIND_INTEGER, false));
+    EXPECT_FALSE(db.GetFieldValuesWhere(table, u"N", CStringArray({u"WORD"}), CStringArray({}), values, QX_KIND_INTEGER, false));
     ASSERT_EQ(output.boxes.size(), 1u);
     EXPECT_EQ(output.boxes[0].text, CString(u"程序员应用此函数,传入的参数有错误,请检查!"));
     EXPECT_EQ(output.boxes[0].caption, CString(u"Corvane"));
@@ -101,7 +88,7 @@ TEST_F(SqliteFiles, ConditionsAndOrderingFollowTheFormedStatements) {
     EXPECT_FALSE(db.GetOrderedFieldValues(table, u"N", values, QX_KIND_INTEGER, false));
 
     CArray<CStringArray> rows;
-    ASSERT_TRUE(db.SelectRows(table, texts({u"WORD", u"N"}), texts({u"a_c", QX_VTNULL_VALUE}), rows));
+    ASSERT_TRUE(db.SelectRows(table, CStringArray({u"WORD", u"N"}), CStringArray({u"a_c", QX_VTNULL_VALUE}), rows));
     ASSERT_EQ(rows.GetSize(), 2);
     EXPECT_EQ(asVector(rows[0]), (std::vector<CString>{u"abc", u"3", u"1.005", u"0"}));
     EXPECT_EQ(rows[1][0], CString(u"ABC"));
@@ -110,30 +97,30 @@ TEST_F(SqliteFiles, ConditionsAndOrderingFollowTheFormedStatements) {
 TEST_F(SqliteFiles, StatementsChangeTheFileWhereSqliteTakesTheirForm) {
     CapturedOutput output;
     COperateMdb db(path);
-    ASSERT_TRUE(db.InsertRecord(table, texts({u"WORD", u"N"}), texts({u"制造厂家", u"7"}), kinds({129, 3})));
+    ASSERT_TRUE(db.InsertRecord(table, CStringArray({u"WORD", u"N"}), CStringArray({u"制造厂家", u"7"}), CKindArray({129, 3})));
     EXPECT_EQ(db.GetRecordCount(table), 7);
     // Values are not escaped: a double quote breaks the statement and nothing is written.
-    EXPECT_FALSE(db.InsertRecord(table, texts({u"WORD"}), texts({u"12\" panel"}), kinds({129})));
-    EXPECT_FALSE(db.InsertRecord(table, texts({u"WORD"}), texts({u"x"}), kinds({129, 3})));
+    EXPECT_FALSE(db.InsertRecord(table, CStringArray({u"WORD"}), CStringArray({u"12\" panel"}), CKindArray({129})));
+    EXPECT_FALSE(db.InsertRecord(table, CStringArray({u"WORD"}), CStringArray({u"x"}), CKindArray({129, 3})));
     EXPECT_EQ(db.GetRecordCount(table), 7);
     // SQLite takes no qualified name after Set.
-    EXPECT_FALSE(db.UpdateRecords(table, texts({u"N"}), texts({u"9"}), kinds({3}), texts({u"WORD"}),
-                                  texts({u"abc"}), kinds({129})));
-    ASSERT_TRUE(db.DeleteRecords(table, texts({u"WORD", u"N"}), texts({u"制造厂家", u"7"}), kinds({129, 3})));
+    EXPECT_FALSE(db.UpdateRecords(table, CStringArray({u"N"}), CStringArray({u"9"}), CKindArray({3}), CStringArray({u"WORD"}),
+                                  CStringArray({u"abc"}), CKindArray({129})));
+    ASSERT_TRUE(db.DeleteRecords(table, CStringArray({u"WORD", u"N"}), CStringArray({u"制造厂家", u"7"}), CKindArray({129, 3})));
     EXPECT_EQ(db.GetRecordCount(table), 6);
 
     CArray<int> lengths;
     lengths.Add(20);
     lengths.Add(0);
-    ASSERT_TRUE(db.CreateTable(u"new table-1", texts({u"Name", u"Count"}), kinds({129, 3}), lengths));
+    ASSERT_TRUE(db.CreateTable(u"new table-1", CStringArray({u"Name", u"Count"}), CKindArray({129, 3}), lengths));
     EXPECT_TRUE(db.TableExists(u"new_table_1"));
     int kind = 0;
     ASSERT_TRUE(db.GetFieldKind(u"new_table_1", u"Count", kind));
     EXPECT_EQ(kind, QX_KIND_INTEGER);
     EXPECT_TRUE(output.boxes.empty());
 
-    EXPECT_FALSE(db.CreateTable(u"NEW_TABLE_1", texts({u"Name"}), kinds({129}), lengths));
-    EXPECT_FALSE(db.CreateTable(u"other", texts({u"Name", u"When"}), kinds({129, 99}), lengths));
+    EXPECT_FALSE(db.CreateTable(u"NEW_TABLE_1", CStringArray({u"Name"}), CKindArray({129}), lengths));
+    EXPECT_FALSE(db.CreateTable(u"other", CStringArray({u"Name", u"When"}), CKindArray({129, 99}), lengths));
     ASSERT_EQ(output.boxes.size(), 2u);
     EXPECT_EQ(output.boxes[0].text, CString(u"该表名数据库中已经有了,请更换表名"));
     EXPECT_EQ(output.boxes[0].style, unsigned(MB_OK | MB_ICONWARNING));
