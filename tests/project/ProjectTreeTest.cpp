@@ -17,14 +17,6 @@ HMProjectTree_INFO* addNode(HMProjectTree_INFO& root, HMProjectTree_INFO* parent
 
 } // namespace
 
-TEST(ProjectTree, NewNodeStandsForOneCabinetAndOwnsNothing) {
-    HMProjectTree_INFO node;
-    EXPECT_EQ(node.m_nCabCount, 1);
-    EXPECT_FALSE(node.m_bChanged);
-    EXPECT_EQ(node.m_pRoot, nullptr);
-    EXPECT_TRUE(node.m_arrCabinets.IsEmpty());
-}
-
 TEST(ProjectTree, DeletingASubProjectRemovesItsDevicesFromTheRootList) {
     HMProjectTree_INFO root;
     HMProjectTree_INFO* top = addNode(root, &root, u"K00", u"0");
