@@ -1,0 +1,26 @@
+// Resolving the list of a circuit's secondary schematics: "|"-separated paths that may have moved with
+// the project folder are looked for beside the primary drawing, then anywhere below its folder.
+#pragma once
+
+#include "support/CString.h"
+
+#include <unordered_map>
+
+class QX_API SecondaryDrawingFinder {
+public:
+    explicit SecondaryDrawingFinder(CString primaryDrawingPath);
+
+    // Each piece becomes the drawing of its file name beside the primary drawing when that exists, else
+    // the first "*.dwg" of that name (ignoring case) below the primary drawing's folder; otherwise it
+    // stays as written. A piece without "\" has no file name and stays as written.
+    CString Resolve(const CString& list);
+
+private:
+    CString findBelowFolder(const CString& fileName);
+
+    CString m_folder;
+    // The folder is listed once, at the first piece that needs it, and the listing kept for every later
+    // circuit of the same read: the first path of each upper-case file name, in listing order.
+    bool m_listed = false;
+    std::unordered_map<CString, CString> m_firstByName;
+};
