@@ -1,5 +1,5 @@
 // Cleaning a very long MText: deleting each code from the text in turn moves the rest of the text every
-// time, which at this size runs for a good half hour; the cleaner must stay linear.
+// time, which at this size runs for a quarter of an hour; the cleaner must stay linear.
 #include "drawing/bom/MTextCleaner.h"
 
 #include <gtest/gtest.h>
