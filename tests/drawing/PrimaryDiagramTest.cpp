@@ -252,14 +252,6 @@ TEST_F(PrimaryDiagramTest, ManyMarksAndHugeListsAreReadWhole) {
     EXPECT_EQ(circuits[0]->SecondaryDrawings, list.Mid(1));
 }
 
-TEST_F(PrimaryDiagramTest, FreeingEmptiesTheArray) {
-    addCircuit({});
-    read();
-    ASSERT_EQ(circuits.GetSize(), 1);
-    QxFreeCircuits(circuits);
-    EXPECT_TRUE(circuits.IsEmpty());
-}
-
 TEST(SecondaryDrawingListTest, MovedProjectFolderIsSearched) {
     TempFolder folder;
     folder.writeFile("一次系统图.dwg", "x");
