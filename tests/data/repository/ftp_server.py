@@ -8,6 +8,7 @@ Prints the port it listens on as one line, then serves until it is killed.
 """
 import argparse
 import logging
+import warnings
 import sys
 
 from pyftpdlib.authorizers import DummyAuthorizer
@@ -25,6 +26,7 @@ def main():
     parser.add_argument("--refuse-rename", action="store_true")
     args = parser.parse_args()
 
+    warnings.simplefilter("ignore")
     authorizer = DummyAuthorizer()
     if args.user:
         authorizer.add_user(args.user, args.password, args.root, perm="elradfmwMT")
