@@ -4,6 +4,7 @@
 #include "support/FileSystem.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <chrono>
 #include <cstring>
 #include <curl/curl.h>
@@ -96,15 +97,35 @@ bool worthAnotherAttempt(CURLcode code) { return code != CURLE_LOGIN_DENIED && c
 
 } // namespace
 
+// The easy handle runs inside its own multi handle, which keeps the connection between operations: the
+// easy interface of this libcurl may sit a whole second in its poll before it opens a passive data
+// connection, and a short poll of our own does not.
 struct CFtpTransport::Handle {
-    Handle() : curl(curl_easy_init()) {}
+    Handle() : curl(curl_easy_init()), multi(curl_multi_init()) {}
     ~Handle() {
+        if (multi) curl_multi_cleanup(multi);
         if (curl) curl_easy_cleanup(curl);
     }
     Handle(const Handle&) = delete;
     Handle& operator=(const Handle&) = delete;
 
+    CURLcode perform() {
+        if (curl_multi_add_handle(multi, curl) != CURLM_OK) return CURLE_FAILED_INIT;
+        int running = 1;
+        while (running) {
+            if (curl_multi_perform(multi, &running) != CURLM_OK) break;
+            if (running) curl_multi_poll(multi, nullptr, 0, 10, nullptr);
+        }
+        CURLcode result = CURLE_FAILED_INIT;
+        int left = 0;
+        while (CURLMsg* message = curl_multi_info_read(multi, &left))
+            if (message->msg == CURLMSG_DONE && message->easy_handle == curl) result = message->data.result;
+        curl_multi_remove_handle(multi, curl);
+        return result;
+    }
+
     CURL* curl;
+    CURLM* multi;
     curl_slist* commands = nullptr;
     char errorText[CURL_ERROR_SIZE] = {};
 };
@@ -129,13 +150,14 @@ std::unique_ptr<CFtpTransport> CFtpTransport::Open(const FtpEndpoint& endpoint, 
     const int attempts = std::max(1, timings.connectAttempts);
     for (int attempt = 1; attempt <= attempts; ++attempt) {
         auto handle = std::make_unique<Handle>();
-        if (!handle->curl) {
+        if (!handle->curl || !handle->multi) {
             error = u"libcurl cannot make a connection handle";
             return nullptr;
         }
         CURL* curl = handle->curl;
         curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, handle->errorText);
         curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
+        if (std::getenv("QX_FTP_VERBOSE")) curl_easy_setopt(curl, CURLOPT_VERBOSE, 1L);
         curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "ftp");
         curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(timings.connectTimeoutMs));
         // A transfer that moves less than one byte a second for the stall time is given up.
@@ -155,7 +177,7 @@ std::unique_ptr<CFtpTransport> CFtpTransport::Open(const FtpEndpoint& endpoint, 
         std::unique_ptr<CFtpTransport> transport(new CFtpTransport(std::move(handle), baseUrl, timings));
         transport->prepare(baseUrl + "/");
         curl_easy_setopt(curl, CURLOPT_NOBODY, 1L);
-        const CURLcode code = curl_easy_perform(curl);
+        const CURLcode code = transport->m_handle->perform();
         if (code == CURLE_OK) {
             const char* entry = nullptr;
             if (curl_easy_getinfo(curl, CURLINFO_FTP_ENTRY_PATH, &entry) == CURLE_OK && entry && *entry == '/')
@@ -213,7 +235,7 @@ void CFtpTransport::prepare(const std::string& url) {
 }
 
 bool CFtpTransport::perform() {
-    const CURLcode code = curl_easy_perform(m_handle->curl);
+    const CURLcode code = m_handle->perform();
     if (code == CURLE_OK) {
         m_lastError.Empty();
         return true;
