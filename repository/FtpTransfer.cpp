@@ -48,14 +48,13 @@ bool CMyFtpConnection::replaceStaged(const CString& local, const CString& target
     // The staging name is put with its folder, so that a reconnect in between cannot move it to the root.
     if (!putWithReconnect(local, m_strStagingTempPath)) return false;
     // A server that renames over an existing file replaces it in one step. One that does not (a Windows
-    // server) needs the target removed first; if the rename is then refused too, the file is put straight
-    // to the target so that the target is never missing. A held target keeps its old file, and "#.txt"
-    // is left beside it.
+    // server) needs the target removed first. If the rename is refused even so, the file is put straight
+    // to the target, so that the target is never left missing. A held target keeps its old file, and
+    // "#.txt" is left beside it.
     if (m_pConnection->Rename(m_strStagingTempPath, target)) return true;
     const bool removed = m_pConnection->Remove(target);
     if (m_pConnection->Rename(m_strStagingTempPath, target)) return true;
-    if (!removed) return true;
-    return m_pConnection->PutFile(local, target);
+    return m_pConnection->PutFile(local, target) || !removed;
 }
 
 bool CMyFtpConnection::UploadFile(CString local, CString remote) {
