@@ -81,6 +81,8 @@ public:
     bool ReleaseLock(const CString& path);
     bool IsCheckOutRevoked(const CString& path);
     bool IsCheckOutLost(const CString& path);
+    // The host named in the lock of path ("path.bak"); false when there is no lock.
+    bool GetLockHolder(const CString& path, CString& holder) { return readLockHolder(path + u".bak", holder); }
 
 private:
     bool returnToRoot();
