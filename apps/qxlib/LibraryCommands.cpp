@@ -280,10 +280,20 @@ int RunSync() {
             std::cout << "removed on the site: " << entry.m_strPath << " (the local copy stays)\n";
             continue;
         }
+        // A later change may have renamed or removed it: what is no longer on the site is passed over.
+        const bool folder = isFolderPath(entry.m_strPath);
+        CString item = entry.m_strPath;
+        item.TrimRight(u'\\');
+        const bool onSite = folder ? connection->RemoteFolderExists(item)
+                                   : connection->RemoteFileExistsInFolder(RemoteParent(item), RemoteName(item));
+        if (!onSite) {
+            std::cout << "no longer on the site: " << entry.m_strPath << '\n';
+            continue;
+        }
         bool done;
-        if (entry.m_strOperation == u"REN") done = connection->DownloadFolder(entry.m_strPath, local);
-        else if (isFolderPath(entry.m_strPath)) done = QxFs::MakeFolders(local);
-        else done = connection->DownloadFile(entry.m_strPath, local);
+        if (entry.m_strOperation == u"REN") done = connection->DownloadFolder(item, local);
+        else if (folder) done = QxFs::MakeFolders(local);
+        else done = connection->DownloadFile(item, local);
         std::cout << (done ? "took " : "could not take ") << entry.m_strPath << '\n';
         if (!done) ++failed;
     }
