@@ -32,23 +32,32 @@ bool CMyFtpConnection::journalMissingOnSite() {
     return true;
 }
 
+// The first client of an empty site gives it its journal: its own version line, or `fallbackLine` when it
+// has none. This happens under the journal lock, and only when the journal is still missing then, so that
+// a journal another client has just made is never replaced.
+void CMyFtpConnection::giveSiteItsJournal(const CString& fallbackLine) {
+    if (!journalMissingOnSite()) return;
+    LockVersionFile();
+    if (journalMissingOnSite()) {
+        const CString clientXml = clientFile(u"Client.xml");
+        if (!FileExists(clientXml)) WriteLegacyText(clientXml, fallbackLine);
+        UploadFile(clientXml, kJournal);
+    }
+    RemoveRemoteFileQuietly(u"Server.xml.bak");
+}
+
 int CMyFtpConnection::CheckClientVersion() {
     const CString copy = workFile(kJournal);
     QxFs::DeleteFile(copy);
     if (!m_pConnection) return 0;
     const CString clientXml = clientFile(u"Client.xml");
     if (!DownloadFile(kJournal, copy)) {
-        if (!journalMissingOnSite()) return 0;
-        // The first client of an empty site gives it its journal.
-        if (!FileExists(clientXml)) {
-            const std::time_t now = std::time(nullptr);
-            std::tm local{};
-            localtime_r(&now, &local);
-            char text[64];
-            std::strftime(text, sizeof text, "%Y,%m,%d, %X", &local);
-            WriteLegacyText(clientXml, CString(u"版本日期：") + CString(text));
-        }
-        UploadFile(clientXml, kJournal);
+        const std::time_t now = std::time(nullptr);
+        std::tm local{};
+        localtime_r(&now, &local);
+        char text[64];
+        std::strftime(text, sizeof text, "%Y,%m,%d, %X", &local);
+        giveSiteItsJournal(CString(u"版本日期：") + CString(text));
         return 0;
     }
     const CString serverLine = firstLineOf(copy);
@@ -75,9 +84,7 @@ bool CMyFtpConnection::CheckServerVersion(bool& mainLibChanged) {
     if (!m_pConnection && !ConnectServer()) return false;
     const CString clientXml = clientFile(u"Client.xml");
     if (!DownloadFile(kJournal, copy)) {
-        if (!journalMissingOnSite()) return false;
-        if (!FileExists(clientXml)) WriteLegacyText(clientXml, u"版本日期：2007,07,07,07,07,07");
-        UploadFile(clientXml, kJournal);
+        giveSiteItsJournal(u"版本日期：2007,07,07,07,07,07");
         return false;
     }
     const CString serverLine = firstLineOf(copy);

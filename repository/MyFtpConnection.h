@@ -99,6 +99,7 @@ private:
     bool writeLock(const CString& lockPath);
     bool askToRevoke(const CString& holder, const CString& name);
     bool journalMissingOnSite();
+    void giveSiteItsJournal(const CString& fallbackLine);
     bool finishJournalUpdate(const CStringArray& paths, const CStringArray& operations, bool wasInStep);
     CString workFile(const CString& name) const;
     CString clientFile(const CString& name) const;
