@@ -2,6 +2,10 @@
 #include "RepositoryFixture.h"
 
 #include "repository/FtpTransport.h"
+#include "repository/HostId.h"
+
+#include <algorithm>
+#include <unistd.h>
 
 #include <sys/stat.h>
 
@@ -179,4 +183,59 @@ TEST_F(FtpTransfer, APartLibraryLockThatCanBeRemovedWasStale) {
     site.writeFile("Part2lib/Part2Lib.ldb", "x");
     EXPECT_FALSE(connection->IsPartLibInUse());
     EXPECT_FALSE(site.exists("Part2lib/Part2Lib.ldb"));
+}
+
+namespace {
+
+class UserServer : public RepositoryFixture {
+protected:
+    UserServer() : RepositoryFixture({"--user", "ann", "--password", "s3cret"}) {}
+
+    void writeUserLogin(const CString& anonymous, const CString& password, const CString& passive) {
+        FtpLoginLines lines;
+        lines[kLoginHost] = u"127.0.0.1";
+        lines[kLoginPort] = CString(std::to_string(server->port()));
+        lines[kLoginAnonymous] = anonymous;
+        lines[kLoginUser] = u"ann";
+        lines[kLoginPassword] = password;
+        lines[kLoginPassive] = passive;
+        ASSERT_TRUE(WriteLoginInfo(loginFile(), lines));
+    }
+};
+
+} // namespace
+
+TEST_F(UserServer, LogsInAsTheUserInActiveAndPassiveMode) {
+    site.writeFile("a.dwg", "a");
+    for (const char16_t* passive : {u"0", u"1"}) {
+        writeUserLogin(u"0", u"s3cret", passive);
+        auto connection = client();
+        EXPECT_TRUE(connection->DownloadFile(u"a.dwg", install.logic() + u"a.dwg")) << CString(passive);
+        install.writeFile("b.dwg", "b");
+        EXPECT_TRUE(connection->UploadFile(install.logic() + u"b.dwg", u"b.dwg")) << CString(passive);
+    }
+    EXPECT_EQ(site.readFile("b.dwg"), "b");
+
+    writeUserLogin(u"0", u"wrong", u"1");
+    CMyFtpConnection refused;
+    refused.SetTimings(shortTimings());
+    EXPECT_FALSE(refused.ConnectServer());
+    // The anonymous flag leaves user and password out: this site has no anonymous login.
+    writeUserLogin(u"1", u"s3cret", u"1");
+    EXPECT_FALSE(refused.ConnectServer());
+}
+
+TEST(HostIdentity, IsTheAddressAndNameOfThisMachineUnlessChosen) {
+    ::unsetenv("CORVANE_HOST_ID");
+    const std::string id = GetHostId().ToUtf8();
+    char name[256] = {};
+    ::gethostname(name, sizeof name - 1);
+    ASSERT_GE(id.size(), std::string(name).size() + 2);
+    EXPECT_EQ(id.substr(id.size() - std::string(name).size() - 2), "(" + std::string(name) + ")");
+    const std::string address = id.substr(0, id.find('('));
+    EXPECT_TRUE(address.empty() || std::count(address.begin(), address.end(), '.') == 3) << id;
+
+    ::setenv("CORVANE_HOST_ID", "10.1.2.3(desk)", 1);
+    EXPECT_EQ(GetHostId(), u"10.1.2.3(desk)");
+    ::unsetenv("CORVANE_HOST_ID");
 }

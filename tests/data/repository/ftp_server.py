@@ -49,6 +49,7 @@ def main():
             return super().ftp_RNTO(path)
 
     Handler.authorizer = authorizer
+    Handler.auth_failed_timeout = 0.1  # a refused login answers at once
     Handler.use_encoding = "utf8"
     logging.basicConfig(level=logging.WARNING, stream=sys.stderr)
     server = FTPServer(("127.0.0.1", args.port), Handler)
