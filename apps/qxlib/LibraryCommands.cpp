@@ -135,7 +135,9 @@ int RunStatus() {
     ReadFirstLine(installFolder() + u"Client.xml", clientLine);
     std::cout << "host: " << GetHostId() << '\n';
     std::cout << "client version: " << (clientLine.IsEmpty() ? CString(u"(none)") : clientLine) << '\n';
-    std::cout << (behind ? "behind the site's journal: run qxlib sync\n" : "in step with the site's journal\n");
+    // A client that has taken nothing yet counts as in step for the repository, but not for a person.
+    std::cout << (behind || clientLine.IsEmpty() ? "behind the site's journal: run qxlib sync\n"
+                                                 : "in step with the site's journal\n");
     const CheckOutList checkOuts(installFolder());
     for (const CString& path : checkOuts.paths()) {
         CString holder;
@@ -172,7 +174,8 @@ int RunSubmit(const CString& file) {
     auto connection = connect();
     if (!connection) return 1;
     if (connection->IsCheckOutRevoked(file)) {
-        std::cerr << "qxlib: check-in of " << file << " refused\n";
+        std::cerr << "qxlib: check-in of " << file << " refused: check it out first; if it was taken over, "
+                     "keep your copy under another name and check the file out again\n";
         return 1;
     }
     const CString parent = RemoteParent(file);
