@@ -7,6 +7,9 @@
 #include <algorithm>
 #include <unistd.h>
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 
 namespace {
@@ -238,4 +241,50 @@ TEST(HostIdentity, IsTheAddressAndNameOfThisMachineUnlessChosen) {
     ::setenv("CORVANE_HOST_ID", "10.1.2.3(desk)", 1);
     EXPECT_EQ(GetHostId(), u"10.1.2.3(desk)");
     ::unsetenv("CORVANE_HOST_ID");
+}
+
+namespace {
+
+class StallingServer : public RepositoryFixture {
+protected:
+    StallingServer() : RepositoryFixture({"--stall-retr", "hung.dwg"}) {}
+};
+
+FtpTimings oneSecondStalls() {
+    FtpTimings timings = shortTimings();
+    timings.stallTimeoutMs = 1000;
+    return timings;
+}
+
+} // namespace
+
+TEST_F(StallingServer, ADownloadThatStopsMovingIsGivenUpAndTheConnectionStaysUsable) {
+    site.writeFile("hung.dwg", "never sent");
+    site.writeFile("fine.dwg", "fine");
+    CMyFtpConnection connection;
+    connection.SetTimings(oneSecondStalls());
+    ASSERT_TRUE(connection.ConnectServer());
+    EXPECT_FALSE(connection.DownloadFile(u"hung.dwg", install.logic() + u"hung.dwg"));
+    EXPECT_FALSE(install.exists("hung.dwg"));
+    EXPECT_TRUE(connection.DownloadFile(u"fine.dwg", install.logic() + u"fine.dwg"));
+}
+
+TEST_F(FtpTransfer, ASiteThatAcceptsButNeverGreetsFailsTheConnect) {
+    // A socket that listens and never answers: the connection is made by the kernel, the greeting never comes.
+    const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
+    ASSERT_GE(listener, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    ASSERT_EQ(::bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(::listen(listener, 4), 0);
+    socklen_t length = sizeof address;
+    ::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length);
+    writeLogin(u"", ntohs(address.sin_port));
+
+    CMyFtpConnection connection;
+    connection.SetTimings(oneSecondStalls());
+    EXPECT_FALSE(connection.ConnectServer());
+    EXPECT_FALSE(connection.IsConnected());
+    ::close(listener);
 }

@@ -5,6 +5,7 @@ Usage: ftp_server.py ROOT [--port N] [--user U --password P] [--drop-retr NAME] 
 Prints the port it listens on as one line, then serves until it is killed.
 --drop-retr NAME   closes the connection after a few bytes whenever a file called NAME is downloaded
 --refuse-rename    answers every RNTO with 550
+--stall-retr NAME  starts the download of a file called NAME and then sends nothing, as a hung server
 """
 import argparse
 import logging
@@ -24,6 +25,7 @@ def main():
     parser.add_argument("--password", default="")
     parser.add_argument("--drop-retr", default="")
     parser.add_argument("--refuse-rename", action="store_true")
+    parser.add_argument("--stall-retr", default="")
     args = parser.parse_args()
 
     warnings.simplefilter("ignore")
@@ -39,6 +41,9 @@ def main():
                 # As a server that dies mid-transfer: the reply starts, then the connection is gone.
                 self.respond("150 File status okay. About to open data connection.")
                 self.close()
+                return
+            if args.stall_retr and file.replace("\\", "/").rsplit("/", 1)[-1] == args.stall_retr:
+                self.respond("150 File status okay. About to open data connection.")
                 return
             return super().ftp_RETR(file)
 
