@@ -156,6 +156,14 @@ int RunCheckOut(const CString& file) {
         connection->CheckOutFile(localCopyOf(file), RemoteParent(file), RemoteName(file));  // says it is not there
         return 1;
     }
+    // Checking out again would fetch the site's copy over the person's work: qxlib keeps the work.
+    CString holder;
+    if (QxFs::Exists(localCopyOf(file)) && connection->GetLockHolder(file, holder) && holder.EqualsNoCase(GetHostId())) {
+        std::cout << file << " is checked out by this host already; the local copy is kept "
+                     "(qxlib cancel, then checkout, fetches the site's copy)\n";
+        CheckOutList(installFolder()).add(file);
+        return 0;
+    }
     if (!connection->CheckOutFile(localCopyOf(file), RemoteParent(file), RemoteName(file))) {
         std::cerr << "qxlib: " << file << " was not checked out\n";
         return 1;

@@ -75,6 +75,9 @@ TEST_F(Qxlib, TwoPeopleKeepALibraryInStepThroughTheJournalAndTheLocks) {
 
     // Ann checks the file out; Bob takes it over; Ann's check-in is refused, Bob's goes through.
     ASSERT_EQ(qxlib("ann", "checkout 'Symb1Lib\\k.dwg'").status, 0) << errors("ann");
+    machines.writeFile("ann/Symb1Lib/k.dwg", "ann's first edit");
+    ASSERT_EQ(qxlib("ann", "checkout Symb1Lib/k.dwg").status, 0) << errors("ann");
+    EXPECT_EQ(machines.readFile("ann/Symb1Lib/k.dwg"), "ann's first edit");  // checking out again keeps the work
     EXPECT_EQ(qxlib("bob", "--no checkout Symb1Lib/k.dwg").status, 1);
     ASSERT_EQ(qxlib("bob", "--yes checkout Symb1Lib/k.dwg").status, 0) << errors("bob");
     run = qxlib("ann", "status");
