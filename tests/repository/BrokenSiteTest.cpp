@@ -1,0 +1,49 @@
+// Sites that break during the journal update: the journal on the site is never shorter than before.
+#include "RepositoryFixture.h"
+
+#include "support/FileUtils.h"
+#include "support/TextFile.h"
+
+namespace {
+
+const char16_t kJournalText[] = u"版本日期：2015,01,01,00,00,02\nb.dwg|2015,01,01,00,00,02|MOD\na.dwg|2015,01,01,00,00,01|MOD";
+
+class JournalDropped : public RepositoryFixture {
+protected:
+    JournalDropped() : RepositoryFixture({"--drop-retr", "Server.xml"}) {}
+};
+
+class RenamesRefused : public RepositoryFixture {
+protected:
+    RenamesRefused() : RepositoryFixture({"--refuse-rename"}) {}
+};
+
+int siteLineCount(const TempFolder& site) {
+    CStringArray lines;
+    ReadFileLines(site.logic() + u"Server.xml", lines, false);
+    return lines.GetSize();
+}
+
+} // namespace
+
+TEST_F(JournalDropped, AJournalThatCannotBeReadIsNeitherReplacedNorShortened) {
+    ASSERT_TRUE(WriteLegacyText(site.logic() + u"Server.xml", kJournalText));
+    auto connection = client();
+    EXPECT_EQ(connection->CheckClientVersion(), 0);
+    install.writeFile("c.dwg", "c");
+    EXPECT_FALSE(connection->SubmitFile(install.logic() + u"c.dwg", u"c.dwg"));
+    EXPECT_EQ(site.readFile("c.dwg"), "c");  // the change itself is on the site
+    EXPECT_EQ(siteLineCount(site), 3);
+    EXPECT_FALSE(site.exists("Server.xml.bak"));
+}
+
+TEST_F(RenamesRefused, StagedJournalUpdatesKeepTheJournalWhole) {
+    install.writeFile("LocalData/Ftp.bg", "");
+    ASSERT_TRUE(WriteLegacyText(site.logic() + u"Server.xml", kJournalText));
+    auto connection = client();
+    install.writeFile("c.dwg", "c");
+    EXPECT_TRUE(connection->SubmitFile(install.logic() + u"c.dwg", u"c.dwg"));
+    EXPECT_TRUE(connection->SubmitFile(install.logic() + u"c.dwg", u"d.dwg"));
+    EXPECT_EQ(siteLineCount(site), 5);
+    EXPECT_EQ(site.readFile("d.dwg"), "c");
+}

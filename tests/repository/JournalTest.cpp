@@ -1,0 +1,180 @@
+// The journal protocol against a real server: the journal's birth, its growth under submits, the lock,
+// the backup that restores lost lines, and whether a client is behind.
+#include "RepositoryFixture.h"
+
+#include "support/FileUtils.h"
+#include "support/TextFile.h"
+
+namespace {
+
+class Journal : public RepositoryFixture {
+protected:
+    CStringArray siteLines(const char16_t* name = u"Server.xml") const {
+        CStringArray lines;
+        ReadFileLines(site.logic() + name, lines, false);
+        return lines;
+    }
+    void writeSite(const char16_t* name, const CString& text) { ASSERT_TRUE(WriteLegacyText(site.logic() + name, text)); }
+    CString clientLine(const char16_t* name = u"Client.xml") const {
+        CString line;
+        ReadFirstLine(install.logic() + name, line);
+        return line;
+    }
+    void submit(CMyFtpConnection& connection, const std::string& name, const std::string& bytes = "dwg") {
+        install.writeFile("work/" + name, bytes);
+        ASSERT_TRUE(connection.SubmitFile(install.logic() + u"work\\" + CString(name), CString(name)));
+    }
+    static CString stampOf(const CString& line) {
+        const int first = line.Find(u'|');
+        return line.Mid(first + 1, line.Find(u'|', first + 1) - first - 1);
+    }
+};
+
+
+} // namespace
+
+TEST_F(Journal, TheFirstClientOfAnEmptySiteGivesItItsJournal) {
+    install.writeFile("Client.xml", "");
+    ASSERT_TRUE(WriteLegacyText(install.logic() + u"Client.xml", u"版本日期：2015,03,02,09,05,07"));
+    auto connection = client();
+    EXPECT_EQ(connection->CheckClientVersion(), 0);
+    EXPECT_EQ(siteLines(), CStringArray{u"版本日期：2015,03,02,09,05,07"});
+}
+
+TEST_F(Journal, AClientWithoutVersionMakesTheJournalFromTheTime) {
+    auto connection = client();
+    EXPECT_EQ(connection->CheckClientVersion(), 0);
+    const CStringArray lines = siteLines();
+    ASSERT_EQ(lines.GetSize(), 1);
+    EXPECT_TRUE(lines[0].StartsWith(u"版本日期：20")) << lines[0];
+    EXPECT_EQ(lines[0], clientLine());
+}
+
+TEST_F(Journal, GrowsWithEverySubmitUnderStampsThatNeverGoBack) {
+    auto connection = client();
+    for (const char* name : {"a.dwg", "b.dwg", "c.dwg", "a.dwg", "d.dwg"}) submit(*connection, name, name);
+    const CStringArray lines = siteLines();
+    ASSERT_EQ(lines.GetSize(), 5);  // a replaced file keeps its one line
+    EXPECT_TRUE(lines[1].StartsWith(u"d.dwg|"));
+    EXPECT_TRUE(lines[2].StartsWith(u"a.dwg|"));
+    EXPECT_TRUE(lines[4].StartsWith(u"b.dwg|"));
+    for (int i = 1; i + 1 < lines.GetSize(); ++i)
+        EXPECT_GT(stampOf(lines[i]).CompareNoCase(stampOf(lines[i + 1])), 0) << lines[i] << " / " << lines[i + 1];
+    EXPECT_EQ(lines[0], u"版本日期：" + stampOf(lines[1]));
+    EXPECT_EQ(site.readFile("a.dwg"), "a.dwg");
+
+    EXPECT_FALSE(site.exists("Server.xml.bak"));  // the journal lock is gone
+    EXPECT_EQ(siteLines(u"Server.backup").GetSize(), 4);  // the journal as it was before the last change
+    EXPECT_EQ(clientLine(), lines[0]);  // a client in step stays in step
+    EXPECT_EQ(connection->CheckClientVersion(), 0);
+}
+
+TEST_F(Journal, RestoresLinesThatWereLostAndAppliesTheChangeAgain) {
+    writeSite(u"Server.xml", u"版本日期：2015,01,01,00,00,03\nb.dwg|2015,01,01,00,00,03|MOD\na.dwg|2015,01,01,00,00,01|MOD");
+    writeSite(u"Server.backup",
+              u"版本日期：2015,01,01,00,00,03\nb.dwg|2015,01,01,00,00,03|MOD\nlost.dwg|2015,01,01,00,00,02|MOD\na.dwg|2015,01,01,00,00,01|MOD");
+    auto connection = client();
+    submit(*connection, "a.dwg");
+    const CStringArray lines = siteLines();
+    ASSERT_EQ(lines.GetSize(), 4);
+    EXPECT_TRUE(lines[1].StartsWith(u"a.dwg|"));
+    EXPECT_TRUE(lines[3].StartsWith(u"lost.dwg|"));
+    // The shrunken journal did not replace the backup, and the log says so.
+    EXPECT_EQ(siteLines(u"Server.backup").GetSize(), 4);
+    const CStringArray log = siteLines(u"OS.log");
+    ASSERT_EQ(log.GetSize(), 1);
+    EXPECT_TRUE(log[0].StartsWith(u"[TIME:]")) << log[0];
+    EXPECT_TRUE(log[0].EndsWith(u"  [HOST:]10.0.0.1(alpha)  [OPRT:]备份Server.xml文件时出错！")) << log[0];
+}
+
+TEST_F(Journal, JunkLinesDoNotShortenTheJournal) {
+    writeSite(u"Server.xml", u"版本日期：2015,01,01,00,00,03\njunk without bars\n\x01\x02|\n||\na.dwg|2015|MOD");
+    auto connection = client();
+    submit(*connection, "b.dwg");
+    EXPECT_EQ(siteLines().GetSize(), 6);
+}
+
+TEST_F(Journal, TellsWhenTheClientIsBehindAndWhetherTheMainLibraryChanged) {
+    auto connection = client();
+    submit(*connection, "a.dwg");
+    EXPECT_EQ(connection->CheckClientVersion(), 0);
+    bool mainLibChanged = true;
+    EXPECT_FALSE(connection->CheckServerVersion(mainLibChanged));
+
+    // Another client changes the main library.
+    const CStringArray before = siteLines();
+    writeSite(u"Server.xml", u"版本日期：2099,01,01,00,00,00\nData\\QxMainLib.mdb|2099,01,01,00,00,00|MOD\n" + before[1]);
+    EXPECT_EQ(connection->CheckClientVersion(), 1);
+    ASSERT_TRUE(connection->CheckServerVersion(mainLibChanged));
+    EXPECT_TRUE(mainLibChanged);
+
+    EXPECT_TRUE(connection->SyncClientVersion());
+    EXPECT_EQ(clientLine(), u"版本日期：2099,01,01,00,00,00");
+    EXPECT_EQ(clientLine(u"Client_PartLib.xml"), u"版本日期：2099,01,01,00,00,00");
+    EXPECT_EQ(connection->CheckClientVersion(), 0);
+    EXPECT_FALSE(connection->FindMainLibChange(site.logic() + u"Server.xml", u"版本日期：2099,01,01,00,00,00"));
+    EXPECT_TRUE(connection->FindMainLibChange(site.logic() + u"Server.xml", u""));
+}
+
+TEST_F(Journal, AJournalLockOfAnotherHostIsWaitedForThenBroken) {
+    writeSite(u"Server.xml.bak", u"10.0.0.2(beta)");
+    auto connection = client();
+    connection->LockVersionFile();
+    EXPECT_EQ(siteLines(u"Server.xml.bak"), CStringArray{u"10.0.0.1(alpha)"});
+
+    // A lock this host left behind is this host's at once.
+    connection->LockVersionFile();
+    EXPECT_EQ(siteLines(u"Server.xml.bak"), CStringArray{u"10.0.0.1(alpha)"});
+}
+
+TEST_F(Journal, DeletesRenamesAndFoldersEachLeaveTheirLines) {
+    auto connection = client();
+    submit(*connection, "a.dwg");
+    ASSERT_TRUE(connection->SubmitRenameFile(u"a.dwg", u"b.dwg"));
+    EXPECT_TRUE(site.exists("b.dwg"));
+    ASSERT_TRUE(connection->SubmitNewFolder(u"", u"lib"));
+    ASSERT_TRUE(connection->SubmitNewFolder(u"lib", u"sub"));
+    install.writeFile("work/c.dwg", "c");
+    ASSERT_TRUE(connection->SubmitFile(install.logic() + u"work\\c.dwg", u"lib\\sub\\c.dwg"));
+    ASSERT_TRUE(connection->SubmitRenameFolder(u"lib", u"lib2\\"));
+    EXPECT_TRUE(site.exists("lib2/sub/c.dwg"));
+    ASSERT_TRUE(connection->SubmitDeleteFolder(u"lib2"));
+    EXPECT_FALSE(site.exists("lib2"));
+    ASSERT_TRUE(connection->SubmitDelete(u"b.dwg"));
+    EXPECT_TRUE(connection->SubmitDelete(u"b.dwg"));  // gone already: nothing to do
+
+    CString operations;
+    const CStringArray lines = siteLines();
+    for (int i = 1; i < lines.GetSize(); ++i)
+        operations += lines[i].Left(lines[i].Find(u'|')) + u" " + lines[i].Mid(lines[i].ReverseFind(u'|') + 1) + u"; ";
+    EXPECT_EQ(operations, u"b.dwg DEL; lib2\\ DEL; lib2\\sub\\ DEL; lib\\ DEL; lib\\sub\\c.dwg MOD; lib\\sub\\ MOD; a.dwg DEL; ");
+}
+
+TEST_F(Journal, RenamingOntoAnExistingFileAsksFirst) {
+    auto connection = client();
+    submit(*connection, "a.dwg", "a");
+    submit(*connection, "b.dwg", "b");
+    prompts.answers = {u"n"};
+    EXPECT_FALSE(connection->SubmitRenameFile(u"a.dwg", u"b.dwg"));
+    EXPECT_EQ(site.readFile("b.dwg"), "b");
+    prompts.answers = {u"y"};
+    EXPECT_TRUE(connection->SubmitRenameFile(u"a.dwg", u"b.dwg"));
+    EXPECT_EQ(site.readFile("b.dwg"), "a");
+    ASSERT_EQ(prompts.questions.size(), 2u);
+    EXPECT_EQ(prompts.questions[0], u"重命名文件b.dwg已经存在,是否覆盖？");
+
+    EXPECT_FALSE(connection->SubmitRenameFile(u"none.dwg", u"c.dwg"));
+    EXPECT_EQ(output.boxes.back().text, u"重命名文件<none.dwg>服务器上不存在!");
+}
+
+TEST_F(Journal, AFolderTreeIsSubmittedFileByFileForDrawingsAndProjectFilesOnly) {
+    install.writeFile("tree/a.dwg", "a");
+    install.writeFile("tree/notes.txt", "n");
+    install.writeFile("tree/dev/dev.PRJ", "p");
+    auto connection = client();
+    ASSERT_TRUE(connection->SubmitFolderTree(u"", u"tree", install.logic() + u"tree"));
+    EXPECT_EQ(site.readFile("tree/a.dwg"), "a");
+    EXPECT_EQ(site.readFile("tree/dev/dev.PRJ"), "p");
+    EXPECT_FALSE(site.exists("tree/notes.txt"));
+    EXPECT_EQ(siteLines().GetSize(), 1 + 4);  // two folders, two files
+}

@@ -1,0 +1,121 @@
+// The version journal file on its own: reading, stamping, rewriting.
+#include "common/TempFolder.h"
+#include "platform/InstallPath.h"
+#include "repository/VersionFile.h"
+#include "support/FileUtils.h"
+#include "support/TextFile.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class VersionFile : public ::testing::Test {
+protected:
+    VersionFile() { SetCorvaneInstallDirOverride(install.logic()); }
+    ~VersionFile() override { SetCorvaneInstallDirOverride(CString()); }
+
+    CString journalPath() const { return install.logic() + u"Server.xml"; }
+    void writeJournal(const CString& text) { ASSERT_TRUE(WriteLegacyText(journalPath(), text)); }
+    CStringArray journalLines() const {
+        CStringArray lines;
+        ReadFileLines(journalPath(), lines, true);
+        return lines;
+    }
+
+    TempFolder install;
+};
+
+} // namespace
+
+TEST(VersionStamp, IsTheClockUnlessTheClockIsNotAheadOfTheJournal) {
+    EXPECT_EQ(COperateVersionFile::NextVersionStamp(u"2015,03,02,09,05,07", u"2015,03,02,09,05,08"), u"2015,03,02,09,05,08");
+    // Two changes in one second, or a slow clock: the last field is raised, without a leading zero.
+    EXPECT_EQ(COperateVersionFile::NextVersionStamp(u"2015,03,02,09,05,07", u"2015,03,02,09,05,07"), u"2015,03,02,09,05,8");
+    EXPECT_EQ(COperateVersionFile::NextVersionStamp(u"2015,03,02,09,05,59", u"2014,01,01,00,00,00"), u"2015,03,02,09,05,60");
+    // Raising 9 to 10 would sort below as text: a field is added instead.
+    EXPECT_EQ(COperateVersionFile::NextVersionStamp(u"2015,03,02,09,05,9", u"2015,03,02,09,05,10"), u"2015,03,02,09,05,9,1");
+    EXPECT_EQ(COperateVersionFile::NextVersionStamp(u"junk", u"2015"), u"junk,1");
+
+    const CString now = COperateVersionFile::MakeVersionStamp();
+    ASSERT_EQ(now.GetLength(), 19);
+    EXPECT_EQ(now[4], u',');
+    EXPECT_EQ(now[16], u',');
+}
+
+TEST(VersionStamp, NeverGoesBackOverAFastRunOfChanges) {
+    CString last = u"2099,12,31,23,59,07";  // a journal ahead of this clock
+    for (int i = 0; i < 500; ++i) {
+        const CString next = COperateVersionFile::NextVersionStamp(last, COperateVersionFile::MakeVersionStamp());
+        ASSERT_GT(next.CompareNoCase(last), 0) << next << " after " << last;
+        last = next;
+    }
+}
+
+TEST_F(VersionFile, LoadsEntriesInFileOrderPassingOverTheVersionLineAndBlankLines) {
+    writeJournal(u"\n版本日期：2015,03,02,09,05,07\n  a\\b.dwg|2015,03,02,09,05,07|MOD  \n\njunk\nonly|one\nx|s|op|more\n");
+    COperateVersionFile journal(journalPath());
+    ASSERT_TRUE(journal.Load());
+    EXPECT_EQ(journal.m_strVersionLine, u"版本日期：2015,03,02,09,05,07");
+    const auto& entries = journal.GetEntries();
+    ASSERT_EQ(entries.GetSize(), 4);
+    EXPECT_EQ(entries[0].m_strPath, u"a\\b.dwg");
+    EXPECT_EQ(entries[0].m_strOperation, u"MOD");
+    EXPECT_EQ(entries[1].m_strPath, u"");  // a line without a bar gives three empty fields
+    EXPECT_EQ(entries[2].m_strPath, u"only");
+    EXPECT_EQ(entries[2].m_strVersion, u"");
+    EXPECT_EQ(entries[3].m_strOperation, u"op|more");
+
+    COperateVersionFile missing(install.logic() + u"none.xml");
+    EXPECT_FALSE(missing.Load());
+}
+
+TEST_F(VersionFile, RemovesTheFirstMatchOnlyIgnoringCase) {
+    writeJournal(u"版本日期：1\nA.dwg|1|MOD\na.DWG|0|MOD\nb.dwg|0|MOD");
+    COperateVersionFile journal(journalPath());
+    journal.Load();
+    EXPECT_FALSE(journal.RemoveEntries({}));
+    EXPECT_TRUE(journal.RemoveEntries({u"a.dwg"}));
+    ASSERT_EQ(journal.GetEntries().GetSize(), 2);
+    EXPECT_EQ(journal.GetEntries()[0].m_strPath, u"a.DWG");
+}
+
+TEST_F(VersionFile, AddsABatchNewestFirstUnderOneStampAndRewritesTheFile) {
+    writeJournal(u"版本日期：2099,01,01,00,00,07\nold.dwg|2099,01,01,00,00,07|MOD");
+    COperateVersionFile journal(journalPath());
+    journal.Load();
+    ASSERT_TRUE(journal.AddEntries({u"x\\", u"y\\"}, {u"DEL", u"REN"}));
+    const CStringArray lines = journalLines();
+    ASSERT_EQ(lines.GetSize(), 4);
+    EXPECT_EQ(lines[0], u"版本日期：2099,01,01,00,00,8");
+    EXPECT_EQ(lines[1], u"y\\|2099,01,01,00,00,8|REN");
+    EXPECT_EQ(lines[2], u"x\\|2099,01,01,00,00,8|DEL");
+    EXPECT_EQ(lines[3], u"old.dwg|2099,01,01,00,00,07|MOD");
+    EXPECT_NE(install.readFile("Server.xml").back(), '\n');  // no line end behind the last line
+    EXPECT_NE(install.readFile("Server.xml").find("\r\n"), std::string::npos);
+}
+
+TEST_F(VersionFile, ReplacingAPathKeepsTheLineCount) {
+    writeJournal(u"版本日期：1\na.dwg|1|MOD\nb.dwg|1|MOD");
+    COperateVersionFile journal(journalPath());
+    ASSERT_TRUE(journal.UpdateEntry(u"A.DWG", u"MOD"));
+    const CStringArray lines = journalLines();
+    ASSERT_EQ(lines.GetSize(), 3);
+    EXPECT_TRUE(lines[1].StartsWith(u"A.DWG|"));
+    EXPECT_EQ(lines[2], u"b.dwg|1|MOD");
+}
+
+TEST_F(VersionFile, OnlyTheMainLibraryAloneMarksThePartLibraryVersion) {
+    COperateVersionFile journal(journalPath());
+    ASSERT_TRUE(journal.AddEntries({u"Data\\QxMainLib.mdb", u"a.dwg"}, {u"MOD", u"MOD"}));
+    EXPECT_FALSE(install.exists("Client_PartLib.xml"));
+    ASSERT_TRUE(journal.UpdateEntry(u"data\\qxmainlib.MDB", u"MOD"));
+    CString partLib;
+    ASSERT_TRUE(ReadFirstLine(install.logic() + u"Client_PartLib.xml", partLib));
+    EXPECT_EQ(partLib, journalLines()[0]);
+}
+
+TEST_F(VersionFile, AJournalThatCannotBeWrittenIsAFailure) {
+    install.makeFolder("Server.xml");  // a folder where the file should be
+    COperateVersionFile journal(journalPath());
+    EXPECT_FALSE(journal.AddEntries({u"a.dwg"}, {u"MOD"}));
+}
