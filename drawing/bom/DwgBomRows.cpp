@@ -86,7 +86,13 @@ bool QxGetDwgBomRows(CString path, CStringArray& names, CStringArray& types, CSt
                      CStringArray& notes, CStringArray& extras) {
     const QxDwgDatabase drawing(std::move(path), 1);
     if (!drawing) return false;
-    AcDbDatabase* database = drawing.get();
+    QxGetDatabaseBomRows(drawing.get(), names, types, counts, codes, prices, kinds, labels, notes, extras);
+    return true;
+}
+
+void QxGetDatabaseBomRows(AcDbDatabase* database, CStringArray& names, CStringArray& types, CStringArray& counts,
+                          CStringArray& codes, CStringArray& prices, CStringArray& kinds, CStringArray& labels,
+                          CStringArray& notes, CStringArray& extras) {
     BomColumns columns{names, types, counts, codes, prices, kinds, labels, notes, extras};
     QxWalkModelSpace(database, [&](AcDbEntity& entity) {
         const AcDbMText* cell = QxAsMText(&entity);
@@ -95,5 +101,4 @@ bool QxGetDwgBomRows(CString path, CStringArray& names, CStringArray& types, CSt
         else if (HasXData(cell, QXBOM_TYPE)) columns.append(readTypeRow(database, *cell));
         return WalkStep::Continue;
     });
-    return true;
 }

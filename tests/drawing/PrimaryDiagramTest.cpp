@@ -1,0 +1,297 @@
+// Primary diagrams: the head table, the value and number rules, circuit records and their identity,
+// the row texts, and the secondary drawings resolved in a moved project folder.
+#include "ReaderDrawings.h"
+#include "common/TempFolder.h"
+#include "drawing/bom/BlockKinds.h"
+#include "drawing/primary/CircuitKeys.h"
+#include "drawing/primary/CircuitValues.h"
+#include "drawing/primary/PrimaryCircuits.h"
+#include "drawing/primary/SecondaryDrawingList.h"
+#include "drawing/primary/SysHead.h"
+#include "platform/host/Documents.h"
+#include "support/TextHelpers.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const CString kPrimaryPath = u"\\projects\\站\\一次系统图.dwg";
+
+struct CircuitAttributes {
+    CString no = u"K01", group = u"＠G1", use = u"＠进线", type = u"＠KYN28", v1 = u"＠10kV", v2 = u"＠DC220V",
+            busbar = u"＠TMY", tank = u"＠1";
+};
+
+class PrimaryDiagramTest : public testing::Test {
+protected:
+    void SetUp() override {
+        m_block = DefineSquareBlock(b, u"PANEL");
+        acdbHostApplicationServices()->setWorkingDatabase(&b.database());
+    }
+    void TearDown() override {
+        acdbHostApplicationServices()->setWorkingDatabase(nullptr);
+        QxFreeCircuits(circuits);
+    }
+
+    AcDbObjectId addCircuit(const CircuitAttributes& a, std::initializer_list<CString> rows = {}) {
+        const AcDbObjectId panel = b.addInsert(m_block, {0, 0, 0});
+        setAttributes(panel, a);
+        if (rows.size() > 0) b.setXDataStrings(panel, QX_CIRCUIT1_EXATTRIBUTE, rows);
+        return panel;
+    }
+    void setAttributes(AcDbObjectId entity, const CircuitAttributes& a) {
+        b.setXDataStrings(entity, QX_Circuit1_No, {a.no});
+        b.setXDataStrings(entity, QX_Circuit1_GroupCode, {a.group});
+        b.setXDataStrings(entity, QX_Circuit1_Use, {a.use});
+        b.setXDataStrings(entity, QX_Circuit1_Type, {a.type});
+        b.setXDataStrings(entity, QX_Circuit1_Cir1Voltage, {a.v1});
+        b.setXDataStrings(entity, QX_Circuit1_Cir2Voltage, {a.v2});
+        b.setXDataStrings(entity, QX_Circuit1_MuXianType, {a.busbar});
+        b.setXDataStrings(entity, QX_Circuit1_TankCirNo, {a.tank});
+    }
+    void read(const CString& path = kPrimaryPath) { QxGetPrimaryCircuits(path, 1, circuits); }
+    static CString handleOf(AcDbObjectId id) { return id.handle().text(); }
+
+    DrawingBuilder b;
+    AcDbObjectId m_block;
+    CCir1AttrubuteArray circuits;
+};
+
+} // namespace
+
+TEST(CircuitValuesTest, NumberRule) {
+    EXPECT_EQ(QxCircuitNumber(u"2＠K03『x』"), u"K03(2)");
+    EXPECT_EQ(QxCircuitNumber(u"K03"), u"K03");
+    EXPECT_EQ(QxCircuitNumber(u"＠K03"), u"K03");
+    EXPECT_EQ(QxCircuitNumber(u"2＠"), u"(2)");
+    EXPECT_EQ(QxCircuitNumber(u"『x』"), u"");
+    EXPECT_EQ(QxCircuitNumber(u"a＠b＠c『x『y"), u"b＠c(a)");
+}
+
+TEST(CircuitValuesTest, ValueRuleAndAnnotation) {
+    EXPECT_EQ(QxCircuitValue(u"p＠v『n』"), u"v");
+    EXPECT_EQ(QxCircuitValue(u"v"), u"v");
+    EXPECT_EQ(QxCircuitValue(u"a＠b＠c『x『y』"), u"b＠c");
+    EXPECT_EQ(QxCircuitAnnotation(u"＠DC220V『C:\\a.dwg|C:\\b.dwg』"), u"C:\\a.dwg|C:\\b.dwg");
+    EXPECT_EQ(QxCircuitAnnotation(u"『x』＠DC『y』』"), u"y");
+    EXPECT_EQ(QxCircuitAnnotation(u"＠DC220V"), u"");
+}
+
+TEST(CircuitValuesTest, RowTexts) {
+    CircuitRow row;
+    ASSERT_TRUE(QxParseCircuitRow(u"p＠额定电流|||||1250A『note』|", row));
+    EXPECT_EQ(row.name, u"额定电流");
+    EXPECT_EQ(row.value, u"1250A");
+    // Behind the first "『", to the end of the text.
+    EXPECT_EQ(row.annotationOrValue, u"note|");
+    ASSERT_TRUE(QxParseCircuitRow(u"名称|||值", row));
+    EXPECT_EQ(row.annotationOrValue, u"值");
+    EXPECT_FALSE(QxParseCircuitRow(u"＠|||值", row));
+    EXPECT_FALSE(QxParseCircuitRow(u"名称||值", row));
+}
+
+TEST_F(PrimaryDiagramTest, HeadTextsByTheirLabels) {
+    const AcDbObjectId primary = b.addText(u"一次额定电压: 10kV", {0, 0, 0});
+    const AcDbObjectId busbar = b.addText(u"母线规格:TMY 3x(80x8)", {0, 0, 0});
+    const AcDbObjectId secondaryOld = b.addText(u"二次额定电压:AC220V", {0, 0, 0});
+    const AcDbObjectId secondary = b.addText(u"二次 额定电压 ：DC 110V", {0, 0, 0});
+    b.addText(u"一次额定电压:35kV", {0, 0, 0});  // no head key
+    const AcDbObjectId mtext = b.addMText(u"母线规格:X", {0, 0, 0});
+    for (AcDbObjectId id : {primary, busbar, secondaryOld, secondary, mtext})
+        b.setXDataStrings(id, QX_SYS_HEAD_ITEMNAME, {u""});
+
+    bool found1 = false, foundBus = false, found2 = false;
+    CString text1, textBus, text2;
+    AcDbObjectId id1, id2, idBus;
+    ASSERT_TRUE(QxReadSysHead(&b.database(), found1, foundBus, found2, text1, textBus, text2, id1, id2, idBus));
+    EXPECT_TRUE(found1 && foundBus && found2);
+    EXPECT_EQ(text1, u"10kV");
+    EXPECT_EQ(textBus, u"TMY3x(80x8)");
+    // The last text of an item wins; a full-width colon is no ":".
+    EXPECT_EQ(text2, u"：DC110V");
+    EXPECT_EQ(id1, primary);
+    EXPECT_EQ(id2, secondary);
+    EXPECT_EQ(idBus, busbar);
+
+    EXPECT_FALSE(QxReadSysHead(nullptr, found1, foundBus, found2, text1, textBus, text2, id1, id2, idBus));
+    EXPECT_FALSE(found1 || foundBus || found2);
+    EXPECT_TRUE(text1.IsEmpty() && id1.isNull() && id2.isNull() && idBus.isNull());
+}
+
+TEST_F(PrimaryDiagramTest, CircuitFieldsFromAttributesAndRows) {
+    CircuitAttributes a;
+    a.no = u"2＠K03『x』";
+    a.group = u"G＠Group『g』";
+    a.tank = u"＠7";
+    const AcDbObjectId panel = addCircuit(
+        a, {u"＠柜排列|||3", u"＠额定电流(A)|||1250", u"＠回路名称|||进线", u"＠回路功率|||500kW", u"＠车总装号|||C1",
+            u"＠车总装2|||C2", u"＠柜总装|||G1", u"＠车总装号3|||dropped", u"no bars", u"＠|||empty name",
+            u"＠回路名称|||later wins"});
+    read();
+    ASSERT_EQ(circuits.GetSize(), 1);
+    const CCir1Attrubute& c = *circuits[0];
+    EXPECT_EQ(c.No, u"K03(2)");
+    EXPECT_EQ(c.GroupCode, u"Group");
+    EXPECT_EQ(c.Use, u"进线");
+    EXPECT_EQ(c.Type, u"KYN28");
+    EXPECT_EQ(c.Cir1Voltage, u"10kV");
+    EXPECT_EQ(c.Cir2Voltage, u"DC220V");
+    EXPECT_EQ(c.MuXianType, u"TMY");
+    EXPECT_EQ(c.TankCirNo, u"7");
+    EXPECT_EQ(c.CabinetOrder, u"3");
+    EXPECT_EQ(c.RatedCurrent, u"1250");
+    EXPECT_EQ(c.CircuitName, u"later wins");
+    EXPECT_EQ(c.CircuitPower, u"500kW");
+    EXPECT_EQ(c.CarAssembly1, u"C1");
+    EXPECT_EQ(c.CarAssembly2, u"C2");
+    EXPECT_EQ(c.CabinetAssembly, u"G1");
+    EXPECT_EQ(c.SecondaryDrawings, u"");
+    EXPECT_EQ(c.DwgPaths, CStringArray({kPrimaryPath}));
+    EXPECT_EQ(c.DwgFlags, CArray<int>({1}));
+    EXPECT_EQ(c.Handles, CStringArray({handleOf(panel)}));
+}
+
+TEST_F(PrimaryDiagramTest, IdentityIgnoresCaseOfTypeButNotOfNumber) {
+    CircuitAttributes a;
+    const AcDbObjectId first = addCircuit(a, {u"＠回路名称|||first"});
+    CircuitAttributes upper = a;
+    upper.type = u"＠kyn28";
+    upper.tank = u"＠9";
+    const AcDbObjectId second = addCircuit(upper, {u"＠回路名称|||second"});
+    CircuitAttributes otherNumber = a;
+    otherNumber.no = u"k01";
+    addCircuit(otherNumber);
+    CircuitAttributes otherGroup = a;
+    otherGroup.group = u"＠g1";
+    addCircuit(otherGroup);
+    read();
+    ASSERT_EQ(circuits.GetSize(), 3);
+    const CCir1Attrubute& c = *circuits[0];
+    EXPECT_EQ(c.Handles, CStringArray({handleOf(first), handleOf(second)}));
+    EXPECT_EQ(c.DwgPaths.GetSize(), 2);
+    EXPECT_EQ(c.DwgFlags.GetSize(), 2);
+    // The first entity of a circuit decides its fields.
+    EXPECT_EQ(c.Type, u"KYN28");
+    EXPECT_EQ(c.TankCirNo, u"1");
+    EXPECT_EQ(c.CircuitName, u"first");
+    EXPECT_EQ(circuits[1]->No, u"k01");
+    EXPECT_EQ(circuits[2]->GroupCode, u"g1");
+}
+
+TEST_F(PrimaryDiagramTest, RecordsAlreadyInTheArrayTakePartInTheSearch) {
+    CircuitAttributes a;
+    addCircuit(a);
+    read();
+    read(u"\\other\\copy.dwg");
+    ASSERT_EQ(circuits.GetSize(), 1);
+    EXPECT_EQ(circuits[0]->DwgPaths, CStringArray({kPrimaryPath, u"\\other\\copy.dwg"}));
+}
+
+TEST_F(PrimaryDiagramTest, UnnumberedBlocksWithAPath) {
+    const AcDbObjectId plain = b.addInsert(m_block, {0, 0, 0});
+    b.setXDataStrings(plain, QX_Circuit1_Path, {u"C:\\x.dwg"});
+    b.setXDataStrings(plain, QX_Circuit1_Use, {u"＠ignored"});
+    const AcDbObjectId same = b.addInsert(m_block, {0, 0, 0});
+    b.setXDataStrings(same, QX_Circuit1_Path, {u"C:\\x.dwg"});
+    const AcDbObjectId symbol = b.addInsert(m_block, {0, 0, 0});
+    b.setXDataStrings(symbol, QX_Circuit1_Path, {u"C:\\x.dwg"});
+    b.setXDataStrings(symbol, QX_SYMB1_LABEL, {u"QF1"});
+    const AcDbObjectId text = b.addText(u"path only", {0, 0, 0});
+    b.setXDataStrings(text, QX_Circuit1_Path, {u"C:\\x.dwg"});
+    const AcDbObjectId noPath = b.addInsert(m_block, {0, 0, 0});
+    b.setXDataStrings(noPath, QX_Circuit1_No, {u"『only a note』"});
+    b.setXDataStrings(noPath, QX_Circuit1_Path, {u""});
+    read();
+    // Each such block gets its own record with empty strings.
+    ASSERT_EQ(circuits.GetSize(), 2);
+    EXPECT_EQ(circuits[0]->Handles, CStringArray({handleOf(plain)}));
+    EXPECT_EQ(circuits[0]->Use, u"");
+    EXPECT_EQ(circuits[1]->Handles, CStringArray({handleOf(same)}));
+}
+
+TEST_F(PrimaryDiagramTest, ANumberedTextIsACircuitToo) {
+    const AcDbObjectId text = b.addText(u"K09", {0, 0, 0});
+    b.setXDataStrings(text, QX_Circuit1_No, {u"K09"});
+    read();
+    ASSERT_EQ(circuits.GetSize(), 1);
+    EXPECT_EQ(circuits[0]->No, u"K09");
+    EXPECT_EQ(circuits[0]->Use, u"");
+    EXPECT_EQ(circuits[0]->Handles, CStringArray({handleOf(text)}));
+}
+
+TEST_F(PrimaryDiagramTest, VoltageAnnotationWinsOverTheSecondaryRow) {
+    CircuitAttributes a;
+    a.v2 = u"＠DC220V『D:\\old\\K01.dwg』";
+    addCircuit(a, {u"＠二次原理图|||D:\\old\\row.dwg"});
+    CircuitAttributes b2 = a;
+    b2.no = u"K02";
+    b2.v2 = u"＠DC220V";
+    addCircuit(b2, {u"＠二次原理图|||D:\\old\\row.dwg", u"＠二次原理图|||D:\\old\\second.dwg"});
+    CircuitAttributes c3 = b2;
+    c3.no = u"K03";
+    addCircuit(c3, {u"x＠二次原理图『D:\\a.dwg』|||『ignored』"});
+    read();
+    ASSERT_EQ(circuits.GetSize(), 3);
+    EXPECT_EQ(circuits[0]->SecondaryDrawings, u"D:\\old\\K01.dwg");
+    EXPECT_EQ(circuits[1]->SecondaryDrawings, u"D:\\old\\row.dwg");
+    // The annotation of the whole row text wins over its value.
+    EXPECT_EQ(circuits[2]->SecondaryDrawings, u"D:\\a.dwg|||『ignored");
+}
+
+TEST_F(PrimaryDiagramTest, ManyMarksAndHugeListsAreReadWhole) {
+    CircuitAttributes a;
+    a.no = u"1＠2＠3＠K01『a『b』』";
+    CString list;
+    for (int i = 0; i < 400; ++i) list += CString(u"|D:\\old\\piece") + CString(std::to_string(i)) + u".dwg";
+    a.v2 = u"＠DC『" + list.Mid(1) + u"』";
+    addCircuit(a, {u"＠＠＠柜排列|||『『x"});
+    read();
+    ASSERT_EQ(circuits.GetSize(), 1);
+    EXPECT_EQ(circuits[0]->No, u"2＠3＠K01(1)");
+    EXPECT_EQ(circuits[0]->CabinetOrder, u"");
+    EXPECT_EQ(circuits[0]->SecondaryDrawings, list.Mid(1));
+}
+
+TEST(SecondaryDrawingListTest, MovedProjectFolderIsSearched) {
+    TempFolder folder;
+    folder.writeFile("一次系统图.dwg", "x");
+    folder.writeFile("beside.dwg", "x");
+    folder.writeFile("A/K01/K01二次原理图.DWG", "x");
+    folder.writeFile("B/K01/k01二次原理图.dwg", "x");
+    folder.writeFile("A/notes.txt", "x");
+    SecondaryDrawingFinder finder(folder.logic() + u"一次系统图.dwg");
+    const CString resolved = finder.Resolve(
+        u"\\old\\proj\\K01\\K01二次原理图.dwg|\\old\\proj\\BESIDE.dwg|nobackslash.dwg|\\old\\missing.dwg|"
+        u"\\old\\notes.txt|");
+    CStringArray pieces;
+    SplitString(resolved, u"|", pieces);
+    ASSERT_EQ(pieces.GetSize(), 6);
+    // Below the folder the first in listing order wins, its name matched ignoring case.
+    EXPECT_TRUE(pieces[0].EndsWith(u"A\\K01\\K01二次原理图.DWG")) << pieces[0];
+    EXPECT_TRUE(pieces[0].StartsWith(folder.logic()));
+    // Beside the primary drawing the file system's own matching finds the file.
+    EXPECT_EQ(pieces[1], folder.logic() + u"BESIDE.dwg");
+    EXPECT_EQ(pieces[2], u"nobackslash.dwg");
+    EXPECT_EQ(pieces[3], u"\\old\\missing.dwg");
+    // Only drawings are looked for below the folder.
+    EXPECT_EQ(pieces[4], u"\\old\\notes.txt");
+    EXPECT_EQ(pieces[5], u"");
+}
+
+TEST_F(PrimaryDiagramTest, SecondaryDrawingsFollowTheProjectFolder) {
+    TempFolder folder;
+    folder.writeFile("K01/K01二次原理图.dwg", "x");
+    folder.writeFile("K02/K02二次原理图.dwg", "x");
+    const CString existing = folder.logic() + u"K02\\K02二次原理图.dwg";
+    CircuitAttributes a;
+    a.v2 = u"＠DC220V『D:\\old\\站\\K01\\K01二次原理图.dwg』";
+    addCircuit(a);
+    CircuitAttributes k02 = a;
+    k02.no = u"K02";
+    k02.v2 = u"＠DC220V『" + existing + u"』";
+    addCircuit(k02);
+    read(folder.logic() + u"一次系统图.dwg");
+    ASSERT_EQ(circuits.GetSize(), 2);
+    EXPECT_EQ(circuits[0]->SecondaryDrawings, folder.logic() + u"K01\\K01二次原理图.dwg");
+    EXPECT_EQ(circuits[1]->SecondaryDrawings, existing);
+}

@@ -1,0 +1,33 @@
+// Drawings for the reader tests, made with the model's builder: BOM table rows, title blocks, circuit
+// blocks, and the columns the readers fill.
+#pragma once
+
+#include "drawing/model/DrawingBuilder.h"
+#include "support/CArray.h"
+
+#include <vector>
+
+// The nine columns of a secondary drawing's BOM table.
+struct BomColumnsRead {
+    CStringArray names, types, counts, codes, prices, kinds, labels, notes, extras;
+    int size() const { return names.GetSize(); }
+};
+
+// A block definition with a square of the given side, so that its references have extents.
+inline AcDbObjectId DefineSquareBlock(DrawingBuilder& b, const CString& name, double side = 10.0) {
+    const AcDbObjectId block = b.defineBlock(name);
+    b.addPolyline({{0, 0}, {side, 0}, {side, side}, {0, side}}, true, block);
+    return block;
+}
+
+// Xdata of one 1005 item holding any text, for links that lead nowhere.
+inline void SetRawLink(DrawingBuilder& b, AcDbObjectId object, const CString& application, const CString& handle) {
+    b.setXData(object, application, {ResItem::text(1005, handle)});
+}
+
+// An xrecord of text items from a list known only at run time.
+inline void AddTextRecord(DrawingBuilder& b, AcDbObjectId object, const CString& entry, const std::vector<CString>& lines) {
+    ResItems items;
+    for (const CString& line : lines) items.push_back(ResItem::text(1, line));
+    b.addXrecord(object, entry, items);
+}

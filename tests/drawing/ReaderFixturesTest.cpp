@@ -1,0 +1,97 @@
+// The three readers on DXF files written by ezdxf (tests/data/readers/make_fixtures.py), reached through
+// their paths as the commands reach them.
+#include "ReaderDrawings.h"
+#include "drawing/access/QxDwgObjects.h"
+#include "drawing/access/QxDwgOpen.h"
+#include "drawing/bom/DwgBomRows.h"
+#include "drawing/primary/CircuitBom.h"
+#include "drawing/primary/PrimaryCircuits.h"
+#include "drawing/primary/SysHead.h"
+#include "drawing/title/TitleBlock.h"
+#include "platform/host/Documents.h"
+#include "support/FileSystem.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+CString ReaderFixture(const std::string& relative) {
+    return QxFs::FromNative(std::string(QX_TEST_DATA_DIR) + "/readers/" + relative);
+}
+
+} // namespace
+
+TEST(ReaderFixturesTest, BomTableOfASecondaryDrawing) {
+    BomColumnsRead c;
+    ASSERT_TRUE(QxGetDwgBomRows(ReaderFixture("K01/K01_secondary.dwg"), c.names, c.types, c.counts, c.codes, c.prices,
+                                c.kinds, c.labels, c.notes, c.extras));
+    ASSERT_EQ(c.size(), 3);
+    EXPECT_EQ(c.labels, CStringArray({u"1QF", u"1KA", u""}));
+    EXPECT_EQ(c.types, CStringArray({u"DZ47-60/2P", u"JL-8GA", u"{\\fArial;NSX100F}"}));
+    EXPECT_EQ(c.codes, CStringArray({u"ZK-0601", u"JL-8GA", u"SK-100"}));
+    EXPECT_EQ(c.prices, CStringArray({u"12.5", u"", u""}));
+    // The second row's name cell has no back link.
+    EXPECT_EQ(c.names, CStringArray({u"微型断路器", u"", u"塑壳断路器"}));
+    EXPECT_EQ(c.counts, CStringArray({u"2", u"3", u"1"}));
+    EXPECT_EQ(c.notes, CStringArray({u"", u"过流", u""}));
+    EXPECT_EQ(c.kinds, CStringArray({u"Symb2", u"Symb2", u"Symb1"}));
+    EXPECT_EQ(c.extras, CStringArray({u"", u"", u""}));
+}
+
+TEST(ReaderFixturesTest, TitleBlocksOfALayoutDrawing) {
+    const QxDwgDatabase drawing(ReaderFixture("title_blocks.dxf"), 1);
+    ASSERT_TRUE(drawing);
+    CString number, name;
+    EXPECT_TRUE(QxGetDwgTitle(drawing.get(), number, name));
+    EXPECT_EQ(number, u"BZ-02");
+    EXPECT_EQ(name, u"柜体布置图");
+}
+
+TEST(ReaderFixturesTest, HeadCircuitsAndTheirBoms) {
+    const CString path = ReaderFixture("primary_diagram.dxf");
+    const QxDwgDatabase drawing(path, 1);
+    ASSERT_TRUE(drawing);
+    bool found1 = false, foundBus = false, found2 = false;
+    CString text1, textBus, text2;
+    AcDbObjectId id1, id2, idBus;
+    QxReadSysHead(drawing.get(), found1, foundBus, found2, text1, textBus, text2, id1, id2, idBus);
+    EXPECT_EQ(text1, u"10kV");
+    EXPECT_EQ(textBus, u"TMY3x(80x8)");
+    EXPECT_EQ(text2, u"DC220V");
+
+    CString number, name;
+    EXPECT_TRUE(QxGetDwgTitle(drawing.get(), number, name));
+    EXPECT_EQ(name, u"10kV一次接线图");
+
+    CCir1AttrubuteArray circuits;
+    acdbHostApplicationServices()->setWorkingDatabase(drawing.get());
+    QxGetPrimaryCircuits(path, 1, circuits);
+    acdbHostApplicationServices()->setWorkingDatabase(nullptr);
+    ASSERT_EQ(circuits.GetSize(), 4);
+    const CCir1Attrubute& k01 = *circuits[0];
+    EXPECT_EQ(k01.No, u"K01");
+    EXPECT_EQ(k01.RatedCurrent, u"1250A");
+    EXPECT_EQ(k01.CircuitName, u"进线一");
+    // The secondary drawing moved with the project: found again below the primary drawing's folder.
+    EXPECT_EQ(k01.SecondaryDrawings, ReaderFixture("K01/K01_secondary.dwg"));
+    EXPECT_EQ(circuits[1]->No, u"K02(1)");
+    EXPECT_EQ(circuits[1]->CarAssembly1, u"C-02");
+    EXPECT_EQ(circuits[1]->Handles.GetSize(), 2);
+    EXPECT_EQ(circuits[3]->No, u"");
+    EXPECT_EQ(circuits[3]->DwgPaths, CStringArray({path}));
+
+    // The BOM of each circuit: the record on the reference, the nested symbol, the marker's record.
+    const char16_t* firstTypes[] = {u"VS1-12/1250", u"VS1-12", u"JDZ10-10", u"VS1-12"};
+    for (int i = 0; i < circuits.GetSize(); ++i) {
+        AcDbObjectId id;
+        ASSERT_TRUE(QxHandleToId(drawing.get(), circuits[i]->Handles[0], id));
+        AcDbObjectPointer<AcDbBlockReference> reference(id, AcDb::kForRead);
+        ASSERT_TRUE(reference);
+        CStringArray types, codes, names, counts, prices, info;
+        EXPECT_TRUE(QxGetCircuitBom(reference.get(), types, codes, names, counts, prices, info));
+        ASSERT_FALSE(types.IsEmpty());
+        EXPECT_EQ(types[0], firstTypes[i]);
+        EXPECT_EQ(prices.GetSize(), types.GetSize());
+    }
+    QxFreeCircuits(circuits);
+}
