@@ -5,6 +5,7 @@
 #include "drawing/bom/DwgBomRows.h"
 #include "drawing/title/TitleBlock.h"
 #include "support/FileSystem.h"
+#include "support/FileUtils.h"
 #include "support/PathText.h"
 
 #include <memory>
@@ -27,7 +28,7 @@ void removeRow(CBomOfDwg& rows, int j) {
 
 void QxReadReferDrawing(CDrawerInfo& source) {
     const CString path = source.m_strDrawing;
-    if (path.IsEmpty() || !QxFs::Exists(path) || QxFs::IsFolder(path)) return;
+    if (path.IsEmpty() || !FileExists(path) || QxFs::IsFolder(path)) return;
     QxFreeBomOfDwgs(source.m_arrDwgBoms);
 
     auto rows = std::make_unique<CBomOfDwg>();

@@ -54,6 +54,9 @@ CabinetDifference compareCabinets(const CReferSourceGroupInfo& a, const CReferSo
 } // namespace
 
 bool QxCheckCabinetsEqual(int first, int second) {
+    // Indexes that name no group compare nothing.
+    const int count = g_arrReferGroups.GetSize();
+    if (first < 0 || second < 0 || first >= count || second >= count) return true;
     const CReferSourceGroupInfo& a = *g_arrReferGroups[first];
     const CReferSourceGroupInfo& b = *g_arrReferGroups[second];
     const CabinetDifference difference = compareCabinets(a, b);

@@ -283,4 +283,13 @@ TEST_F(AssemblyTest, ReferDrawingNeedsOneExistingFile) {
     ASSERT_EQ(drawer.m_arrDwgBoms.GetSize(), 1);
     EXPECT_EQ(drawer.m_arrDwgBoms[0]->Labels, (CStringArray{u"1QF"}));
     EXPECT_EQ(drawer.m_arrDwgBoms[0]->Path, drawer.m_strDrawing);
+
+    // A drawing that does not open gives no rows, and its file name stands in for the titles.
+    m_folder.writeFile("Station/Secondary/Broken.dwg", "AC1032 not DXF");
+    drawer.m_strDrawing = station() + u"Secondary\\Broken.dwg";
+    QxReadReferDrawing(drawer);
+    ASSERT_EQ(drawer.m_arrDwgBoms.GetSize(), 1);
+    EXPECT_TRUE(drawer.m_arrDwgBoms[0]->Labels.IsEmpty());
+    EXPECT_EQ(drawer.m_strTitleNo, u"Broken");
+    EXPECT_TRUE(drawer.m_strTitleName.IsEmpty());
 }

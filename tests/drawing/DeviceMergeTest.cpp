@@ -174,7 +174,11 @@ TEST_F(DeviceMergeTest, EachFailureOfTheCheckShowsItsMessageAndRaisesTheFlag) {
          [](CReferSourceGroupInfo& b) { addDrawer(b, u"3", {}); }},
         // A second drawer with fewer parts than the first.
         {u"屏柜 %s 和屏柜 %s 内容应该一致，但是现在不一致，一次元件内容不一样，请检查一次系统图。",
-         [](CReferSourceGroupInfo& b) { b.m_arrDrawers[0]->m_arrParts.RemoveAt(1); }},
+         [](CReferSourceGroupInfo& b) {
+             CReferSourcePartArray& parts = b.m_arrDrawers[0]->m_arrParts;
+             delete parts[1];
+             parts.RemoveAt(1);
+         }},
         {u"屏柜 %s 和屏柜 %s 内容应该一致，但是现在不一致，关联二次明细文件不同，请检查一次系统图。",
          [](CReferSourceGroupInfo& b) { b.m_arrDrawers[1]->m_strDrawing = u"D:\\other.dwg"; }},
     };
