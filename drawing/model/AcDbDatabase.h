@@ -53,12 +53,18 @@ public:
     // Drops every object: the state of a database made without a default drawing.
     void clear();
 
+    // Counts changes that may move geometry (entities appended or erased, objects opened for write);
+    // cached extents of block definitions are valid for one generation only.
+    std::uint64_t geometryGeneration() const { return m_geometryGeneration; }
+    void noteGeometryChange() { ++m_geometryGeneration; }
+
 private:
     void buildDefaultDrawing();
 
     std::vector<std::unique_ptr<AcDbObject>> m_objects;
     std::unordered_map<std::uint64_t, AcDbObject*> m_byHandle;
     AcDbHandle m_handseed{1};
+    std::uint64_t m_geometryGeneration = 1;
     AcDbObjectId m_blockTable;
     AcDbObjectId m_namedObjects;
     CString m_fileName;

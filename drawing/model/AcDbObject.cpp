@@ -1,13 +1,22 @@
 // What every object of a drawing has.
 #include "drawing/model/AcDbObject.h"
 
+#include "drawing/model/AcDbDatabase.h"
+
 #include <algorithm>
 
 AcDbObject::~AcDbObject() = default;
 
 Acad::ErrorStatus AcDbObject::erase(bool erasing) {
     m_erased = erasing;
+    if (m_database != nullptr) m_database->noteGeometryChange();
     return Acad::eOk;
+}
+
+void AcDbObject::upgradeOpen() {
+    m_writeEnabled = true;
+    // Whoever writes may move geometry that cached extents hold.
+    if (m_database != nullptr) m_database->noteGeometryChange();
 }
 
 Acad::ErrorStatus AcDbObject::close() {

@@ -38,7 +38,7 @@ public:
     // Closing ends a write; there is nothing to release.
     Acad::ErrorStatus close();
     bool isWriteEnabled() const { return m_writeEnabled; }
-    void upgradeOpen() { m_writeEnabled = true; }
+    void upgradeOpen();
 
     // A new chain with the 1001 item and the items of that application (names compared ignoring case),
     // or null. A null or empty name gives the xdata of every application, one after the other.
@@ -58,7 +58,7 @@ public:
 
     // For the database that takes the object in.
     void attachTo(AcDbDatabase* database, AcDbHandle handle) { m_database = database; m_handle = handle; }
-    void setOpenedForWrite(bool write) { if (write) m_writeEnabled = true; }
+    void setOpenedForWrite(bool write) { if (write) upgradeOpen(); }
 
 private:
     AcDbDatabase* m_database = nullptr;
