@@ -117,16 +117,16 @@ void DxfBuilder::append(AcDbBlockTableRecord* record, AcDbEntity* entity) {
 
 void DxfBuilder::closePolyline() {
     m_openPolyline = nullptr;
+    m_openSpaceVertices = nullptr;
 }
 
 void DxfBuilder::readEntity(const DxfRecord& record, bool inBlocks) {
     const std::string_view type = record.type;
     if (type == "VERTEX" || type == "SEQEND" || type == "ATTRIB") {
         if (type == "SEQEND") closePolyline();
-        if (type == "VERTEX" && m_openPolyline != nullptr) {
-            DxfValues values(m_decoder);
-            AddDxfVertex(*m_openPolyline, record, values);
-        }
+        DxfValues values(m_decoder);
+        if (type == "VERTEX" && m_openPolyline != nullptr) AddDxfVertex(*m_openPolyline, record, values);
+        if (type == "VERTEX" && m_openSpaceVertices != nullptr) AddDxfSpaceVertex(*m_openSpaceVertices, record, values);
         return;
     }
     closePolyline();
@@ -146,6 +146,7 @@ void DxfBuilder::readEntity(const DxfRecord& record, bool inBlocks) {
     if (auto* insert = AcDbBlockReference::cast(entity)) m_inserts.push_back({insert, read.blockName});
     if (type == "POLYLINE") {
         m_openPolyline = AcDbPolyline::cast(entity);
+        m_openSpaceVertices = dynamic_cast<AcDbSpaceVertices*>(entity);
     }
 }
 

@@ -54,6 +54,7 @@ private:
     AcDbBlockTable* m_blockTable = nullptr;
     AcDbBlockTableRecord* m_currentBlock = nullptr;
     AcDbPolyline* m_openPolyline = nullptr;
+    AcDbSpaceVertices* m_openSpaceVertices = nullptr;
     bool m_namedObjectsSeen = false;
     std::vector<std::unique_ptr<AcDbObject>> m_withoutHandle;
     std::vector<PendingEntries> m_entries;

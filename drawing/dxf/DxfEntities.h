@@ -2,6 +2,7 @@
 #pragma once
 
 #include "drawing/dxf/DxfContext.h"
+#include "drawing/model/AcDb3dPolyline.h"
 #include "drawing/model/AcDbEntity.h"
 #include "drawing/model/AcDbPolyline.h"
 
@@ -17,3 +18,5 @@ struct DxfEntityRead {
 DxfEntityRead ReadDxfEntity(const DxfRecord& record, size_t bodyEnd, DxfValues& values);
 // Adds a VERTEX record to an old-style polyline; false when the record is bad.
 bool AddDxfVertex(AcDbPolyline& polyline, const DxfRecord& record, DxfValues& values);
+// Adds a VERTEX record to a 3D polyline or a mesh: a point, or a face of a polyface mesh.
+bool AddDxfSpaceVertex(AcDbSpaceVertices& owner, const DxfRecord& record, DxfValues& values);

@@ -32,20 +32,22 @@ bool DxfLoader::fail(DxfLoadStatus status) {
     return false;
 }
 
+// Comments (999) may stand anywhere and are no data.
 bool DxfLoader::readTag(DxfTag& tag) {
     if (m_hasPending) {
         tag = m_pending;
         m_hasPending = false;
         return true;
     }
-    return m_tokenizer.next(tag);
+    while (m_tokenizer.next(tag))
+        if (tag.code != 999) return true;
+    return false;
 }
 
 // Outside sections: comments, the start of the next section, or the end of the file.
 bool DxfLoader::enterSection() {
     DxfTag tag;
     while (readTag(tag)) {
-        if (tag.code == 999) continue;
         const std::string_view value = trimmedValue(tag.value);
         if (tag.code == 0 && value == "EOF") {
             m_finished = true;

@@ -2,6 +2,7 @@
 #include "drawing/dxf/DxfTokenizer.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstring>
 
 namespace {
@@ -47,7 +48,8 @@ bool ParseDxfDouble(std::string_view text, double& value) {
     if (!text.empty() && text.front() == '+') text.remove_prefix(1);
     if (text.empty()) return false;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    return result.ec == std::errc() && result.ptr == text.data() + text.size();
+    // "nan" and "inf" are numbers to from_chars, but no coordinate a drawing can hold.
+    return result.ec == std::errc() && result.ptr == text.data() + text.size() && std::isfinite(value);
 }
 
 bool ParseDxfInt(std::string_view text, long long& value) {

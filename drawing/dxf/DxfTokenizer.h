@@ -30,6 +30,7 @@ private:
     bool m_failed = false;
 };
 
-// Values of tags, read without regard to the locale; blanks around a number are allowed.
+// Values of tags, read without regard to the locale; blanks around a number are allowed. A real must be
+// finite.
 bool ParseDxfDouble(std::string_view text, double& value);
 bool ParseDxfInt(std::string_view text, long long& value);

@@ -14,7 +14,8 @@ RbKind RbKindOf(int code) {
     case RTSTR: return RbKind::Text;
     default: break;
     }
-    if (code >= 10 && code <= 39) return RbKind::Point;
+    if (code >= 10 && code <= 37) return RbKind::Point;
+    if (code == 38 || code == 39) return RbKind::Real;  // elevation and thickness
     if (code >= 40 && code <= 59) return RbKind::Real;
     if (code >= 60 && code <= 79) return RbKind::Int16;
     if (code >= 90 && code <= 99) return RbKind::Int32;

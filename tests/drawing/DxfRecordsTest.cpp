@@ -126,3 +126,38 @@ TEST(DxfRecordsTest, XrecordDataAndXDataGroups) {
     EXPECT_EQ(app->items, (ResItems{ResItem::text(1002, u"{"), ResItem::text(1000, u"in"), ResItem::text(1002, u"}"),
                                     ResItem::point(1011, {7, 8, 9}), ResItem::text(1004, u"0A0B")}));
 }
+
+TEST(DxfRecordsTest, CommentsInsideRecordsAreNoData) {
+    AcDbDatabase db(false, true);
+    const std::string text = dxf({
+                  {0, "SECTION"}, {2, "OBJECTS"},
+                  {0, "DICTIONARY"}, {5, "C"}, {330, "0"}, {100, "AcDbDictionary"}, {3, "A"}, {999, "between"},
+                  {350, "D"},
+                  {0, "XRECORD"}, {5, "D"}, {330, "C"}, {100, "AcDbXrecord"}, {280, "1"}, {1, "x"},
+                  {999, "not an item"}, {1, "y"}, {1001, "APP"}, {999, "nor xdata"}, {1000, "z"},
+                  {0, "ENDSEC"}, {0, "EOF"}});
+    ASSERT_EQ(ReadDxfText(text, db), DxfLoadStatus::Ok);
+    EXPECT_EQ(XrecordItems(db.namedObjectsDictionaryId(), u"A"), DrawingBuilder::TextItems(1, {u"x", u"y"}));
+}
+
+TEST(DxfRecordsTest, CoordinatesThatAreNoNumbersRefuseTheirRecord) {
+    for (const char* bad : {"nan", "NaN", "inf", "-inf", "infinity", "1e999"}) {
+        SCOPED_TRACE(bad);
+        AcDbDatabase db(false, true);
+        ASSERT_EQ(ReadDxfText(dxf(entities({
+                      {0, "LINE"}, {10, "0"}, {20, bad}, {11, "1"}, {21, "1"},
+                      {0, "TEXT"}, {10, "1"}, {20, "2"}, {40, bad}, {1, "height"},
+                      {0, "INSERT"}, {2, "B"}, {10, "3"}, {20, "4"}, {50, bad},
+                      {0, "TEXT"}, {10, "5"}, {20, "6"}, {1, "kept"},
+                      {0, "POLYLINE"}, {70, "8"}, {0, "VERTEX"}, {10, "1"}, {20, "2"}, {30, bad},
+                      {0, "VERTEX"}, {10, "1"}, {20, "2"}, {30, "3"}, {0, "SEQEND"},
+                  })), db),
+                  DxfLoadStatus::Ok);
+        const auto all = EntitiesOf(db.modelSpaceId());
+        ASSERT_EQ(all.size(), 2u);
+        EXPECT_EQ(AcDbText::cast(all[0])->textString(), u"kept");
+        const auto* space = AcDb3dPolyline::cast(all[1]);
+        ASSERT_NE(space, nullptr);
+        EXPECT_EQ(space->numVerts(), 1u);
+    }
+}
