@@ -22,7 +22,8 @@ bool isRecordStart(const DxfTag& tag, bool header) {
 
 } // namespace
 
-DxfLoader::DxfLoader(std::string_view text) : m_tokenizer(withoutBom(text)) {
+DxfLoader::DxfLoader(std::string_view text, DxfTextFeed* feed) : m_tokenizer(text, feed) {
+    m_tokenizer.skipByteOrderMark();
     if (withoutBom(text).starts_with(kBinarySentinel)) fail(DxfLoadStatus::Binary);
 }
 

@@ -15,11 +15,28 @@ std::string_view trimmed(std::string_view text) {
 
 } // namespace
 
+void DxfTokenizer::skipByteOrderMark() {
+    if (m_pos == 0 && m_text.starts_with("\xEF\xBB\xBF")) m_pos = 3;
+}
+
+bool DxfTokenizer::moreText() {
+    if (m_feed == nullptr) return false;
+    const size_t before = m_text.size();
+    m_text = m_feed->more();
+    return m_text.size() > before;
+}
+
 bool DxfTokenizer::readLine(std::string_view& line) {
-    if (m_pos >= m_text.size()) return false;
+    if (m_pos >= m_text.size() && !moreText()) return false;
+    const void* newline = nullptr;
+    size_t searched = m_pos;
+    // A line that runs past what has arrived waits for more; only the new bytes are searched again.
+    while ((newline = std::memchr(m_text.data() + searched, '\n', m_text.size() - searched)) == nullptr) {
+        searched = m_text.size();
+        if (!moreText()) break;
+    }
     const char* start = m_text.data() + m_pos;
     const size_t left = m_text.size() - m_pos;
-    const void* newline = std::memchr(start, '\n', left);
     const size_t length = newline ? static_cast<size_t>(static_cast<const char*>(newline) - start) : left;
     line = std::string_view(start, length);
     if (!line.empty() && line.back() == '\r') line.remove_suffix(1);

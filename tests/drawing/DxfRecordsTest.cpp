@@ -1,5 +1,6 @@
 // The DXF reader on small hand-written files: the file frame, sequences, groups that are easy to misread.
 #include "DxfFixtures.h"
+#include "common/TempFolder.h"
 #include "drawing/dxf/DxfReader.h"
 
 #include <gtest/gtest.h>
@@ -160,4 +161,41 @@ TEST(DxfRecordsTest, CoordinatesThatAreNoNumbersRefuseTheirRecord) {
         ASSERT_NE(space, nullptr);
         EXPECT_EQ(space->numVerts(), 1u);
     }
+}
+
+// A file is read piece by piece, and what lies behind is given back: records and lines that straddle
+// the pieces, and a line longer than many pieces, must come out as when the whole text is at hand.
+TEST(DxfRecordsTest, LargeFilesReadPieceByPieceAsTheWholeText) {
+    Pairs body;
+    for (int i = 0; i < 120000; ++i) {
+        body.insert(body.end(), {{0, "TEXT"}, {1, "t" + std::to_string(i)}, {10, std::to_string(i)}, {20, "0.5"},
+                                 {1001, "QX_APP"}, {1000, std::string(static_cast<size_t>(i % 50), 'x')}});
+    }
+    const std::string longLine(5 * 1024 * 1024 + 17, 'L');
+    body.insert(body.end(), {{0, "MTEXT"}, {3, longLine}, {1, "end"}});
+    const std::string text = "\xEF\xBB\xBF" + dxf(entities(body), "\r\n");
+    ASSERT_GT(text.size(), 8u * 1024 * 1024);
+    TempFolder folder;
+    folder.writeFile("large.dxf", text);
+
+    AcDbDatabase whole(false, true);
+    ASSERT_EQ(ReadDxfText(text, whole), DxfLoadStatus::Ok);
+    AcDbDatabase pieces(false, true);
+    ASSERT_EQ(pieces.readDwgFile(folder.logic() + u"large.dxf"), Acad::eOk);
+
+    const auto expected = EntitiesOf(whole.modelSpaceId());
+    const auto read = EntitiesOf(pieces.modelSpaceId());
+    ASSERT_EQ(read.size(), 120001u);
+    ASSERT_EQ(read.size(), expected.size());
+    for (size_t i = 0; i < read.size(); i += 997) {
+        const auto* a = AcDbText::cast(expected[i]);
+        const auto* b = AcDbText::cast(read[i]);
+        ASSERT_TRUE(a && b) << i;
+        EXPECT_EQ(b->textString(), a->textString());
+        EXPECT_EQ(b->position(), a->position());
+        EXPECT_EQ(FirstXDataText(b, u"QX_APP"), FirstXDataText(a, u"QX_APP"));
+    }
+    const auto* last = AcDbMText::cast(read.back());
+    ASSERT_NE(last, nullptr);
+    EXPECT_EQ(last->contents(), CString(longLine + "end"));
 }
