@@ -111,7 +111,7 @@ ResItems ReadResItems(const std::vector<DxfTag>& tags, size_t begin, size_t end,
     return items;
 }
 
-std::vector<XDataApp> ReadXData(const DxfRecord& record, size_t begin, DxfValues& values) {
+std::vector<XDataApp> ReadXData(const DxfRecord& record, size_t begin, DxfValues& values, AcDbNamePool& names) {
     std::vector<XDataApp> apps;
     const auto& tags = record.tags;
     size_t i = begin;
@@ -120,14 +120,12 @@ std::vector<XDataApp> ReadXData(const DxfRecord& record, size_t begin, DxfValues
             ++i;
             continue;
         }
-        XDataApp app;
-        app.name = values.text(tags[i]);
         size_t end = i + 1;
         while (end < tags.size() && tags[end].code != 1001) ++end;
-        app.items = ReadResItems(tags, i + 1, end, values);
+        ResItems items = ReadResItems(tags, i + 1, end, values);
         // Only groups of 1000 and above belong to xdata; anything else behind a 1001 is passed over.
-        std::erase_if(app.items, [](const ResItem& item) { return item.code() < 1000; });
-        apps.push_back(std::move(app));
+        std::erase_if(items, [](const ResItem& item) { return item.code() < 1000; });
+        apps.push_back({names.intern(values.text(tags[i]).view()), std::move(items)});
         i = end;
     }
     return apps;

@@ -4,6 +4,7 @@
 
 #include "drawing/dxf/DxfLoader.h"
 #include "drawing/dxf/DxfTextDecoder.h"
+#include "drawing/model/AcDbNamePool.h"
 #include "drawing/model/AcDbObject.h"
 
 #include <vector>
@@ -40,7 +41,8 @@ DxfCommonGroups ReadCommonGroups(const DxfRecord& record);
 // are normalised to upper-case hexadecimal without leading zeros.
 ResItems ReadResItems(const std::vector<DxfTag>& tags, size_t begin, size_t end, DxfValues& values);
 // The xdata of a record, from its first 1001 tag on, per application in order.
-std::vector<XDataApp> ReadXData(const DxfRecord& record, size_t begin, DxfValues& values);
+// Application names are kept in `names`.
+std::vector<XDataApp> ReadXData(const DxfRecord& record, size_t begin, DxfValues& values, AcDbNamePool& names);
 
 // Accumulates a point from the groups base, base + 10 and base + 20.
 bool TakePointGroup(const DxfTag& tag, int base, AcGePoint3d& point, DxfValues& values);

@@ -15,6 +15,7 @@ void AcDbDatabase::clear() {
     m_handseed = AcDbHandle(1);
     m_blockTable = {};
     m_namedObjects = {};
+    m_names = AcDbNamePool();
 }
 
 void AcDbDatabase::buildDefaultDrawing() {

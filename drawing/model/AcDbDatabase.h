@@ -3,6 +3,7 @@
 
 #include "drawing/model/AcDbBlockTable.h"
 #include "drawing/model/AcDbDictionary.h"
+#include "drawing/model/AcDbNamePool.h"
 
 #include <memory>
 #include <unordered_map>
@@ -53,6 +54,9 @@ public:
     // Drops every object: the state of a database made without a default drawing.
     void clear();
 
+    // Names that objects share: xdata applications, layers, dictionary entries.
+    AcDbNamePool& names() { return m_names; }
+
     // Counts changes that may move geometry (entities appended or erased, objects opened for write);
     // cached extents of block definitions are valid for one generation only.
     std::uint64_t geometryGeneration() const { return m_geometryGeneration; }
@@ -68,4 +72,5 @@ private:
     AcDbObjectId m_blockTable;
     AcDbObjectId m_namedObjects;
     CString m_fileName;
+    AcDbNamePool m_names;
 };
