@@ -27,7 +27,8 @@ AcDbObjectId DxfBuilder::adopt(std::unique_ptr<AcDbObject> object, AcDbHandle ha
 }
 
 void DxfBuilder::attachCommon(AcDbObject& object, const DxfCommonGroups& common, std::vector<XDataApp> xdata) {
-    if (!common.owner.isNull()) m_owners.push_back({&object, common.owner});
+    // Entities keep the record they are appended to.
+    if (!common.owner.isNull() && AcDbEntity::cast(&object) == nullptr) m_owners.push_back({&object, common.owner});
     if (!common.extensionDictionary.isNull()) m_extensionDictionaries.push_back({&object, common.extensionDictionary});
     if (!xdata.empty()) object.setXDataApps(std::move(xdata));
 }
@@ -115,6 +116,22 @@ void DxfBuilder::append(AcDbBlockTableRecord* record, AcDbEntity* entity) {
     record->appendExistingEntity(entity->objectId());
 }
 
+const CString& DxfBuilder::layerNamed(std::string_view bytes) {
+    // Entities mostly follow others of their layer: the last name read is kept.
+    if (m_lastLayer == nullptr || bytes != m_lastLayerBytes) {
+        m_lastLayerBytes = bytes;
+        m_lastLayer = &m_database.names().intern(m_decoder.decode(bytes).view());
+    }
+    return *m_lastLayer;
+}
+
+void DxfBuilder::resolveInsert(AcDbBlockReference& insert, const CString& blockName) {
+    // Blocks are mostly defined before they are inserted; the others are looked up at the end.
+    AcDbObjectId block;
+    if (m_blockTable->getAt(blockName, block) == Acad::eOk) return insert.setBlockTableRecord(block);
+    m_inserts.push_back({&insert, blockName});
+}
+
 void DxfBuilder::closePolyline() {
     m_openPolyline = nullptr;
     m_openSpaceVertices = nullptr;
@@ -141,9 +158,10 @@ void DxfBuilder::readEntity(const DxfRecord& record, bool inBlocks) {
     if (values.bad()) return;  // an xdata number that is none: the entity is passed over whole
     attachCommon(*entity, common, std::move(xdata));
     AcDbBlockTableRecord* owner = inBlocks ? m_currentBlock : layoutForEntity(*entity, common.owner);
+    if (!read.layer.empty()) entity->setPooledLayer(layerNamed(read.layer));
     adopt(std::move(read.entity), common.handle);
     append(owner, entity);
-    if (auto* insert = AcDbBlockReference::cast(entity)) m_inserts.push_back({insert, read.blockName});
+    if (auto* insert = AcDbBlockReference::cast(entity)) resolveInsert(*insert, read.blockName);
     if (type == "POLYLINE") {
         m_openPolyline = AcDbPolyline::cast(entity);
         m_openSpaceVertices = dynamic_cast<AcDbSpaceVertices*>(entity);
@@ -164,18 +182,18 @@ void DxfBuilder::readObject(const DxfRecord& record) {
 
 void DxfBuilder::readDictionary(const DxfRecord& record, const DxfCommonGroups& common, DxfValues& values) {
     auto dictionary = std::make_unique<AcDbDictionary>();
-    PendingEntries pending{dictionary.get(), {}};
+    std::vector<PendingEntry> pending;
     bool inBody = false;
-    CString name;
+    const CString* name = &m_database.names().intern({});
     for (size_t i = 0; i < common.bodyEnd; ++i) {
         const DxfTag& tag = record.tags[i];
         if (tag.code == 100 && tag.value.starts_with("AcDbDictionary")) inBody = true;
         if (!inBody) continue;
-        if (tag.code == 3) name = values.text(tag);
+        if (tag.code == 3) name = &m_database.names().intern(values.text(tag).view());
         if (tag.code == 350 || tag.code == 360) {
             AcDbHandle target;
             AcDbHandle::parse(tag.value, target);
-            pending.entries.emplace_back(name, target);
+            pending.push_back({dictionary.get(), name, target});
         }
     }
     auto xdata = ReadXData(record, common.bodyEnd, values, m_database.names());
@@ -186,7 +204,7 @@ void DxfBuilder::readDictionary(const DxfRecord& record, const DxfCommonGroups& 
         m_namedObjectsSeen = true;
         m_database.setNamedObjectsDictionaryId(dictionary->objectId());
     }
-    m_entries.push_back(std::move(pending));
+    m_entries.insert(m_entries.end(), pending.begin(), pending.end());
     adopt(std::move(dictionary), common.handle);
 }
 
@@ -230,13 +248,9 @@ void DxfBuilder::finish() {
         m_database.getAcDbObjectId(id, false, handle);
         return id;
     };
-    for (const PendingLink& link : m_owners) {
-        // Entities keep the record they were appended to.
-        if (AcDbEntity::cast(link.object) == nullptr) link.object->setOwnerId(resolve(link.target));
-    }
+    for (const PendingLink& link : m_owners) link.object->setOwnerId(resolve(link.target));
     for (const PendingLink& link : m_extensionDictionaries) link.object->setExtensionDictionary(resolve(link.target));
-    for (const PendingEntries& pending : m_entries)
-        for (const auto& [name, handle] : pending.entries) pending.dictionary->addEntry(name, resolve(handle));
+    for (const PendingEntry& entry : m_entries) entry.dictionary->addEntry(*entry.name, resolve(entry.target));
     for (const PendingInsert& pending : m_inserts) {
         AcDbObjectId block;
         m_blockTable->getAt(pending.blockName, block);

@@ -6,6 +6,8 @@
 #include "drawing/model/AcDb.h"
 
 #include <memory>
+#include <string>
+#include <string_view>
 #include <vector>
 
 class DxfBuilder {
@@ -19,9 +21,10 @@ public:
     void finish();
 
 private:
-    struct PendingEntries {
+    struct PendingEntry {
         AcDbDictionary* dictionary;
-        std::vector<std::pair<CString, AcDbHandle>> entries;
+        const CString* name;  // in the database's pool
+        AcDbHandle target;
     };
     struct PendingInsert {
         AcDbBlockReference* insert;
@@ -48,6 +51,9 @@ private:
     AcDbBlockTableRecord* recordNamed(const CString& name, AcDbHandle handle);
     AcDbBlockTableRecord* layoutForEntity(const AcDbEntity& entity, AcDbHandle owner) const;
     void append(AcDbBlockTableRecord* record, AcDbEntity* entity);
+    void resolveInsert(AcDbBlockReference& insert, const CString& blockName);
+    // A layer's name, decoded and shared through the database's pool.
+    const CString& layerNamed(std::string_view bytes);
 
     AcDbDatabase& m_database;
     DxfTextDecoder m_decoder;
@@ -56,8 +62,10 @@ private:
     AcDbPolyline* m_openPolyline = nullptr;
     AcDbSpaceVertices* m_openSpaceVertices = nullptr;
     bool m_namedObjectsSeen = false;
+    std::string m_lastLayerBytes;
+    const CString* m_lastLayer = nullptr;
     std::vector<std::unique_ptr<AcDbObject>> m_withoutHandle;
-    std::vector<PendingEntries> m_entries;
+    std::vector<PendingEntry> m_entries;
     std::vector<PendingInsert> m_inserts;
     std::vector<PendingLink> m_owners;
     std::vector<PendingLink> m_extensionDictionaries;

@@ -23,7 +23,6 @@ AcGePoint3d toWorld(const AcGeVector3d& normal, const AcGePoint3d& ocsPoint) {
 
 void readEntityGroups(const DxfTag& tag, AcDbEntity& entity, DxfValues& values) {
     switch (tag.code) {
-    case 8: entity.setLayer(values.text(tag)); break;
     case 62: entity.setColorIndex(static_cast<int>(values.integer(tag))); break;
     case 60: entity.setVisibility(values.integer(tag) != 0 ? AcDb::kInvisible : AcDb::kVisible); break;
     case 67: entity.setPaperSpaceFlag(values.integer(tag) != 0); break;
@@ -231,7 +230,10 @@ std::unique_ptr<AcDbEntity> readByKind(const DxfRecord& record, size_t end, DxfV
 DxfEntityRead ReadDxfEntity(const DxfRecord& record, size_t bodyEnd, DxfValues& values) {
     DxfEntityRead read;
     auto entity = readByKind(record, bodyEnd, values, read.blockName);
-    for (size_t i = 0; i < bodyEnd; ++i) readEntityGroups(record.tags[i], *entity, values);
+    for (size_t i = 0; i < bodyEnd; ++i) {
+        readEntityGroups(record.tags[i], *entity, values);
+        if (record.tags[i].code == 8) read.layer = record.tags[i].value;
+    }
     if (!values.bad()) read.entity = std::move(entity);
     return read;
 }

@@ -11,6 +11,7 @@
 struct DxfEntityRead {
     std::unique_ptr<AcDbEntity> entity;  // null when the record is bad
     CString blockName;                   // of an INSERT, resolved once every block is known
+    std::string_view layer;              // the bytes of the layer's name; empty for layer "0"
 };
 
 // Any entity record but the parts of sequences (VERTEX, SEQEND, ATTRIB); kinds the model does not know

@@ -4,9 +4,9 @@
 #include "drawing/model/AcDbBlockTable.h"
 #include "drawing/model/AcDbDictionary.h"
 #include "drawing/model/AcDbNamePool.h"
+#include "drawing/model/AcDbObjectTable.h"
 
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 class QX_API AcDbDatabase {
@@ -65,12 +65,11 @@ public:
 private:
     void buildDefaultDrawing();
 
-    std::vector<std::unique_ptr<AcDbObject>> m_objects;
-    std::unordered_map<std::uint64_t, AcDbObject*> m_byHandle;
+    AcDbNamePool m_names;  // before the objects, which refer to its names
+    AcDbObjectTable m_objects;
     AcDbHandle m_handseed{1};
     std::uint64_t m_geometryGeneration = 1;
     AcDbObjectId m_blockTable;
     AcDbObjectId m_namedObjects;
     CString m_fileName;
-    AcDbNamePool m_names;
 };

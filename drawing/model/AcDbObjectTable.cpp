@@ -1,0 +1,53 @@
+// The object table.
+#include "drawing/model/AcDbObjectTable.h"
+
+namespace {
+
+// Handles are often consecutive: a multiplicative hash spreads them over the table.
+size_t hashOf(std::uint64_t handle) {
+    return static_cast<size_t>((handle * 0x9E3779B97F4A7C15ULL) >> 16);
+}
+
+} // namespace
+
+size_t AcDbObjectTable::slotOf(std::uint64_t handle) const {
+    const size_t mask = m_slots.size() - 1;
+    size_t slot = hashOf(handle) & mask;
+    while (m_slots[slot] != nullptr && m_slots[slot]->objectHandle().value() != handle) slot = (slot + 1) & mask;
+    return slot;
+}
+
+AcDbObject* AcDbObjectTable::find(std::uint64_t handle) const {
+    if (m_slots.empty()) return nullptr;
+    return m_slots[slotOf(handle)];
+}
+
+void AcDbObjectTable::insert(AcDbObject* object) {
+    // At most three quarters full, so that probes stay short.
+    if (4 * (m_count + 1) > 3 * m_slots.size()) grow(m_slots.empty() ? 64 : 2 * m_slots.size());
+    m_slots[slotOf(object->objectHandle().value())] = object;
+    ++m_count;
+}
+
+void AcDbObjectTable::reserve(size_t count) {
+    size_t slots = m_slots.empty() ? 64 : m_slots.size();
+    while (4 * count > 3 * slots) slots *= 2;
+    if (slots > m_slots.size()) grow(slots);
+}
+
+void AcDbObjectTable::grow(size_t slots) {
+    std::vector<AcDbObject*> old(slots, nullptr);
+    old.swap(m_slots);
+    for (AcDbObject* object : old)
+        if (object != nullptr) m_slots[slotOf(object->objectHandle().value())] = object;
+}
+
+void AcDbObjectTable::clear() {
+    for (AcDbObject*& object : m_slots) {
+        delete object;
+        object = nullptr;
+    }
+    m_slots.clear();
+    m_slots.shrink_to_fit();
+    m_count = 0;
+}
