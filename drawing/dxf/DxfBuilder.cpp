@@ -11,7 +11,7 @@ bool isPaperSpaceName(const CString& name) {
 
 } // namespace
 
-DxfBuilder::DxfBuilder(AcDbDatabase& database) : m_database(database) {
+DxfBuilder::DxfBuilder(AcDbDatabase& database) : m_database(database), m_names(database.names(), m_decoder) {
     m_database.clear();
     auto table = std::make_unique<AcDbBlockTable>();
     m_blockTable = table.get();
@@ -46,6 +46,7 @@ void DxfBuilder::readHeader(const DxfRecord& record) {
     for (const DxfTag& tag : record.tags) {
         if (record.type == "$ACADVER" && tag.code == 1) m_decoder.setVersion(tag.value);
         if (record.type == "$DWGCODEPAGE" && tag.code == 3) m_decoder.setCodePage(tag.value);
+        if (tag.code == 1 || tag.code == 3) m_names.forget();
         if (record.type == "$HANDSEED" && tag.code == 5) {
             AcDbHandle seed;
             if (AcDbHandle::parse(tag.value, seed)) m_database.setHandseed(seed);
@@ -73,7 +74,7 @@ void DxfBuilder::readTableEntry(const DxfRecord& record) {
         if (record.tags[i].code == 2) name = values.text(record.tags[i]);
     if (name.IsEmpty() || m_blockTable->has(name)) return;
     AcDbBlockTableRecord* created = recordNamed(name, common.handle);
-    auto xdata = ReadXData(record, common.bodyEnd, values, m_database.names());
+    auto xdata = ReadXData(record, common.bodyEnd, values, m_names);
     if (!values.bad()) attachCommon(*created, common, std::move(xdata));
 }
 
@@ -116,15 +117,6 @@ void DxfBuilder::append(AcDbBlockTableRecord* record, AcDbEntity* entity) {
     record->appendExistingEntity(entity->objectId());
 }
 
-const CString& DxfBuilder::layerNamed(std::string_view bytes) {
-    // Entities mostly follow others of their layer: the last name read is kept.
-    if (m_lastLayer == nullptr || bytes != m_lastLayerBytes) {
-        m_lastLayerBytes = bytes;
-        m_lastLayer = &m_database.names().intern(m_decoder.decode(bytes).view());
-    }
-    return *m_lastLayer;
-}
-
 void DxfBuilder::resolveInsert(AcDbBlockReference& insert, const CString& blockName) {
     // Blocks are mostly defined before they are inserted; the others are looked up at the end.
     AcDbObjectId block;
@@ -154,11 +146,11 @@ void DxfBuilder::readEntity(const DxfRecord& record, bool inBlocks) {
     DxfEntityRead read = ReadDxfEntity(record, common.bodyEnd, values);
     if (!read.entity) return;
     AcDbEntity* entity = read.entity.get();
-    auto xdata = ReadXData(record, common.bodyEnd, values, m_database.names());
+    auto xdata = ReadXData(record, common.bodyEnd, values, m_names);
     if (values.bad()) return;  // an xdata number that is none: the entity is passed over whole
     attachCommon(*entity, common, std::move(xdata));
     AcDbBlockTableRecord* owner = inBlocks ? m_currentBlock : layoutForEntity(*entity, common.owner);
-    if (!read.layer.empty()) entity->setPooledLayer(layerNamed(read.layer));
+    if (!read.layer.empty()) entity->setPooledLayer(m_names.name(read.layer));
     adopt(std::move(read.entity), common.handle);
     append(owner, entity);
     if (auto* insert = AcDbBlockReference::cast(entity)) resolveInsert(*insert, read.blockName);
@@ -173,7 +165,7 @@ void DxfBuilder::readObject(const DxfRecord& record) {
     const DxfCommonGroups common = ReadCommonGroups(record);
     if (record.type == "DICTIONARY" || record.type == "ACDBDICTIONARYWDFLT") return readDictionary(record, common, values);
     if (record.type == "XRECORD") return readXrecord(record, common, values);
-    auto xdata = ReadXData(record, common.bodyEnd, values, m_database.names());
+    auto xdata = ReadXData(record, common.bodyEnd, values, m_names);
     if (values.bad()) return;
     auto object = std::make_unique<AcDbUnknownObject>(record.type);
     attachCommon(*object, common, std::move(xdata));
@@ -189,14 +181,14 @@ void DxfBuilder::readDictionary(const DxfRecord& record, const DxfCommonGroups& 
         const DxfTag& tag = record.tags[i];
         if (tag.code == 100 && tag.value.starts_with("AcDbDictionary")) inBody = true;
         if (!inBody) continue;
-        if (tag.code == 3) name = &m_database.names().intern(values.text(tag).view());
+        if (tag.code == 3) name = &m_names.name(tag.value);
         if (tag.code == 350 || tag.code == 360) {
             AcDbHandle target;
             AcDbHandle::parse(tag.value, target);
             pending.push_back({dictionary.get(), name, target});
         }
     }
-    auto xdata = ReadXData(record, common.bodyEnd, values, m_database.names());
+    auto xdata = ReadXData(record, common.bodyEnd, values, m_names);
     if (values.bad()) return;
     attachCommon(*dictionary, common, std::move(xdata));
     // The first dictionary of the section, owned by nothing, is the named-object dictionary.
@@ -223,7 +215,7 @@ void DxfBuilder::readXrecord(const DxfRecord& record, const DxfCommonGroups& com
     if (begin < common.bodyEnd && record.tags[begin].code == 280) ++begin;
     auto xrecord = std::make_unique<AcDbXrecord>();
     xrecord->setItems(ReadResItems(record.tags, begin, common.bodyEnd, values));
-    auto xdata = ReadXData(record, common.bodyEnd, values, m_database.names());
+    auto xdata = ReadXData(record, common.bodyEnd, values, m_names);
     if (values.bad()) return;
     attachCommon(*xrecord, common, std::move(xdata));
     adopt(std::move(xrecord), common.handle);

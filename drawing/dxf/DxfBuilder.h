@@ -52,18 +52,15 @@ private:
     AcDbBlockTableRecord* layoutForEntity(const AcDbEntity& entity, AcDbHandle owner) const;
     void append(AcDbBlockTableRecord* record, AcDbEntity* entity);
     void resolveInsert(AcDbBlockReference& insert, const CString& blockName);
-    // A layer's name, decoded and shared through the database's pool.
-    const CString& layerNamed(std::string_view bytes);
 
     AcDbDatabase& m_database;
     DxfTextDecoder m_decoder;
+    DxfNames m_names;
     AcDbBlockTable* m_blockTable = nullptr;
     AcDbBlockTableRecord* m_currentBlock = nullptr;
     AcDbPolyline* m_openPolyline = nullptr;
     AcDbSpaceVertices* m_openSpaceVertices = nullptr;
     bool m_namedObjectsSeen = false;
-    std::string m_lastLayerBytes;
-    const CString* m_lastLayer = nullptr;
     std::vector<std::unique_ptr<AcDbObject>> m_withoutHandle;
     std::vector<PendingEntry> m_entries;
     std::vector<PendingInsert> m_inserts;

@@ -15,6 +15,20 @@ bool isPointStart(int code) {
 
 } // namespace
 
+const CString& DxfNames::name(std::string_view bytes) {
+    for (const Recent& recent : m_recent)
+        if (recent.name != nullptr && recent.bytes == bytes) return *recent.name;
+    Recent& replaced = m_recent[m_next];
+    m_next = (m_next + 1) % m_recent.size();
+    replaced.bytes = bytes;
+    replaced.name = &m_pool.intern(m_decoder.decode(bytes).view());
+    return *replaced.name;
+}
+
+void DxfNames::forget() {
+    for (Recent& recent : m_recent) recent.name = nullptr;
+}
+
 double DxfValues::real(const DxfTag& tag) {
     double value = 0.0;
     if (!ParseDxfDouble(tag.value, value)) m_bad = true;
@@ -111,7 +125,7 @@ ResItems ReadResItems(const std::vector<DxfTag>& tags, size_t begin, size_t end,
     return items;
 }
 
-std::vector<XDataApp> ReadXData(const DxfRecord& record, size_t begin, DxfValues& values, AcDbNamePool& names) {
+std::vector<XDataApp> ReadXData(const DxfRecord& record, size_t begin, DxfValues& values, DxfNames& names) {
     std::vector<XDataApp> apps;
     const auto& tags = record.tags;
     size_t i = begin;
@@ -125,7 +139,7 @@ std::vector<XDataApp> ReadXData(const DxfRecord& record, size_t begin, DxfValues
         ResItems items = ReadResItems(tags, i + 1, end, values);
         // Only groups of 1000 and above belong to xdata; anything else behind a 1001 is passed over.
         std::erase_if(items, [](const ResItem& item) { return item.code() < 1000; });
-        apps.push_back({names.intern(values.text(tags[i]).view()), std::move(items)});
+        apps.push_back({names.name(tags[i].value), std::move(items)});
         i = end;
     }
     return apps;

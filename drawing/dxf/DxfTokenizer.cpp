@@ -13,6 +13,20 @@ std::string_view trimmed(std::string_view text) {
     return text;
 }
 
+// The common form of a group code line, read fast: blanks, digits, blanks. Other forms go to ParseDxfInt.
+bool parsePlainCode(std::string_view line, long long& code) {
+    size_t i = 0;
+    while (i < line.size() && line[i] == ' ') ++i;
+    const size_t digits = i;
+    long long value = 0;
+    while (i < line.size() && line[i] >= '0' && line[i] <= '9' && i - digits < 6) value = value * 10 + (line[i++] - '0');
+    if (i == digits) return false;
+    while (i < line.size() && (line[i] == ' ' || line[i] == '\r')) ++i;
+    if (i != line.size()) return false;
+    code = value;
+    return true;
+}
+
 } // namespace
 
 void DxfTokenizer::skipByteOrderMark() {
@@ -51,7 +65,8 @@ bool DxfTokenizer::next(DxfTag& tag) {
     if (!readLine(codeLine)) return false;
     long long code;
     std::string_view valueLine;
-    if (!ParseDxfInt(codeLine, code) || code < -32768 || code > 32767 || !readLine(valueLine)) {
+    if ((!parsePlainCode(codeLine, code) && !ParseDxfInt(codeLine, code)) || code < -32768 || code > 32767 ||
+        !readLine(valueLine)) {
         m_failed = true;
         return false;
     }

@@ -72,10 +72,14 @@ Acad::ErrorStatus AcDbDatabase::addAcDbObject(AcDbObjectId& id, std::unique_ptr<
 }
 
 bool AcDbDatabase::addAcDbObjectWithHandle(std::unique_ptr<AcDbObject>& object, AcDbHandle handle) {
-    if (!object || handle.isNull() || m_objects.contains(handle.value())) return false;
+    if (!object || handle.isNull()) return false;
     object->attachTo(this, handle);
+    if (!m_objects.insert(object.get())) {
+        object->attachTo(nullptr, {});
+        return false;
+    }
+    object.release();
     if (handle >= m_handseed) m_handseed = AcDbHandle(handle.value() + 1);
-    m_objects.insert(object.release());
     return true;
 }
 

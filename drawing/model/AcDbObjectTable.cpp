@@ -22,11 +22,14 @@ AcDbObject* AcDbObjectTable::find(std::uint64_t handle) const {
     return m_slots[slotOf(handle)];
 }
 
-void AcDbObjectTable::insert(AcDbObject* object) {
+bool AcDbObjectTable::insert(AcDbObject* object) {
     // At most three quarters full, so that probes stay short.
     if (4 * (m_count + 1) > 3 * m_slots.size()) grow(m_slots.empty() ? 64 : 2 * m_slots.size());
-    m_slots[slotOf(object->objectHandle().value())] = object;
+    AcDbObject*& slot = m_slots[slotOf(object->objectHandle().value())];
+    if (slot != nullptr) return false;
+    slot = object;
     ++m_count;
+    return true;
 }
 
 void AcDbObjectTable::reserve(size_t count) {

@@ -16,8 +16,8 @@ public:
 
     AcDbObject* find(std::uint64_t handle) const;
     bool contains(std::uint64_t handle) const { return find(handle) != nullptr; }
-    // Takes the object, whose handle must be set and free.
-    void insert(AcDbObject* object);
+    // Takes the object and gives true when its handle is free; gives false and leaves it otherwise.
+    bool insert(AcDbObject* object);
     size_t size() const { return m_count; }
     void reserve(size_t count);
     // Deletes every object.
