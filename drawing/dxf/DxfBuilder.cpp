@@ -26,9 +26,10 @@ AcDbObjectId DxfBuilder::adopt(std::unique_ptr<AcDbObject> object, AcDbHandle ha
     return id;
 }
 
-void DxfBuilder::attachCommon(AcDbObject& object, const DxfCommonGroups& common, std::vector<XDataApp> xdata) {
+void DxfBuilder::attachCommon(AcDbObject& object, const DxfCommonGroups& common, std::vector<XDataApp> xdata,
+                              bool isEntity) {
     // Entities keep the record they are appended to.
-    if (!common.owner.isNull() && AcDbEntity::cast(&object) == nullptr) m_owners.push_back({&object, common.owner});
+    if (!common.owner.isNull() && !isEntity) m_owners.push_back({&object, common.owner});
     if (!common.extensionDictionary.isNull()) m_extensionDictionaries.push_back({&object, common.extensionDictionary});
     if (!xdata.empty()) object.setXDataApps(std::move(xdata));
 }
@@ -101,15 +102,19 @@ void DxfBuilder::readBlocksRecord(const DxfRecord& record) {
     readEntity(record, true);
 }
 
-AcDbBlockTableRecord* DxfBuilder::layoutForEntity(const AcDbEntity& entity, AcDbHandle owner) const {
-    AcDbObjectId ownerId;
-    if (!owner.isNull() && m_database.getAcDbObjectId(ownerId, false, owner) == Acad::eOk) {
-        const auto* record = AcDbBlockTableRecord::cast(ownerId.objectUnchecked());
-        if (record != nullptr && isPaperSpaceName(record->name()))
-            return AcDbBlockTableRecord::cast(ownerId.objectUnchecked());
+AcDbBlockTableRecord* DxfBuilder::layoutForEntity(const AcDbEntity& entity, AcDbHandle owner) {
+    // Entities come in long runs of one owner: the last owner's layout is kept.
+    if (!owner.isNull() && owner != m_lastOwner) {
+        AcDbObjectId ownerId;
+        m_database.getAcDbObjectId(ownerId, false, owner);
+        auto* record = AcDbBlockTableRecord::cast(ownerId.objectUnchecked());
+        m_lastOwner = record != nullptr ? owner : AcDbHandle();
+        m_lastOwnerPaperSpace = record != nullptr && isPaperSpaceName(record->name()) ? record : nullptr;
     }
-    const CString name = entity.isPaperSpaceFlagged() ? ACDB_PAPER_SPACE : ACDB_MODEL_SPACE;
-    return const_cast<DxfBuilder*>(this)->recordNamed(name, {});
+    if (!owner.isNull() && owner == m_lastOwner && m_lastOwnerPaperSpace != nullptr) return m_lastOwnerPaperSpace;
+    AcDbBlockTableRecord*& layout = entity.isPaperSpaceFlagged() ? m_paperSpace : m_modelSpace;
+    if (layout == nullptr) layout = recordNamed(entity.isPaperSpaceFlagged() ? ACDB_PAPER_SPACE : ACDB_MODEL_SPACE, {});
+    return layout;
 }
 
 void DxfBuilder::append(AcDbBlockTableRecord* record, AcDbEntity* entity) {
@@ -148,12 +153,12 @@ void DxfBuilder::readEntity(const DxfRecord& record, bool inBlocks) {
     AcDbEntity* entity = read.entity.get();
     auto xdata = ReadXData(record, common.bodyEnd, values, m_names);
     if (values.bad()) return;  // an xdata number that is none: the entity is passed over whole
-    attachCommon(*entity, common, std::move(xdata));
+    attachCommon(*entity, common, std::move(xdata), true);
     AcDbBlockTableRecord* owner = inBlocks ? m_currentBlock : layoutForEntity(*entity, common.owner);
     if (!read.layer.empty()) entity->setPooledLayer(m_names.name(read.layer));
     adopt(std::move(read.entity), common.handle);
     append(owner, entity);
-    if (auto* insert = AcDbBlockReference::cast(entity)) resolveInsert(*insert, read.blockName);
+    if (type == "INSERT") resolveInsert(static_cast<AcDbBlockReference&>(*entity), read.blockName);
     if (type == "POLYLINE") {
         m_openPolyline = AcDbPolyline::cast(entity);
         m_openSpaceVertices = dynamic_cast<AcDbSpaceVertices*>(entity);

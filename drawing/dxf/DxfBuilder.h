@@ -47,9 +47,10 @@ private:
     // Takes an object in under its handle, or keeps it until finish() when it has none or a taken one.
     AcDbObjectId adopt(std::unique_ptr<AcDbObject> object, AcDbHandle handle);
     // Owner, extension dictionary and xdata of a record.
-    void attachCommon(AcDbObject& object, const DxfCommonGroups& common, std::vector<XDataApp> xdata);
+    void attachCommon(AcDbObject& object, const DxfCommonGroups& common, std::vector<XDataApp> xdata,
+                      bool isEntity = false);
     AcDbBlockTableRecord* recordNamed(const CString& name, AcDbHandle handle);
-    AcDbBlockTableRecord* layoutForEntity(const AcDbEntity& entity, AcDbHandle owner) const;
+    AcDbBlockTableRecord* layoutForEntity(const AcDbEntity& entity, AcDbHandle owner);
     void append(AcDbBlockTableRecord* record, AcDbEntity* entity);
     void resolveInsert(AcDbBlockReference& insert, const CString& blockName);
 
@@ -58,6 +59,10 @@ private:
     DxfNames m_names;
     AcDbBlockTable* m_blockTable = nullptr;
     AcDbBlockTableRecord* m_currentBlock = nullptr;
+    AcDbBlockTableRecord* m_modelSpace = nullptr;
+    AcDbBlockTableRecord* m_paperSpace = nullptr;
+    AcDbHandle m_lastOwner;
+    AcDbBlockTableRecord* m_lastOwnerPaperSpace = nullptr;
     AcDbPolyline* m_openPolyline = nullptr;
     AcDbSpaceVertices* m_openSpaceVertices = nullptr;
     bool m_namedObjectsSeen = false;

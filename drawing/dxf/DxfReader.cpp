@@ -10,8 +10,8 @@ namespace {
 // back as the read moves on.
 DxfLoadStatus readRecords(DxfLoader& loader, size_t sizeHint, AcDbDatabase& database, DxfFileText* file) {
     DxfBuilder builder(database);
-    // Drawings hold roughly one object for every few hundred bytes.
-    database.reserveObjects(sizeHint / 256);
+    // Drawings hold roughly one object for every two hundred bytes.
+    database.reserveObjects(sizeHint / 200);
     DxfRecord record;
     while (loader.next(record)) {
         if (file != nullptr) file->releaseBefore(record.type.data());

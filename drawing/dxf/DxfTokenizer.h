@@ -34,6 +34,7 @@ public:
     size_t line() const { return m_line; }
 
 private:
+    bool nextPlain(DxfTag& tag);
     bool readLine(std::string_view& line);
     bool moreText();
 
