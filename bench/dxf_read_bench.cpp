@@ -101,7 +101,7 @@ size_t resolveLinks(AcDbDatabase& database) {
             for (const ResItem& item : app.items) {
                 if (item.code() != 1005) continue;
                 AcDbObjectId id;
-                if (database.getAcDbObjectId(id, false, AcDbHandle(item.asText().view())) == Acad::eOk) ++resolved;
+                if (database.getAcDbObjectId(id, false, AcDbHandle(item.textView())) == Acad::eOk) ++resolved;
             }
         }
         entity->close();

@@ -1,18 +1,13 @@
 // The object table.
 #include "drawing/model/AcDbObjectTable.h"
 
-namespace {
-
-// Handles are often consecutive: a multiplicative hash spreads them over the table.
-size_t hashOf(std::uint64_t handle) {
-    return static_cast<size_t>((handle * 0x9E3779B97F4A7C15ULL) >> 16);
-}
-
-} // namespace
-
 size_t AcDbObjectTable::slotOf(std::uint64_t handle) const {
     const size_t mask = m_slots.size() - 1;
-    size_t slot = hashOf(handle) & mask;
+    // Handles are mostly consecutive: they keep their order in the table, so that objects read one after
+    // the other sit side by side. The higher bits are folded in, so that handles far apart spread too.
+    const unsigned bits = 64 - m_shift;
+    const std::uint64_t folded = handle ^ (handle >> bits) ^ (handle >> (2 * bits)) ^ (handle >> (3 * bits));
+    size_t slot = static_cast<size_t>(folded) & mask;
     while (m_slots[slot] != nullptr && m_slots[slot]->objectHandle().value() != handle) slot = (slot + 1) & mask;
     return slot;
 }
@@ -41,6 +36,8 @@ void AcDbObjectTable::reserve(size_t count) {
 void AcDbObjectTable::grow(size_t slots) {
     std::vector<AcDbObject*> old(slots, nullptr);
     old.swap(m_slots);
+    m_shift = 64;
+    for (size_t size = slots; size > 1; size /= 2) --m_shift;
     for (AcDbObject* object : old)
         if (object != nullptr) m_slots[slotOf(object->objectHandle().value())] = object;
 }

@@ -27,6 +27,7 @@ private:
     size_t slotOf(std::uint64_t handle) const;
     void grow(size_t slots);
 
-    std::vector<AcDbObject*> m_slots;
+    std::vector<AcDbObject*> m_slots;  // a power of two of them
+    unsigned m_shift = 64;             // 64 less the number of bits of a slot's index
     size_t m_count = 0;
 };
