@@ -128,6 +128,10 @@ ResItems ReadResItems(const std::vector<DxfTag>& tags, size_t begin, size_t end,
 std::vector<XDataApp> ReadXData(const DxfRecord& record, size_t begin, DxfValues& values, DxfNames& names) {
     std::vector<XDataApp> apps;
     const auto& tags = record.tags;
+    // The list is made to measure: it stays with the object for the life of the drawing.
+    size_t count = 0;
+    for (size_t k = begin; k < tags.size(); ++k) count += tags[k].code == 1001 ? 1 : 0;
+    apps.reserve(count);
     size_t i = begin;
     while (i < tags.size()) {
         if (tags[i].code != 1001) {

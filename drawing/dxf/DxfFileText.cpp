@@ -12,7 +12,7 @@ namespace {
 // Large enough that a read is cheap next to the work on its bytes, small enough to keep little resident.
 constexpr size_t kChunk = size_t{1} << 20;
 // Released memory is given back in steps of this size, not after every record.
-constexpr size_t kReleaseStep = size_t{4} << 20;
+constexpr size_t kReleaseStep = size_t{1} << 20;
 
 } // namespace
 
