@@ -199,3 +199,44 @@ TEST(DxfRecordsTest, LargeFilesReadPieceByPieceAsTheWholeText) {
     ASSERT_NE(last, nullptr);
     EXPECT_EQ(last->contents(), CString(longLine + "end"));
 }
+
+// Names that a file brings (layers, applications, entries) belong to the database that read it: they go
+// when it goes, however many files are read.
+TEST(DxfRecordsTest, NamesFromTheFileStayWithItsDatabase) {
+    const size_t detachedBefore = AcDbNamePool::detached().size();
+    {
+        AcDbDatabase db(false, true);
+        ASSERT_EQ(ReadDxfText(dxf({
+                      {0, "SECTION"}, {2, "HEADER"}, {9, "$ACADVER"}, {1, "AC1032"}, {0, "ENDSEC"},
+                      {0, "SECTION"}, {2, "ENTITIES"},
+                      {0, "TEXT"}, {5, "A"}, {8, "Layer One"}, {1, "a"}, {1001, "APP_ONE"}, {1000, "x"},
+                      {0, "TEXT"}, {5, "B"}, {8, "Layer One"}, {1, "b"}, {1001, "APP_ONE"}, {1000, "y"},
+                      {0, "TEXT"}, {8, "电气"}, {1, "no handle"}, {1001, "APP_TWO"}, {1000, "z"},
+                      {0, "ENDSEC"},
+                      {0, "SECTION"}, {2, "OBJECTS"},
+                      {0, "DICTIONARY"}, {5, "C"}, {330, "0"}, {100, "AcDbDictionary"}, {3, "Entry_Name"}, {350, "D"},
+                      {0, "XRECORD"}, {5, "D"}, {330, "C"}, {100, "AcDbXrecord"}, {1, "v"},
+                      {0, "ENDSEC"}, {0, "EOF"}}),
+                              db),
+                  DxfLoadStatus::Ok);
+        const auto all = EntitiesOf(db.modelSpaceId());
+        ASSERT_EQ(all.size(), 3u);
+        EXPECT_EQ(all[0]->layer(), u"Layer One");
+        EXPECT_EQ(&all[0]->layer(), &all[1]->layer());
+        EXPECT_EQ(all[2]->layer(), u"电气");
+        EXPECT_EQ(FirstXDataText(all[1], u"app_one"), u"y");
+        EXPECT_EQ(FirstXDataText(all[2], u"APP_TWO"), u"z");
+        EXPECT_EQ(XrecordItems(db.namedObjectsDictionaryId(), u"ENTRY_NAME"), DrawingBuilder::TextItems(1, {u"v"}));
+        EXPECT_EQ(AcDbNamePool::detached().size(), detachedBefore);
+    }
+    // Entities made by code take their names where their database keeps them, or, before they join one,
+    // in the pool of objects that belong to no database.
+    DrawingBuilder b;
+    const AcDbObjectId text = b.addText(u"t", {});
+    AcDbEntity::cast(text.objectUnchecked())->setLayer(u"QX_LAYER_IN_A_DATABASE");
+    EXPECT_EQ(AcDbNamePool::detached().size(), detachedBefore);
+    AcDbText loose;
+    loose.setLayer(u"QX_LAYER_OF_A_LOOSE_ENTITY");
+    EXPECT_EQ(loose.layer(), u"QX_LAYER_OF_A_LOOSE_ENTITY");
+    EXPECT_EQ(AcDbNamePool::detached().size(), detachedBefore + 1);
+}
