@@ -68,7 +68,7 @@ bool DxfTokenizer::nextPlain(DxfTag& tag) {
     const char* const digits = p;
     int code = 0;
     while (p < end && *p >= '0' && *p <= '9' && p - digits < 5) code = code * 10 + (*p++ - '0');
-    if (p == digits) return false;
+    if (p == digits || code > 32767) return false;
     if (p < end && *p == '\r') ++p;
     if (p >= end || *p != '\n') return false;
     const char* const value = ++p;

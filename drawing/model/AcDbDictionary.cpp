@@ -82,10 +82,6 @@ void AcDbDictionary::addEntry(const CString& name, AcDbObjectId id) {
     for (size_t i = 0; i < m_entries.size(); ++i) m_byUpperName->emplace(upper(m_entries[i].name), i);
 }
 
-void AcDbDictionary::setEntryId(unsigned index, AcDbObjectId id) {
-    if (index < m_entries.size()) m_entries[index].id = id;
-}
-
 const char16_t* AcDbDictionaryIterator::name() const {
     return done() ? u"" : m_dictionary.entries()[m_index].name.c_str();
 }

@@ -37,8 +37,6 @@ public:
     // For readers that fill a drawing: an entry whose object is already in the database, or null when the
     // drawing names an object it does not hold. The first entry of a name wins a look-up.
     void addEntry(const CString& name, AcDbObjectId id);
-    // For readers that fill a drawing: the object of an entry added before its object was known.
-    void setEntryId(unsigned index, AcDbObjectId id);
 
 private:
     // The first entry of the name, ignoring case; -1 for none.

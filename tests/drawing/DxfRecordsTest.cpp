@@ -40,6 +40,9 @@ TEST(DxfRecordsTest, FrameOfTheFile) {
     EXPECT_EQ(ReadDxfText(dxf({{0, "SECTION"}, {2, "ENTITIES"}, {0, "ENDSEC"}, {0, "LINE"}}), db), DxfLoadStatus::Corrupt);
     EXPECT_EQ(ReadDxfText(dxf({{0, "SECTION"}, {2, "ENTITIES"}, {0, "ENDSEC"}}) + "99999999999\nx\n", db),
               DxfLoadStatus::Corrupt);
+    // A group code beyond 16 bits is no group code, however plainly it is written.
+    EXPECT_EQ(ReadDxfText(dxf({{0, "SECTION"}, {2, "ENTITIES"}, {0, "LINE"}, {40000, "1"}, {0, "ENDSEC"}}), db),
+              DxfLoadStatus::Corrupt);
     EXPECT_TRUE(LooksLikeDxf("\xEF\xBB\xBF  0\nSECTION\n"));
     EXPECT_FALSE(LooksLikeDxf("AC1032\0\0"));
 }
