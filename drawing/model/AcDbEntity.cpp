@@ -19,7 +19,7 @@ void AcDbEntity::setLayer(const CString& layer) {
 }
 
 void AcDbEntity::setColorIndex(int color) {
-    m_colorIndex = static_cast<short>(std::clamp(color, -257, 257));
+    m_colorIndex = static_cast<short>(std::clamp(color, -32768, 32767));
 }
 
 void AcDbEntity::setVisibility(AcDb::Visibility visibility, bool) {

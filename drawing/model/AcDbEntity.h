@@ -27,7 +27,7 @@ public:
     // goes into.
     void setPooledLayer(const CString& pooledName) { m_layer = &pooledName; }
     int colorIndex() const { return m_colorIndex; }
-    // Colour numbers run from -257 to 257 (negative: the layer is off).
+    // Colour numbers are 16-bit (0 by block, 256 by layer, negative while the layer is off).
     void setColorIndex(int color);
     AcDb::Visibility visibility() const { return m_invisible ? AcDb::kInvisible : AcDb::kVisible; }
     void setVisibility(AcDb::Visibility visibility, bool doSubents = true);
