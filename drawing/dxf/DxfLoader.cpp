@@ -98,8 +98,9 @@ bool DxfLoader::next(DxfRecord& record) {
     return false;
 }
 
-bool LooksLikeDxf(std::string_view bytes) {
-    DxfTokenizer tokenizer(withoutBom(bytes));
+bool LooksLikeDxf(std::string_view bytes, DxfTextFeed* feed) {
+    DxfTokenizer tokenizer(bytes, feed);
+    tokenizer.skipByteOrderMark();
     DxfTag tag;
     while (tokenizer.next(tag)) {
         if (tag.code == 999) continue;

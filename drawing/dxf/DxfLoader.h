@@ -50,4 +50,5 @@ private:
 };
 
 // Whether bytes hold ASCII DXF: after an optional byte-order mark and comments, a section begins.
-QX_API bool LooksLikeDxf(std::string_view bytes);
+// `feed`, when given, brings more of the text when the comments run past what has arrived.
+QX_API bool LooksLikeDxf(std::string_view bytes, DxfTextFeed* feed = nullptr);

@@ -28,10 +28,10 @@ std::unique_ptr<DxfFileText> openFile(const CString& path) {
 std::unique_ptr<DxfFileText> openDrawingText(const CString& path) {
     auto file = openFile(path);
     if (!file) return nullptr;
-    if (LooksLikeDxf(file->text())) return file;
+    if (LooksLikeDxf(file->text(), file.get())) return file;
     if (!GetFileExtension(path).EqualsNoCase(u"dwg")) return nullptr;
     auto beside = openFile(RemoveFileExtension(path) + u".dxf");
-    return beside && LooksLikeDxf(beside->text()) ? std::move(beside) : nullptr;
+    return beside && LooksLikeDxf(beside->text(), beside.get()) ? std::move(beside) : nullptr;
 }
 
 } // namespace

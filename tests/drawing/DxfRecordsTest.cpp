@@ -201,6 +201,16 @@ TEST(DxfRecordsTest, LargeFilesReadPieceByPieceAsTheWholeText) {
     const auto* last = AcDbMText::cast(read.back());
     ASSERT_NE(last, nullptr);
     EXPECT_EQ(last->contents(), CString(longLine + "end"));
+
+    // Comments longer than the first piece still lead to the drawing.
+    Pairs commented;
+    for (int i = 0; i < 30000; ++i) commented.push_back({999, "written by a tool with a lot to say " + std::to_string(i)});
+    const Pairs line = entities({{0, "LINE"}, {5, "A1"}});
+    commented.insert(commented.end(), line.begin(), line.end());
+    folder.writeFile("commented.dxf", dxf(commented));
+    AcDbDatabase db(false, true);
+    ASSERT_EQ(db.readDwgFile(folder.logic() + u"commented.dxf"), Acad::eOk);
+    EXPECT_EQ(EntitiesOf(db.modelSpaceId()).size(), 1u);
 }
 
 // Names that a file brings (layers, applications, entries) belong to the database that read it: they go
