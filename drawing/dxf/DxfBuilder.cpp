@@ -11,7 +11,7 @@ bool isPaperSpaceName(const CString& name) {
 
 } // namespace
 
-DxfBuilder::DxfBuilder(AcDbDatabase& database) : m_database(database) {
+DxfBuilder::DxfBuilder(AcDbDatabase& database) : m_database(database), m_names(database.names(), m_decoder) {
     m_database.clear();
     auto table = std::make_unique<AcDbBlockTable>();
     m_blockTable = table.get();
@@ -26,8 +26,10 @@ AcDbObjectId DxfBuilder::adopt(std::unique_ptr<AcDbObject> object, AcDbHandle ha
     return id;
 }
 
-void DxfBuilder::attachCommon(AcDbObject& object, const DxfCommonGroups& common, std::vector<XDataApp> xdata) {
-    if (!common.owner.isNull()) m_owners.push_back({&object, common.owner});
+void DxfBuilder::attachCommon(AcDbObject& object, const DxfCommonGroups& common, std::vector<XDataApp> xdata,
+                              bool isEntity) {
+    // Entities keep the record they are appended to.
+    if (!common.owner.isNull() && !isEntity) m_owners.push_back({&object, common.owner});
     if (!common.extensionDictionary.isNull()) m_extensionDictionaries.push_back({&object, common.extensionDictionary});
     if (!xdata.empty()) object.setXDataApps(std::move(xdata));
 }
@@ -45,6 +47,7 @@ void DxfBuilder::readHeader(const DxfRecord& record) {
     for (const DxfTag& tag : record.tags) {
         if (record.type == "$ACADVER" && tag.code == 1) m_decoder.setVersion(tag.value);
         if (record.type == "$DWGCODEPAGE" && tag.code == 3) m_decoder.setCodePage(tag.value);
+        if (tag.code == 1 || tag.code == 3) m_names.forget();
         if (record.type == "$HANDSEED" && tag.code == 5) {
             AcDbHandle seed;
             if (AcDbHandle::parse(tag.value, seed)) m_database.setHandseed(seed);
@@ -72,7 +75,7 @@ void DxfBuilder::readTableEntry(const DxfRecord& record) {
         if (record.tags[i].code == 2) name = values.text(record.tags[i]);
     if (name.IsEmpty() || m_blockTable->has(name)) return;
     AcDbBlockTableRecord* created = recordNamed(name, common.handle);
-    auto xdata = ReadXData(record, common.bodyEnd, values);
+    auto xdata = ReadXData(record, common.bodyEnd, values, m_names);
     if (!values.bad()) attachCommon(*created, common, std::move(xdata));
 }
 
@@ -99,15 +102,19 @@ void DxfBuilder::readBlocksRecord(const DxfRecord& record) {
     readEntity(record, true);
 }
 
-AcDbBlockTableRecord* DxfBuilder::layoutForEntity(const AcDbEntity& entity, AcDbHandle owner) const {
-    AcDbObjectId ownerId;
-    if (!owner.isNull() && m_database.getAcDbObjectId(ownerId, false, owner) == Acad::eOk) {
-        const auto* record = AcDbBlockTableRecord::cast(ownerId.objectUnchecked());
-        if (record != nullptr && isPaperSpaceName(record->name()))
-            return AcDbBlockTableRecord::cast(ownerId.objectUnchecked());
+AcDbBlockTableRecord* DxfBuilder::layoutForEntity(const AcDbEntity& entity, AcDbHandle owner) {
+    // Entities come in long runs of one owner: the last owner's layout is kept.
+    if (!owner.isNull() && owner != m_lastOwner) {
+        AcDbObjectId ownerId;
+        m_database.getAcDbObjectId(ownerId, false, owner);
+        auto* record = AcDbBlockTableRecord::cast(ownerId.objectUnchecked());
+        m_lastOwner = record != nullptr ? owner : AcDbHandle();
+        m_lastOwnerPaperSpace = record != nullptr && isPaperSpaceName(record->name()) ? record : nullptr;
     }
-    const CString name = entity.isPaperSpaceFlagged() ? ACDB_PAPER_SPACE : ACDB_MODEL_SPACE;
-    return const_cast<DxfBuilder*>(this)->recordNamed(name, {});
+    if (!owner.isNull() && owner == m_lastOwner && m_lastOwnerPaperSpace != nullptr) return m_lastOwnerPaperSpace;
+    AcDbBlockTableRecord*& layout = entity.isPaperSpaceFlagged() ? m_paperSpace : m_modelSpace;
+    if (layout == nullptr) layout = recordNamed(entity.isPaperSpaceFlagged() ? ACDB_PAPER_SPACE : ACDB_MODEL_SPACE, {});
+    return layout;
 }
 
 void DxfBuilder::append(AcDbBlockTableRecord* record, AcDbEntity* entity) {
@@ -115,18 +122,25 @@ void DxfBuilder::append(AcDbBlockTableRecord* record, AcDbEntity* entity) {
     record->appendExistingEntity(entity->objectId());
 }
 
+void DxfBuilder::resolveInsert(AcDbBlockReference& insert, const CString& blockName) {
+    // Blocks are mostly defined before they are inserted; the others are looked up at the end.
+    AcDbObjectId block;
+    if (m_blockTable->getAt(blockName, block) == Acad::eOk) return insert.setBlockTableRecord(block);
+    m_inserts.push_back({&insert, blockName});
+}
+
 void DxfBuilder::closePolyline() {
     m_openPolyline = nullptr;
+    m_openSpaceVertices = nullptr;
 }
 
 void DxfBuilder::readEntity(const DxfRecord& record, bool inBlocks) {
     const std::string_view type = record.type;
     if (type == "VERTEX" || type == "SEQEND" || type == "ATTRIB") {
         if (type == "SEQEND") closePolyline();
-        if (type == "VERTEX" && m_openPolyline != nullptr) {
-            DxfValues values(m_decoder);
-            AddDxfVertex(*m_openPolyline, record, values);
-        }
+        DxfValues values(m_decoder);
+        if (type == "VERTEX" && m_openPolyline != nullptr) AddDxfVertex(*m_openPolyline, record, values);
+        if (type == "VERTEX" && m_openSpaceVertices != nullptr) AddDxfSpaceVertex(*m_openSpaceVertices, record, values);
         return;
     }
     closePolyline();
@@ -137,15 +151,17 @@ void DxfBuilder::readEntity(const DxfRecord& record, bool inBlocks) {
     DxfEntityRead read = ReadDxfEntity(record, common.bodyEnd, values);
     if (!read.entity) return;
     AcDbEntity* entity = read.entity.get();
-    auto xdata = ReadXData(record, common.bodyEnd, values);
+    auto xdata = ReadXData(record, common.bodyEnd, values, m_names);
     if (values.bad()) return;  // an xdata number that is none: the entity is passed over whole
-    attachCommon(*entity, common, std::move(xdata));
+    attachCommon(*entity, common, std::move(xdata), true);
     AcDbBlockTableRecord* owner = inBlocks ? m_currentBlock : layoutForEntity(*entity, common.owner);
+    if (!read.layer.empty()) entity->setPooledLayer(m_names.name(read.layer));
     adopt(std::move(read.entity), common.handle);
     append(owner, entity);
-    if (auto* insert = AcDbBlockReference::cast(entity)) m_inserts.push_back({insert, read.blockName});
+    if (type == "INSERT") resolveInsert(static_cast<AcDbBlockReference&>(*entity), read.blockName);
     if (type == "POLYLINE") {
         m_openPolyline = AcDbPolyline::cast(entity);
+        m_openSpaceVertices = dynamic_cast<AcDbSpaceVertices*>(entity);
     }
 }
 
@@ -154,7 +170,7 @@ void DxfBuilder::readObject(const DxfRecord& record) {
     const DxfCommonGroups common = ReadCommonGroups(record);
     if (record.type == "DICTIONARY" || record.type == "ACDBDICTIONARYWDFLT") return readDictionary(record, common, values);
     if (record.type == "XRECORD") return readXrecord(record, common, values);
-    auto xdata = ReadXData(record, common.bodyEnd, values);
+    auto xdata = ReadXData(record, common.bodyEnd, values, m_names);
     if (values.bad()) return;
     auto object = std::make_unique<AcDbUnknownObject>(record.type);
     attachCommon(*object, common, std::move(xdata));
@@ -163,21 +179,21 @@ void DxfBuilder::readObject(const DxfRecord& record) {
 
 void DxfBuilder::readDictionary(const DxfRecord& record, const DxfCommonGroups& common, DxfValues& values) {
     auto dictionary = std::make_unique<AcDbDictionary>();
-    PendingEntries pending{dictionary.get(), {}};
+    std::vector<PendingEntry> pending;
     bool inBody = false;
-    CString name;
+    const CString* name = &m_database.names().intern({});
     for (size_t i = 0; i < common.bodyEnd; ++i) {
         const DxfTag& tag = record.tags[i];
         if (tag.code == 100 && tag.value.starts_with("AcDbDictionary")) inBody = true;
         if (!inBody) continue;
-        if (tag.code == 3) name = values.text(tag);
+        if (tag.code == 3) name = &m_names.name(tag.value);
         if (tag.code == 350 || tag.code == 360) {
             AcDbHandle target;
             AcDbHandle::parse(tag.value, target);
-            pending.entries.emplace_back(name, target);
+            pending.push_back({dictionary.get(), name, target});
         }
     }
-    auto xdata = ReadXData(record, common.bodyEnd, values);
+    auto xdata = ReadXData(record, common.bodyEnd, values, m_names);
     if (values.bad()) return;
     attachCommon(*dictionary, common, std::move(xdata));
     // The first dictionary of the section, owned by nothing, is the named-object dictionary.
@@ -185,7 +201,7 @@ void DxfBuilder::readDictionary(const DxfRecord& record, const DxfCommonGroups& 
         m_namedObjectsSeen = true;
         m_database.setNamedObjectsDictionaryId(dictionary->objectId());
     }
-    m_entries.push_back(std::move(pending));
+    m_entries.insert(m_entries.end(), pending.begin(), pending.end());
     adopt(std::move(dictionary), common.handle);
 }
 
@@ -204,7 +220,7 @@ void DxfBuilder::readXrecord(const DxfRecord& record, const DxfCommonGroups& com
     if (begin < common.bodyEnd && record.tags[begin].code == 280) ++begin;
     auto xrecord = std::make_unique<AcDbXrecord>();
     xrecord->setItems(ReadResItems(record.tags, begin, common.bodyEnd, values));
-    auto xdata = ReadXData(record, common.bodyEnd, values);
+    auto xdata = ReadXData(record, common.bodyEnd, values, m_names);
     if (values.bad()) return;
     attachCommon(*xrecord, common, std::move(xdata));
     adopt(std::move(xrecord), common.handle);
@@ -229,13 +245,9 @@ void DxfBuilder::finish() {
         m_database.getAcDbObjectId(id, false, handle);
         return id;
     };
-    for (const PendingLink& link : m_owners) {
-        // Entities keep the record they were appended to.
-        if (AcDbEntity::cast(link.object) == nullptr) link.object->setOwnerId(resolve(link.target));
-    }
+    for (const PendingLink& link : m_owners) link.object->setOwnerId(resolve(link.target));
     for (const PendingLink& link : m_extensionDictionaries) link.object->setExtensionDictionary(resolve(link.target));
-    for (const PendingEntries& pending : m_entries)
-        for (const auto& [name, handle] : pending.entries) pending.dictionary->addEntry(name, resolve(handle));
+    for (const PendingEntry& entry : m_entries) entry.dictionary->addEntry(*entry.name, resolve(entry.target));
     for (const PendingInsert& pending : m_inserts) {
         AcDbObjectId block;
         m_blockTable->getAt(pending.blockName, block);

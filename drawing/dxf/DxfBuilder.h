@@ -6,6 +6,8 @@
 #include "drawing/model/AcDb.h"
 
 #include <memory>
+#include <string>
+#include <string_view>
 #include <vector>
 
 class DxfBuilder {
@@ -19,9 +21,10 @@ public:
     void finish();
 
 private:
-    struct PendingEntries {
+    struct PendingEntry {
         AcDbDictionary* dictionary;
-        std::vector<std::pair<CString, AcDbHandle>> entries;
+        const CString* name;  // in the database's pool
+        AcDbHandle target;
     };
     struct PendingInsert {
         AcDbBlockReference* insert;
@@ -44,19 +47,27 @@ private:
     // Takes an object in under its handle, or keeps it until finish() when it has none or a taken one.
     AcDbObjectId adopt(std::unique_ptr<AcDbObject> object, AcDbHandle handle);
     // Owner, extension dictionary and xdata of a record.
-    void attachCommon(AcDbObject& object, const DxfCommonGroups& common, std::vector<XDataApp> xdata);
+    void attachCommon(AcDbObject& object, const DxfCommonGroups& common, std::vector<XDataApp> xdata,
+                      bool isEntity = false);
     AcDbBlockTableRecord* recordNamed(const CString& name, AcDbHandle handle);
-    AcDbBlockTableRecord* layoutForEntity(const AcDbEntity& entity, AcDbHandle owner) const;
+    AcDbBlockTableRecord* layoutForEntity(const AcDbEntity& entity, AcDbHandle owner);
     void append(AcDbBlockTableRecord* record, AcDbEntity* entity);
+    void resolveInsert(AcDbBlockReference& insert, const CString& blockName);
 
     AcDbDatabase& m_database;
     DxfTextDecoder m_decoder;
+    DxfNames m_names;
     AcDbBlockTable* m_blockTable = nullptr;
     AcDbBlockTableRecord* m_currentBlock = nullptr;
+    AcDbBlockTableRecord* m_modelSpace = nullptr;
+    AcDbBlockTableRecord* m_paperSpace = nullptr;
+    AcDbHandle m_lastOwner;
+    AcDbBlockTableRecord* m_lastOwnerPaperSpace = nullptr;
     AcDbPolyline* m_openPolyline = nullptr;
+    AcDbSpaceVertices* m_openSpaceVertices = nullptr;
     bool m_namedObjectsSeen = false;
     std::vector<std::unique_ptr<AcDbObject>> m_withoutHandle;
-    std::vector<PendingEntries> m_entries;
+    std::vector<PendingEntry> m_entries;
     std::vector<PendingInsert> m_inserts;
     std::vector<PendingLink> m_owners;
     std::vector<PendingLink> m_extensionDictionaries;

@@ -15,6 +15,20 @@ bool isPointStart(int code) {
 
 } // namespace
 
+const CString& DxfNames::name(std::string_view bytes) {
+    for (const Recent& recent : m_recent)
+        if (recent.name != nullptr && recent.bytes == bytes) return *recent.name;
+    Recent& replaced = m_recent[m_next];
+    m_next = (m_next + 1) % m_recent.size();
+    replaced.bytes = bytes;
+    replaced.name = &m_pool.intern(m_decoder.decode(bytes).view());
+    return *replaced.name;
+}
+
+void DxfNames::forget() {
+    for (Recent& recent : m_recent) recent.name = nullptr;
+}
+
 double DxfValues::real(const DxfTag& tag) {
     double value = 0.0;
     if (!ParseDxfDouble(tag.value, value)) m_bad = true;
@@ -111,23 +125,25 @@ ResItems ReadResItems(const std::vector<DxfTag>& tags, size_t begin, size_t end,
     return items;
 }
 
-std::vector<XDataApp> ReadXData(const DxfRecord& record, size_t begin, DxfValues& values) {
+std::vector<XDataApp> ReadXData(const DxfRecord& record, size_t begin, DxfValues& values, DxfNames& names) {
     std::vector<XDataApp> apps;
     const auto& tags = record.tags;
+    // The list is made to measure: it stays with the object for the life of the drawing.
+    size_t count = 0;
+    for (size_t k = begin; k < tags.size(); ++k) count += tags[k].code == 1001 ? 1 : 0;
+    apps.reserve(count);
     size_t i = begin;
     while (i < tags.size()) {
         if (tags[i].code != 1001) {
             ++i;
             continue;
         }
-        XDataApp app;
-        app.name = values.text(tags[i]);
         size_t end = i + 1;
         while (end < tags.size() && tags[end].code != 1001) ++end;
-        app.items = ReadResItems(tags, i + 1, end, values);
+        ResItems items = ReadResItems(tags, i + 1, end, values);
         // Only groups of 1000 and above belong to xdata; anything else behind a 1001 is passed over.
-        std::erase_if(app.items, [](const ResItem& item) { return item.code() < 1000; });
-        apps.push_back(std::move(app));
+        std::erase_if(items, [](const ResItem& item) { return item.code() < 1000; });
+        apps.push_back({names.name(tags[i].value), std::move(items)});
         i = end;
     }
     return apps;

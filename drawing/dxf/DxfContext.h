@@ -4,8 +4,11 @@
 
 #include "drawing/dxf/DxfLoader.h"
 #include "drawing/dxf/DxfTextDecoder.h"
+#include "drawing/model/AcDbNamePool.h"
 #include "drawing/model/AcDbObject.h"
 
+#include <array>
+#include <string>
 #include <vector>
 
 class DxfValues {
@@ -26,6 +29,29 @@ private:
     bool m_bad = false;
 };
 
+// Names read from DXF bytes (xdata applications, layers, dictionary entries), shared through a
+// database's pool. The same few names come back again and again: the last ones are found without
+// decoding them again.
+class DxfNames {
+public:
+    DxfNames(AcDbNamePool& pool, const DxfTextDecoder& decoder) : m_pool(pool), m_decoder(decoder) {}
+
+    const CString& name(std::string_view bytes);
+    // After the decoder changed: the same bytes may now mean another name.
+    void forget();
+
+private:
+    struct Recent {
+        std::string bytes;
+        const CString* name = nullptr;
+    };
+
+    AcDbNamePool& m_pool;
+    const DxfTextDecoder& m_decoder;
+    std::array<Recent, 16> m_recent;
+    size_t m_next = 0;
+};
+
 // The groups of a record that every object has, and where its xdata begins.
 struct DxfCommonGroups {
     AcDbHandle handle;
@@ -40,7 +66,7 @@ DxfCommonGroups ReadCommonGroups(const DxfRecord& record);
 // are normalised to upper-case hexadecimal without leading zeros.
 ResItems ReadResItems(const std::vector<DxfTag>& tags, size_t begin, size_t end, DxfValues& values);
 // The xdata of a record, from its first 1001 tag on, per application in order.
-std::vector<XDataApp> ReadXData(const DxfRecord& record, size_t begin, DxfValues& values);
+std::vector<XDataApp> ReadXData(const DxfRecord& record, size_t begin, DxfValues& values, DxfNames& names);
 
 // Accumulates a point from the groups base, base + 10 and base + 20.
 bool TakePointGroup(const DxfTag& tag, int base, AcGePoint3d& point, DxfValues& values);

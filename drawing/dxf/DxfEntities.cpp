@@ -1,10 +1,12 @@
 // Readers of entity records.
 #include "drawing/dxf/DxfEntities.h"
 
+#include "drawing/model/AcDb3dPolyline.h"
 #include "drawing/model/AcDbBlockReference.h"
 #include "drawing/model/AcDbCurves.h"
 #include "drawing/model/AcDbText.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -21,7 +23,6 @@ AcGePoint3d toWorld(const AcGeVector3d& normal, const AcGePoint3d& ocsPoint) {
 
 void readEntityGroups(const DxfTag& tag, AcDbEntity& entity, DxfValues& values) {
     switch (tag.code) {
-    case 8: entity.setLayer(values.text(tag)); break;
     case 62: entity.setColorIndex(static_cast<int>(values.integer(tag))); break;
     case 60: entity.setVisibility(values.integer(tag) != 0 ? AcDb::kInvisible : AcDb::kVisible); break;
     case 67: entity.setPaperSpaceFlag(values.integer(tag) != 0); break;
@@ -36,6 +37,8 @@ std::unique_ptr<AcDbEntity> readTextLike(const Tags& tags, size_t end, DxfValues
     AcGeVector3d normal = AcGeVector3d::kZAxis;
     for (size_t i = 0; i < end; ++i) {
         const DxfTag& tag = tags[i];
+        // A multi-line attribute definition embeds an MTEXT with groups of its own: not the definition's.
+        if (tag.code == 101) break;
         if (TakePointGroup(tag, 10, position, values) || TakeVectorGroup(tag, 210, normal, values)) continue;
         switch (tag.code) {
         case 1: text->setTextString(values.text(tag)); break;
@@ -123,20 +126,43 @@ std::unique_ptr<AcDbEntity> readLwPolyline(const Tags& tags, size_t end, DxfValu
     return polyline;
 }
 
-// An old-style POLYLINE; its vertices follow as records of their own.
+// An old-style POLYLINE; its vertices follow as records of their own. A 3D polyline or a mesh keeps its
+// vertices in space; anything else is a light-weight polyline in its plane.
 std::unique_ptr<AcDbEntity> readPolyline(const Tags& tags, size_t end, DxfValues& values) {
-    auto polyline = std::make_unique<AcDbPolyline>();
+    long long flags = 0;
+    long long meshM = 0;
+    long long meshN = 0;
+    double elevation = 0.0;
+    double constantWidth = 0.0;
     AcGeVector3d normal = AcGeVector3d::kZAxis;
     for (size_t i = 0; i < end; ++i) {
         const DxfTag& tag = tags[i];
         if (TakeVectorGroup(tag, 210, normal, values)) continue;
         switch (tag.code) {
-        case 30: polyline->setElevation(values.real(tag)); break;
-        case 40: polyline->setConstantWidth(values.real(tag)); break;
-        case 70: polyline->setClosed((values.integer(tag) & 1) != 0); break;
+        case 30: elevation = values.real(tag); break;
+        case 40: constantWidth = values.real(tag); break;
+        case 70: flags = values.integer(tag); break;
+        case 71: meshM = values.integer(tag); break;
+        case 72: meshN = values.integer(tag); break;
         default: break;
         }
     }
+    const bool closed = (flags & 1) != 0;
+    if ((flags & 8) != 0) {
+        auto polyline = std::make_unique<AcDb3dPolyline>();
+        polyline->setClosed(closed);
+        return polyline;
+    }
+    if ((flags & 16) != 0) {
+        auto mesh = std::make_unique<AcDbPolygonMesh>();
+        mesh->setSize(static_cast<int>(std::clamp(meshM, 0LL, 32767LL)), static_cast<int>(std::clamp(meshN, 0LL, 32767LL)));
+        return mesh;
+    }
+    if ((flags & 64) != 0) return std::make_unique<AcDbPolyFaceMesh>();
+    auto polyline = std::make_unique<AcDbPolyline>();
+    polyline->setElevation(elevation);
+    polyline->setConstantWidth(constantWidth);
+    polyline->setClosed(closed);
     polyline->setNormal(normal);
     return polyline;
 }
@@ -204,7 +230,10 @@ std::unique_ptr<AcDbEntity> readByKind(const DxfRecord& record, size_t end, DxfV
 DxfEntityRead ReadDxfEntity(const DxfRecord& record, size_t bodyEnd, DxfValues& values) {
     DxfEntityRead read;
     auto entity = readByKind(record, bodyEnd, values, read.blockName);
-    for (size_t i = 0; i < bodyEnd; ++i) readEntityGroups(record.tags[i], *entity, values);
+    for (size_t i = 0; i < bodyEnd; ++i) {
+        readEntityGroups(record.tags[i], *entity, values);
+        if (record.tags[i].code == 8) read.layer = record.tags[i].value;
+    }
     if (!values.bad()) read.entity = std::move(entity);
     return read;
 }
@@ -230,5 +259,28 @@ bool AddDxfVertex(AcDbPolyline& polyline, const DxfRecord& record, DxfValues& va
     // A face record of a polyface mesh has no place of its own.
     if ((flags & 128) != 0 && (flags & 64) == 0) return true;
     polyline.addVertexAt(polyline.numVerts(), {point.x, point.y}, bulge, startWidth, endWidth);
+    return true;
+}
+
+bool AddDxfSpaceVertex(AcDbSpaceVertices& owner, const DxfRecord& record, DxfValues& values) {
+    AcGePoint3d point;
+    long long flags = 0;
+    AcDbPolyFaceMesh::Face face{};
+    for (const DxfTag& tag : record.tags) {
+        if (tag.code == 1001) break;
+        if (TakePointGroup(tag, 10, point, values)) continue;
+        if (tag.code == 70) flags = values.integer(tag);
+        if (tag.code >= 71 && tag.code <= 74)
+            face[static_cast<size_t>(tag.code - 71)] = static_cast<int>(std::clamp(values.integer(tag), -32768LL, 32767LL));
+    }
+    if (values.bad()) return false;
+    const bool faceRecord = (flags & 128) != 0 && (flags & 64) == 0;
+    if (faceRecord) {
+        if (auto* mesh = AcDbPolyFaceMesh::cast(&owner)) mesh->appendFace(face);
+        return true;
+    }
+    // A spline's frame control points are not on the curve.
+    if ((flags & 16) != 0) return true;
+    owner.appendVertex(point);
     return true;
 }

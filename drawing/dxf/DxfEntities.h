@@ -2,6 +2,7 @@
 #pragma once
 
 #include "drawing/dxf/DxfContext.h"
+#include "drawing/model/AcDb3dPolyline.h"
 #include "drawing/model/AcDbEntity.h"
 #include "drawing/model/AcDbPolyline.h"
 
@@ -10,6 +11,7 @@
 struct DxfEntityRead {
     std::unique_ptr<AcDbEntity> entity;  // null when the record is bad
     CString blockName;                   // of an INSERT, resolved once every block is known
+    std::string_view layer;              // the bytes of the layer's name; empty for layer "0"
 };
 
 // Any entity record but the parts of sequences (VERTEX, SEQEND, ATTRIB); kinds the model does not know
@@ -17,3 +19,5 @@ struct DxfEntityRead {
 DxfEntityRead ReadDxfEntity(const DxfRecord& record, size_t bodyEnd, DxfValues& values);
 // Adds a VERTEX record to an old-style polyline; false when the record is bad.
 bool AddDxfVertex(AcDbPolyline& polyline, const DxfRecord& record, DxfValues& values);
+// Adds a VERTEX record to a 3D polyline or a mesh: a point, or a face of a polyface mesh.
+bool AddDxfSpaceVertex(AcDbSpaceVertices& owner, const DxfRecord& record, DxfValues& values);

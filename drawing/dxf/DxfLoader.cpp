@@ -22,7 +22,8 @@ bool isRecordStart(const DxfTag& tag, bool header) {
 
 } // namespace
 
-DxfLoader::DxfLoader(std::string_view text) : m_tokenizer(withoutBom(text)) {
+DxfLoader::DxfLoader(std::string_view text, DxfTextFeed* feed) : m_tokenizer(text, feed) {
+    m_tokenizer.skipByteOrderMark();
     if (withoutBom(text).starts_with(kBinarySentinel)) fail(DxfLoadStatus::Binary);
 }
 
@@ -32,20 +33,22 @@ bool DxfLoader::fail(DxfLoadStatus status) {
     return false;
 }
 
+// Comments (999) may stand anywhere and are no data.
 bool DxfLoader::readTag(DxfTag& tag) {
     if (m_hasPending) {
         tag = m_pending;
         m_hasPending = false;
         return true;
     }
-    return m_tokenizer.next(tag);
+    while (m_tokenizer.next(tag))
+        if (tag.code != 999) return true;
+    return false;
 }
 
 // Outside sections: comments, the start of the next section, or the end of the file.
 bool DxfLoader::enterSection() {
     DxfTag tag;
     while (readTag(tag)) {
-        if (tag.code == 999) continue;
         const std::string_view value = trimmedValue(tag.value);
         if (tag.code == 0 && value == "EOF") {
             m_finished = true;
@@ -95,8 +98,9 @@ bool DxfLoader::next(DxfRecord& record) {
     return false;
 }
 
-bool LooksLikeDxf(std::string_view bytes) {
-    DxfTokenizer tokenizer(withoutBom(bytes));
+bool LooksLikeDxf(std::string_view bytes, DxfTextFeed* feed) {
+    DxfTokenizer tokenizer(bytes, feed);
+    tokenizer.skipByteOrderMark();
     DxfTag tag;
     while (tokenizer.next(tag)) {
         if (tag.code == 999) continue;

@@ -6,6 +6,7 @@
 #include "drawing/dxf/DxfTokenizer.h"
 #include "support/Export.h"
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -25,7 +26,8 @@ enum class DxfLoadStatus {
 
 class DxfLoader {
 public:
-    explicit DxfLoader(std::string_view text);
+    // `feed`, when given, brings the text behind `text` as the loader needs it.
+    explicit DxfLoader(std::string_view text, DxfTextFeed* feed = nullptr);
 
     // The next record; false at the end of the file or at a fault, which status() then tells.
     bool next(DxfRecord& record);
@@ -39,7 +41,7 @@ private:
 
     DxfTokenizer m_tokenizer;
     DxfLoadStatus m_status = DxfLoadStatus::Ok;
-    std::string_view m_section;
+    std::string m_section;  // a copy: the text behind the record in hand may be given back
     bool m_inSection = false;
     bool m_sawSection = false;
     bool m_finished = false;
@@ -48,4 +50,5 @@ private:
 };
 
 // Whether bytes hold ASCII DXF: after an optional byte-order mark and comments, a section begins.
-QX_API bool LooksLikeDxf(std::string_view bytes);
+// `feed`, when given, brings more of the text when the comments run past what has arrived.
+QX_API bool LooksLikeDxf(std::string_view bytes, DxfTextFeed* feed = nullptr);

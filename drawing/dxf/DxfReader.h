@@ -9,3 +9,7 @@
 // Replaces the database's content with the drawing in `text`. On any status but Ok the database is
 // left empty: a drawing that is cut short or broken in its frame does not open.
 QX_API DxfLoadStatus ReadDxfText(std::string_view text, AcDbDatabase& database);
+
+class DxfFileText;
+// The same for a file read piece by piece.
+DxfLoadStatus ReadDxfFile(DxfFileText& file, AcDbDatabase& database);

@@ -2,6 +2,7 @@
 #include "drawing/dxf/DxfTokenizer.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstring>
 
 namespace {
@@ -12,13 +13,44 @@ std::string_view trimmed(std::string_view text) {
     return text;
 }
 
+// The common form of a group code line, read fast: blanks, digits, blanks. Other forms go to ParseDxfInt.
+bool parsePlainCode(std::string_view line, long long& code) {
+    size_t i = 0;
+    while (i < line.size() && line[i] == ' ') ++i;
+    const size_t digits = i;
+    long long value = 0;
+    while (i < line.size() && line[i] >= '0' && line[i] <= '9' && i - digits < 6) value = value * 10 + (line[i++] - '0');
+    if (i == digits) return false;
+    while (i < line.size() && (line[i] == ' ' || line[i] == '\r')) ++i;
+    if (i != line.size()) return false;
+    code = value;
+    return true;
+}
+
 } // namespace
 
+void DxfTokenizer::skipByteOrderMark() {
+    if (m_pos == 0 && m_text.starts_with("\xEF\xBB\xBF")) m_pos = 3;
+}
+
+bool DxfTokenizer::moreText() {
+    if (m_feed == nullptr) return false;
+    const size_t before = m_text.size();
+    m_text = m_feed->more();
+    return m_text.size() > before;
+}
+
 bool DxfTokenizer::readLine(std::string_view& line) {
-    if (m_pos >= m_text.size()) return false;
+    if (m_pos >= m_text.size() && !moreText()) return false;
+    const void* newline = nullptr;
+    size_t searched = m_pos;
+    // A line that runs past what has arrived waits for more; only the new bytes are searched again.
+    while ((newline = std::memchr(m_text.data() + searched, '\n', m_text.size() - searched)) == nullptr) {
+        searched = m_text.size();
+        if (!moreText()) break;
+    }
     const char* start = m_text.data() + m_pos;
     const size_t left = m_text.size() - m_pos;
-    const void* newline = std::memchr(start, '\n', left);
     const size_t length = newline ? static_cast<size_t>(static_cast<const char*>(newline) - start) : left;
     line = std::string_view(start, length);
     if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
@@ -27,13 +59,39 @@ bool DxfTokenizer::readLine(std::string_view& line) {
     return true;
 }
 
+// Most tags are a code of a few digits (blank-padded) and a short value, both wholly in the text that has
+// arrived: they are read in one pass. Anything else takes the general way below.
+bool DxfTokenizer::nextPlain(DxfTag& tag) {
+    const char* p = m_text.data() + m_pos;
+    const char* const end = m_text.data() + m_text.size();
+    while (p < end && *p == ' ') ++p;
+    const char* const digits = p;
+    int code = 0;
+    while (p < end && *p >= '0' && *p <= '9' && p - digits < 5) code = code * 10 + (*p++ - '0');
+    if (p == digits || code > 32767) return false;
+    if (p < end && *p == '\r') ++p;
+    if (p >= end || *p != '\n') return false;
+    const char* const value = ++p;
+    while (p < end && *p != '\n') ++p;
+    if (p >= end) return false;
+    size_t length = static_cast<size_t>(p - value);
+    if (length > 0 && value[length - 1] == '\r') --length;
+    tag.code = code;
+    tag.value = std::string_view(value, length);
+    m_pos = static_cast<size_t>(p + 1 - m_text.data());
+    m_line += 2;
+    return true;
+}
+
 bool DxfTokenizer::next(DxfTag& tag) {
     if (m_failed) return false;
+    if (nextPlain(tag)) return true;
     std::string_view codeLine;
     if (!readLine(codeLine)) return false;
     long long code;
     std::string_view valueLine;
-    if (!ParseDxfInt(codeLine, code) || code < -32768 || code > 32767 || !readLine(valueLine)) {
+    if ((!parsePlainCode(codeLine, code) && !ParseDxfInt(codeLine, code)) || code < -32768 || code > 32767 ||
+        !readLine(valueLine)) {
         m_failed = true;
         return false;
     }
@@ -47,7 +105,8 @@ bool ParseDxfDouble(std::string_view text, double& value) {
     if (!text.empty() && text.front() == '+') text.remove_prefix(1);
     if (text.empty()) return false;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    return result.ec == std::errc() && result.ptr == text.data() + text.size();
+    // "nan" and "inf" are numbers to from_chars, but no coordinate a drawing can hold.
+    return result.ec == std::errc() && result.ptr == text.data() + text.size() && std::isfinite(value);
 }
 
 bool ParseDxfInt(std::string_view text, long long& value) {

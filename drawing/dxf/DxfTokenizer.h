@@ -10,10 +10,22 @@ struct DxfTag {
     std::string_view value;
 };
 
+// Text that arrives piece by piece: the tokenizer asks for more when a line runs past what has arrived.
+class DxfTextFeed {
+public:
+    virtual ~DxfTextFeed() = default;
+    // Makes more text available behind what has arrived, at the same addresses, and gives the whole text
+    // so far; at the end of the input it gives the same text again.
+    virtual std::string_view more() = 0;
+};
+
 class DxfTokenizer {
 public:
-    explicit DxfTokenizer(std::string_view text) : m_text(text) {}
+    // `text` is what has arrived of the input; `feed`, when given, brings the rest.
+    explicit DxfTokenizer(std::string_view text, DxfTextFeed* feed = nullptr) : m_text(text), m_feed(feed) {}
 
+    // Passes over a UTF-8 byte-order mark at the start.
+    void skipByteOrderMark();
     // The next tag; false at the end of the text or at a group code line that is no integer.
     bool next(DxfTag& tag);
     // True when next() stopped at a bad group code line, or at a code line without its value line.
@@ -22,14 +34,18 @@ public:
     size_t line() const { return m_line; }
 
 private:
+    bool nextPlain(DxfTag& tag);
     bool readLine(std::string_view& line);
+    bool moreText();
 
     std::string_view m_text;
+    DxfTextFeed* m_feed;
     size_t m_pos = 0;
     size_t m_line = 0;
     bool m_failed = false;
 };
 
-// Values of tags, read without regard to the locale; blanks around a number are allowed.
+// Values of tags, read without regard to the locale; blanks around a number are allowed. A real must be
+// finite.
 bool ParseDxfDouble(std::string_view text, double& value);
 bool ParseDxfInt(std::string_view text, long long& value);

@@ -1,4 +1,5 @@
 // Reading a drawing file into a database: "X.dwg" holds DXF itself, or has "X.dxf" beside it.
+#include "drawing/dxf/DxfFileText.h"
 #include "drawing/dxf/DxfReader.h"
 #include "support/FileSystem.h"
 #include "support/PathText.h"
@@ -16,25 +17,32 @@ Acad::ErrorStatus statusOf(DxfLoadStatus status) {
     return Acad::eBadDwgHeader;
 }
 
-// The DXF text of a drawing path, or false. The drawing file itself must exist: a lone "X.dxf" is no
-// drawing "X.dwg".
-bool readDrawingText(const CString& path, std::string& bytes) {
-    if (QxFs::IsFolder(path) || !QxFs::ReadBytes(path, bytes)) return false;
-    if (LooksLikeDxf(bytes)) return true;
-    if (!GetFileExtension(path).EqualsNoCase(u"dwg")) return false;
-    const CString beside = RemoveFileExtension(path) + u".dxf";
-    return !QxFs::IsFolder(beside) && QxFs::ReadBytes(beside, bytes) && LooksLikeDxf(bytes);
+std::unique_ptr<DxfFileText> openFile(const CString& path) {
+    if (QxFs::IsFolder(path)) return nullptr;
+    const auto native = QxFs::Resolve(path);
+    return native ? DxfFileText::open(*native) : nullptr;
+}
+
+// The DXF text of a drawing path, opened, or null. The drawing file itself must exist and be readable: a
+// lone "X.dxf" is no drawing "X.dwg".
+std::unique_ptr<DxfFileText> openDrawingText(const CString& path) {
+    auto file = openFile(path);
+    if (!file) return nullptr;
+    if (LooksLikeDxf(file->text(), file.get())) return file;
+    if (!GetFileExtension(path).EqualsNoCase(u"dwg")) return nullptr;
+    auto beside = openFile(RemoveFileExtension(path) + u".dxf");
+    return beside && LooksLikeDxf(beside->text(), beside.get()) ? std::move(beside) : nullptr;
 }
 
 } // namespace
 
 Acad::ErrorStatus AcDbDatabase::readDwgFile(const CString& fileName, int, bool, const char16_t*) {
-    std::string bytes;
-    if (!readDrawingText(fileName, bytes)) {
+    const auto file = openDrawingText(fileName);
+    if (!file) {
         clear();
         return QxFs::Exists(fileName) ? Acad::eBadDwgHeader : Acad::eFileNotFound;
     }
-    const Acad::ErrorStatus status = statusOf(ReadDxfText(bytes, *this));
+    const Acad::ErrorStatus status = statusOf(ReadDxfFile(*file, *this));
     if (status == Acad::eOk) setOriginalFileName(fileName);
     return status;
 }

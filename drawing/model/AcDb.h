@@ -1,6 +1,7 @@
 // The whole drawing model in one include.
 #pragma once
 
+#include "drawing/model/AcDb3dPolyline.h"
 #include "drawing/model/AcDbBlockReference.h"
 #include "drawing/model/AcDbBlockTable.h"
 #include "drawing/model/AcDbCurves.h"

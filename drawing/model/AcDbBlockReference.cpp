@@ -3,8 +3,6 @@
 
 #include "drawing/model/AcDbBlockTable.h"
 
-#include <algorithm>
-
 AcGeMatrix3d AcDbBlockReference::blockTransform() const {
     AcGePoint3d origin;
     if (const auto* block = AcDbBlockTableRecord::cast(m_block.objectUnchecked())) origin = block->origin();
@@ -19,14 +17,16 @@ AcGeMatrix3d AcDbBlockReference::blockTransform() const {
 void AcDbBlockReference::addExtents(const AcGeMatrix3d& toWorld, ExtentsWalk& walk, AcDbExtents& extents) const {
     const auto* block = AcDbBlockTableRecord::cast(m_block.objectUnchecked());
     if (block == nullptr || block->isErased()) return;
-    auto& path = walk.blocksOnPath;
-    if (static_cast<int>(path.size()) >= ExtentsWalk::kMaxDepth) return;
-    if (std::find(path.begin(), path.end(), block) != path.end()) return;
-    path.push_back(block);
     const AcGeMatrix3d m = toWorld * blockTransform();
-    for (const AcDbObjectId& id : block->entityIds()) {
-        const auto* entity = AcDbEntity::cast(id.objectUnchecked());
-        if (entity != nullptr && !entity->isErased()) entity->addExtents(m, walk, extents);
+    // The reference being measured takes its definition's geometry exactly; references nested in it take
+    // the cached box of their definitions, which keeps deep nestings linear instead of exponential.
+    if (walk.blocksOnPath.empty()) return block->addEntityExtents(m, walk, extents);
+    const AcDbExtents own = block->definitionExtents(walk);
+    if (!own.isValid()) return;
+    const AcGePoint3d& lo = own.minPoint();
+    const AcGePoint3d& hi = own.maxPoint();
+    for (int corner = 0; corner < 8; ++corner) {
+        const AcGePoint3d p{(corner & 1) ? hi.x : lo.x, (corner & 2) ? hi.y : lo.y, (corner & 4) ? hi.z : lo.z};
+        extents.addPoint(m.transform(p));
     }
-    path.pop_back();
 }

@@ -4,6 +4,8 @@
 #include "drawing/model/AcDbDatabase.h"
 #include "drawing/model/AcDbOpen.h"
 
+#include <algorithm>
+
 namespace {
 
 CString upper(CString name) {
@@ -28,8 +30,42 @@ Acad::ErrorStatus AcDbBlockTableRecord::appendAcDbEntity(AcDbObjectId& id, std::
     entity->setOwnerId(objectId());
     const Acad::ErrorStatus status = database()->addAcDbObject(id, std::move(entity));
     if (status != Acad::eOk) return status;
-    m_entities.push_back(id);
+    appendExistingEntity(id);
     return Acad::eOk;
+}
+
+void AcDbBlockTableRecord::appendExistingEntity(AcDbObjectId id) {
+    m_entities.push_back(id);
+    if (database() != nullptr) database()->noteGeometryChange();
+}
+
+void AcDbBlockTableRecord::setOrigin(const AcGePoint3d& origin) {
+    m_origin = origin;
+    if (database() != nullptr) database()->noteGeometryChange();
+}
+
+void AcDbBlockTableRecord::addEntityExtents(const AcGeMatrix3d& toWorld, ExtentsWalk& walk, AcDbExtents& extents) const {
+    auto& path = walk.blocksOnPath;
+    if (static_cast<int>(path.size()) >= ExtentsWalk::kMaxDepth) return;
+    if (std::find(path.begin(), path.end(), this) != path.end()) return;
+    path.push_back(this);
+    for (const AcDbObjectId& id : m_entities) {
+        const auto* entity = AcDbEntity::cast(id.objectUnchecked());
+        if (entity != nullptr && !entity->isErased()) entity->addExtents(toWorld, walk, extents);
+    }
+    path.pop_back();
+}
+
+AcDbExtents AcDbBlockTableRecord::definitionExtents(ExtentsWalk& walk) const {
+    const AcDbDatabase* db = database();
+    if (db != nullptr && m_cachedGeneration == db->geometryGeneration()) return m_cachedExtents;
+    AcDbExtents own;
+    addEntityExtents(AcGeMatrix3d(), walk, own);
+    if (db != nullptr) {
+        m_cachedExtents = own;
+        m_cachedGeneration = db->geometryGeneration();
+    }
+    return own;
 }
 
 AcDbBlockTableRecordIterator::AcDbBlockTableRecordIterator(const AcDbBlockTableRecord& record, bool skipDeleted)

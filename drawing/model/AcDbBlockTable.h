@@ -21,7 +21,7 @@ public:
     void setName(const CString& name) { m_name = name; }
     // The base point of the definition.
     AcGePoint3d origin() const { return m_origin; }
-    void setOrigin(const AcGePoint3d& origin) { m_origin = origin; }
+    void setOrigin(const AcGePoint3d& origin);
     bool isAnonymous() const { return m_name.StartsWith(u"*U") || m_name.StartsWith(u"*u"); }
 
     // Every entity in drawing order, erased ones included.
@@ -31,12 +31,22 @@ public:
     // Takes the entity into the database and appends it; the record must be open for write.
     Acad::ErrorStatus appendAcDbEntity(AcDbObjectId& id, std::unique_ptr<AcDbEntity> entity);
     // For readers that fill a drawing: appends an entity that is already in the database.
-    void appendExistingEntity(AcDbObjectId id) { m_entities.push_back(id); }
+    void appendExistingEntity(AcDbObjectId id);
+
+    // The extents of the definition's geometry in its own coordinates, nested inserts included. Kept
+    // until the drawing changes, so that each definition of a deep nesting is measured once, not once
+    // for every path that reaches it. Empty when the walk cannot enter the definition (a cycle, or
+    // nesting deeper than ExtentsWalk::kMaxDepth).
+    AcDbExtents definitionExtents(ExtentsWalk& walk) const;
+    // Adds the geometry of every entity, taken through `toWorld`; guarded against cycles and depth.
+    void addEntityExtents(const AcGeMatrix3d& toWorld, ExtentsWalk& walk, AcDbExtents& extents) const;
 
 private:
     CString m_name;
     AcGePoint3d m_origin;
     std::vector<AcDbObjectId> m_entities;
+    mutable AcDbExtents m_cachedExtents;
+    mutable std::uint64_t m_cachedGeneration = 0;  // the database's geometry generation; 0 for none
 };
 
 // Walks a record's entities in drawing order. Entities appended during the walk are reached too.

@@ -10,11 +10,11 @@ AcDbDatabase::AcDbDatabase(bool buildDefault, bool) {
 AcDbDatabase::~AcDbDatabase() = default;
 
 void AcDbDatabase::clear() {
-    m_byHandle.clear();
     m_objects.clear();
     m_handseed = AcDbHandle(1);
     m_blockTable = {};
     m_namedObjects = {};
+    m_names = AcDbNamePool();
 }
 
 void AcDbDatabase::buildDefaultDrawing() {
@@ -52,37 +52,38 @@ AcDbObjectId AcDbDatabase::paperSpaceId() const {
 Acad::ErrorStatus AcDbDatabase::getAcDbObjectId(AcDbObjectId& id, bool, const AcDbHandle& handle, int) const {
     id = AcDbObjectId::kNull;
     if (handle.isNull()) return Acad::eInvalidInput;
-    const auto it = m_byHandle.find(handle.value());
-    if (it == m_byHandle.end()) return Acad::eUnknownHandle;
-    id = AcDbObjectId::fromObject(it->second);
+    AcDbObject* found = m_objects.find(handle.value());
+    if (found == nullptr) return Acad::eUnknownHandle;
+    id = AcDbObjectId::fromObject(found);
     return Acad::eOk;
 }
 
 Acad::ErrorStatus AcDbDatabase::addAcDbObject(AcDbObjectId& id, std::unique_ptr<AcDbObject> object, AcDbHandle handle) {
     id = AcDbObjectId::kNull;
     if (!object) return Acad::eInvalidInput;
-    if (handle.isNull() || m_byHandle.count(handle.value()) != 0) handle = m_handseed;
-    while (m_byHandle.count(handle.value()) != 0) ++handle;
+    if (handle.isNull() || m_objects.contains(handle.value())) handle = m_handseed;
+    // The seed wraps to 0 after a drawing that used the last handle.
+    while (handle.isNull() || m_objects.contains(handle.value())) ++handle;
     object->attachTo(this, handle);
-    m_byHandle.emplace(handle.value(), object.get());
     if (handle >= m_handseed) m_handseed = AcDbHandle(handle.value() + 1);
     id = object->objectId();
-    m_objects.push_back(std::move(object));
+    m_objects.insert(object.release());
     return Acad::eOk;
 }
 
 bool AcDbDatabase::addAcDbObjectWithHandle(std::unique_ptr<AcDbObject>& object, AcDbHandle handle) {
     if (!object || handle.isNull()) return false;
-    const auto [slot, inserted] = m_byHandle.try_emplace(handle.value(), object.get());
-    if (!inserted) return false;
     object->attachTo(this, handle);
+    if (!m_objects.insert(object.get())) {
+        object->attachTo(nullptr, {});
+        return false;
+    }
+    object.release();
     if (handle >= m_handseed) m_handseed = AcDbHandle(handle.value() + 1);
-    m_objects.push_back(std::move(object));
     return true;
 }
 
 void AcDbDatabase::reserveObjects(size_t count) {
-    m_byHandle.reserve(m_byHandle.size() + count);
     m_objects.reserve(m_objects.size() + count);
 }
 

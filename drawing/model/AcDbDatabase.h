@@ -3,9 +3,10 @@
 
 #include "drawing/model/AcDbBlockTable.h"
 #include "drawing/model/AcDbDictionary.h"
+#include "drawing/model/AcDbNamePool.h"
+#include "drawing/model/AcDbObjectTable.h"
 
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 class QX_API AcDbDatabase {
@@ -53,12 +54,21 @@ public:
     // Drops every object: the state of a database made without a default drawing.
     void clear();
 
+    // Names that objects share: xdata applications, layers, dictionary entries.
+    AcDbNamePool& names() { return m_names; }
+
+    // Counts changes that may move geometry (entities appended or erased, objects opened for write);
+    // cached extents of block definitions are valid for one generation only.
+    std::uint64_t geometryGeneration() const { return m_geometryGeneration; }
+    void noteGeometryChange() { ++m_geometryGeneration; }
+
 private:
     void buildDefaultDrawing();
 
-    std::vector<std::unique_ptr<AcDbObject>> m_objects;
-    std::unordered_map<std::uint64_t, AcDbObject*> m_byHandle;
+    AcDbNamePool m_names;  // before the objects, which refer to its names
+    AcDbObjectTable m_objects;
     AcDbHandle m_handseed{1};
+    std::uint64_t m_geometryGeneration = 1;
     AcDbObjectId m_blockTable;
     AcDbObjectId m_namedObjects;
     CString m_fileName;

@@ -13,11 +13,21 @@ CString upper(CString name) {
 
 } // namespace
 
+long long AcDbDictionary::indexOf(const CString& name) const {
+    if (m_byUpperName) {
+        const auto it = m_byUpperName->find(upper(name));
+        return it == m_byUpperName->end() ? -1 : static_cast<long long>(it->second);
+    }
+    for (size_t i = 0; i < m_entries.size(); ++i)
+        if (m_entries[i].name.EqualsNoCase(name)) return static_cast<long long>(i);
+    return -1;
+}
+
 Acad::ErrorStatus AcDbDictionary::getAt(const CString& name, AcDbObjectId& id) const {
     id = AcDbObjectId::kNull;
-    const auto it = m_byUpperName.find(upper(name));
-    if (it == m_byUpperName.end()) return Acad::eKeyNotFound;
-    id = m_entries[it->second].id;
+    const long long index = indexOf(name);
+    if (index < 0) return Acad::eKeyNotFound;
+    id = m_entries[static_cast<size_t>(index)].id;
     return id.isNull() ? Acad::eNullObjectId : Acad::eOk;
 }
 
@@ -30,7 +40,7 @@ Acad::ErrorStatus AcDbDictionary::getAt(const CString& name, AcDbObject*& object
 }
 
 bool AcDbDictionary::has(const CString& name) const {
-    return m_byUpperName.count(upper(name)) != 0;
+    return indexOf(name) >= 0;
 }
 
 bool AcDbDictionary::has(AcDbObjectId id) const {
@@ -51,9 +61,9 @@ Acad::ErrorStatus AcDbDictionary::setAt(const CString& name, std::unique_ptr<AcD
     object->setOwnerId(objectId());
     const Acad::ErrorStatus status = database()->addAcDbObject(id, std::move(object));
     if (status != Acad::eOk) return status;
-    const auto it = m_byUpperName.find(upper(name));
-    if (it != m_byUpperName.end()) {
-        m_entries[it->second].id = id;
+    const long long index = indexOf(name);
+    if (index >= 0) {
+        m_entries[static_cast<size_t>(index)].id = id;
         return Acad::eOk;
     }
     addEntry(name, id);
@@ -61,8 +71,15 @@ Acad::ErrorStatus AcDbDictionary::setAt(const CString& name, std::unique_ptr<AcD
 }
 
 void AcDbDictionary::addEntry(const CString& name, AcDbObjectId id) {
-    m_byUpperName.emplace(upper(name), m_entries.size());
-    m_entries.push_back({name, id});
+    m_entries.push_back({namePool().intern(name.view()), id});
+    if (m_byUpperName) {
+        m_byUpperName->emplace(upper(name), m_entries.size() - 1);
+        return;
+    }
+    if (m_entries.size() < kIndexedFrom) return;
+    m_byUpperName = std::make_unique<std::unordered_map<CString, size_t>>();
+    // The first entry of a name wins.
+    for (size_t i = 0; i < m_entries.size(); ++i) m_byUpperName->emplace(upper(m_entries[i].name), i);
 }
 
 const char16_t* AcDbDictionaryIterator::name() const {

@@ -16,8 +16,9 @@ public:
     static const AcDbDictionary* cast(const AcDbObject* object) { return dynamic_cast<const AcDbDictionary*>(object); }
     std::string_view dxfName() const override { return "DICTIONARY"; }
 
+    // The name is shared by the database's objects (see namePool()).
     struct Entry {
-        CString name;
+        const CString& name;
         AcDbObjectId id;
     };
 
@@ -38,8 +39,14 @@ public:
     void addEntry(const CString& name, AcDbObjectId id);
 
 private:
+    // The first entry of the name, ignoring case; -1 for none.
+    long long indexOf(const CString& name) const;
+
+    // Most dictionaries hold a few entries and are searched in order; larger ones get an index by
+    // upper-case name.
+    static constexpr size_t kIndexedFrom = 16;
     std::vector<Entry> m_entries;
-    std::unordered_map<CString, size_t> m_byUpperName;
+    std::unique_ptr<std::unordered_map<CString, size_t>> m_byUpperName;
 };
 
 // Walks a dictionary's entries in order.

@@ -1,10 +1,29 @@
 // Entities: common properties and extents.
 #include "drawing/model/AcDbEntity.h"
 
+#include "drawing/model/AcDbNamePool.h"
+
+#include <algorithm>
 #include <cmath>
 
+namespace {
+
+const CString kDefaultLayer = u"0";
+
+} // namespace
+
+AcDbEntity::AcDbEntity() : m_layer(&kDefaultLayer) {}
+
+void AcDbEntity::setLayer(const CString& layer) {
+    m_layer = &namePool().intern(layer.view());
+}
+
+void AcDbEntity::setColorIndex(int color) {
+    m_colorIndex = static_cast<short>(std::clamp(color, -32768, 32767));
+}
+
 void AcDbEntity::setVisibility(AcDb::Visibility visibility, bool) {
-    m_visibility = visibility;
+    m_invisible = visibility == AcDb::kInvisible;
 }
 
 Acad::ErrorStatus AcDbEntity::getGeomExtents(AcDbExtents& extents) const {

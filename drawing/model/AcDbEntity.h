@@ -15,15 +15,21 @@ struct QX_API ExtentsWalk {
 
 class QX_API AcDbEntity : public AcDbObject {
 public:
+    AcDbEntity();
     static AcDbEntity* cast(AcDbObject* object) { return dynamic_cast<AcDbEntity*>(object); }
     static const AcDbEntity* cast(const AcDbObject* object) { return dynamic_cast<const AcDbEntity*>(object); }
 
     AcDbObjectId blockId() const { return ownerId(); }
-    const CString& layer() const { return m_layer; }
-    void setLayer(const CString& layer) { m_layer = layer; }
+    const CString& layer() const { return *m_layer; }
+    // Layer names are shared by the entities of a database (see namePool()).
+    void setLayer(const CString& layer);
+    // For readers that fill a drawing: a name that already lives in the pool of the database the entity
+    // goes into.
+    void setPooledLayer(const CString& pooledName) { m_layer = &pooledName; }
     int colorIndex() const { return m_colorIndex; }
-    void setColorIndex(int color) { m_colorIndex = color; }
-    AcDb::Visibility visibility() const { return m_visibility; }
+    // Colour numbers are 16-bit (0 by block, 256 by layer, negative while the layer is off).
+    void setColorIndex(int color);
+    AcDb::Visibility visibility() const { return m_invisible ? AcDb::kInvisible : AcDb::kVisible; }
     void setVisibility(AcDb::Visibility visibility, bool doSubents = true);
     bool isPaperSpaceFlagged() const { return m_paperSpace; }
     void setPaperSpaceFlag(bool paper) { m_paperSpace = paper; }
@@ -34,10 +40,11 @@ public:
     virtual void addExtents(const AcGeMatrix3d& toWorld, ExtentsWalk& walk, AcDbExtents& extents) const = 0;
 
 private:
-    CString m_layer = u"0";
-    int m_colorIndex = 256;
-    AcDb::Visibility m_visibility = AcDb::kVisible;
+    // The small members first: they fill the room the object's own members leave at their end.
+    short m_colorIndex = 256;
+    bool m_invisible = false;
     bool m_paperSpace = false;
+    const CString* m_layer;
 };
 
 // An entity of a kind the model does not know (HATCH, DIMENSION, ...): kept with its data, no extents.

@@ -1,13 +1,22 @@
 // What every object of a drawing has.
 #include "drawing/model/AcDbObject.h"
 
+#include "drawing/model/AcDbDatabase.h"
+
 #include <algorithm>
 
 AcDbObject::~AcDbObject() = default;
 
 Acad::ErrorStatus AcDbObject::erase(bool erasing) {
     m_erased = erasing;
+    if (m_database != nullptr) m_database->noteGeometryChange();
     return Acad::eOk;
+}
+
+void AcDbObject::upgradeOpen() {
+    m_writeEnabled = true;
+    // Whoever writes may move geometry that cached extents hold.
+    if (m_database != nullptr) m_database->noteGeometryChange();
 }
 
 Acad::ErrorStatus AcDbObject::close() {
@@ -37,15 +46,24 @@ resbuf* AcDbObject::xData(const char16_t* application) const {
 void AcDbObject::setXDataItems(const CString& application, ResItems items) {
     const auto it = std::find_if(m_xdata.begin(), m_xdata.end(),
                                  [&](const XDataApp& app) { return app.name.EqualsNoCase(application); });
-    if (items.empty()) {
-        if (it != m_xdata.end()) m_xdata.erase(it);
-        return;
-    }
-    if (it != m_xdata.end()) {
+    if (it != m_xdata.end() && !items.empty()) {
         it->items = std::move(items);
         return;
     }
-    m_xdata.push_back({application, std::move(items)});
+    if (it != m_xdata.end()) {
+        // Names are shared references: the list is built anew instead of shifted.
+        std::vector<XDataApp> kept;
+        kept.reserve(m_xdata.size() - 1);
+        for (auto& app : m_xdata)
+            if (&app != &*it) kept.push_back({app.name, std::move(app.items)});
+        m_xdata = std::move(kept);
+        return;
+    }
+    if (!items.empty()) m_xdata.push_back({namePool().intern(application.view()), std::move(items)});
+}
+
+AcDbNamePool& AcDbObject::namePool() const {
+    return m_database != nullptr ? m_database->names() : AcDbNamePool::detached();
 }
 
 Acad::ErrorStatus AcDbObject::setXData(const resbuf* chain) {

@@ -8,9 +8,12 @@
 #include <string_view>
 #include <vector>
 
-// The xdata of one application, without its 1001 item.
+class AcDbNamePool;
+
+// The xdata of one application, without its 1001 item. The name is shared by every object of the
+// database that has xdata of that application.
 struct QX_API XDataApp {
-    CString name;
+    const CString& name;
     ResItems items;
 };
 
@@ -38,7 +41,7 @@ public:
     // Closing ends a write; there is nothing to release.
     Acad::ErrorStatus close();
     bool isWriteEnabled() const { return m_writeEnabled; }
-    void upgradeOpen() { m_writeEnabled = true; }
+    void upgradeOpen();
 
     // A new chain with the 1001 item and the items of that application (names compared ignoring case),
     // or null. A null or empty name gives the xdata of every application, one after the other.
@@ -49,8 +52,11 @@ public:
     // The same on the kept form; empty items remove the application.
     void setXDataItems(const CString& application, ResItems items);
     const std::vector<XDataApp>& xDataApps() const { return m_xdata; }
-    // For readers that fill a drawing: xdata as stored, an application with no items included.
+    // For readers that fill a drawing: xdata as stored, an application with no items included; the names
+    // come from namePool().
     void setXDataApps(std::vector<XDataApp> apps) { m_xdata = std::move(apps); }
+    // Where the object's shared names live: its database's pool, or the pool of objects in no database.
+    AcDbNamePool& namePool() const;
     const XDataApp* findXData(std::u16string_view application) const;
 
     AcDbObjectId extensionDictionary() const { return m_extensionDictionary; }
@@ -58,7 +64,7 @@ public:
 
     // For the database that takes the object in.
     void attachTo(AcDbDatabase* database, AcDbHandle handle) { m_database = database; m_handle = handle; }
-    void setOpenedForWrite(bool write) { if (write) m_writeEnabled = true; }
+    void setOpenedForWrite(bool write) { if (write) upgradeOpen(); }
 
 private:
     AcDbDatabase* m_database = nullptr;

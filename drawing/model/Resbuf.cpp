@@ -5,6 +5,8 @@
 
 #include <cstring>
 
+static_assert(sizeof(ResItem) == 32, "an item should stay as small as a point and its code");
+
 RbKind RbKindOf(int code) {
     switch (code) {
     case RTREAL: case RTANG: return RbKind::Real;
@@ -14,7 +16,8 @@ RbKind RbKindOf(int code) {
     case RTSTR: return RbKind::Text;
     default: break;
     }
-    if (code >= 10 && code <= 39) return RbKind::Point;
+    if (code >= 10 && code <= 37) return RbKind::Point;
+    if (code == 38 || code == 39) return RbKind::Real;  // elevation and thickness
     if (code >= 40 && code <= 59) return RbKind::Real;
     if (code >= 60 && code <= 79) return RbKind::Int16;
     if (code >= 90 && code <= 99) return RbKind::Int32;
@@ -63,57 +66,133 @@ void SetRbString(resbuf& item, const CString& text) {
 }
 
 ResItem ResItem::text(short code, const CString& value) {
+    return textFromView(code, value.view());
+}
+
+ResItem ResItem::textFromView(short code, std::u16string_view value) {
     ResItem item;
     item.m_code = code;
-    item.m_value = value;
+    item.setText(value);
     return item;
 }
 
 ResItem ResItem::real(short code, double value) {
     ResItem item;
     item.m_code = code;
-    item.m_value = value;
+    item.m_held = Held::Real;
+    item.m_value.real = value;
     return item;
 }
 
 ResItem ResItem::point(short code, const AcGePoint3d& value) {
     ResItem item;
     item.m_code = code;
-    item.m_value = value;
+    item.m_held = Held::Point;
+    item.m_value.point[0] = value.x;
+    item.m_value.point[1] = value.y;
+    item.m_value.point[2] = value.z;
     return item;
 }
 
 ResItem ResItem::integer(short code, std::int64_t value) {
     ResItem item;
     item.m_code = code;
-    item.m_value = value;
+    item.m_held = Held::Integer;
+    item.m_value.integer = value;
     return item;
 }
 
+void ResItem::setText(std::u16string_view value) {
+    m_held = Held::Text;
+    m_length = static_cast<std::uint32_t>(value.size());
+    char16_t* target = m_value.inlineText;
+    if (textOnHeap()) target = m_value.heapText = new char16_t[value.size()];
+    std::copy(value.begin(), value.end(), target);
+}
+
+void ResItem::release() {
+    if (textOnHeap()) delete[] m_value.heapText;
+    m_held = Held::Text;
+    m_length = 0;
+}
+
+ResItem::ResItem(const ResItem& other) : m_code(other.m_code), m_held(other.m_held), m_length(other.m_length), m_value(other.m_value) {
+    if (other.textOnHeap()) setText(other.textView());
+}
+
+ResItem::ResItem(ResItem&& other) noexcept
+    : m_code(other.m_code), m_held(other.m_held), m_length(other.m_length), m_value(other.m_value) {
+    other.m_held = Held::Text;
+    other.m_length = 0;
+}
+
+ResItem& ResItem::operator=(const ResItem& other) {
+    if (this == &other) return *this;
+    ResItem copy(other);
+    return *this = std::move(copy);
+}
+
+ResItem& ResItem::operator=(ResItem&& other) noexcept {
+    if (this == &other) return *this;
+    release();
+    m_code = other.m_code;
+    m_held = other.m_held;
+    m_length = other.m_length;
+    m_value = other.m_value;
+    other.m_held = Held::Text;
+    other.m_length = 0;
+    return *this;
+}
+
+ResItem::~ResItem() {
+    release();
+}
+
+std::u16string_view ResItem::textView() const {
+    if (m_held != Held::Text) return {};
+    return {textOnHeap() ? m_value.heapText : m_value.inlineText, m_length};
+}
+
 CString ResItem::asText() const {
-    if (const auto* s = std::get_if<CString>(&m_value)) return *s;
-    if (const auto* d = std::get_if<double>(&m_value)) return QxFormat(u"%g", *d);
-    if (const auto* i = std::get_if<std::int64_t>(&m_value)) return QxFormat(u"%d", *i);
-    const auto& p = std::get<AcGePoint3d>(m_value);
-    return QxFormat(u"%g,%g,%g", p.x, p.y, p.z);
+    switch (m_held) {
+    case Held::Text: return CString(textView());
+    case Held::Real: return QxFormat(u"%g", m_value.real);
+    case Held::Integer: return QxFormat(u"%d", m_value.integer);
+    case Held::Point: return QxFormat(u"%g,%g,%g", m_value.point[0], m_value.point[1], m_value.point[2]);
+    }
+    return {};
 }
 
 double ResItem::asReal() const {
-    if (const auto* d = std::get_if<double>(&m_value)) return *d;
-    if (const auto* i = std::get_if<std::int64_t>(&m_value)) return static_cast<double>(*i);
-    if (const auto* p = std::get_if<AcGePoint3d>(&m_value)) return p->x;
+    if (m_held == Held::Real) return m_value.real;
+    if (m_held == Held::Integer) return static_cast<double>(m_value.integer);
+    if (m_held == Held::Point) return m_value.point[0];
     return 0.0;
 }
 
 AcGePoint3d ResItem::asPoint() const {
-    if (const auto* p = std::get_if<AcGePoint3d>(&m_value)) return *p;
+    if (m_held == Held::Point) return {m_value.point[0], m_value.point[1], m_value.point[2]};
     return {};
 }
 
 std::int64_t ResItem::asInteger() const {
-    if (const auto* i = std::get_if<std::int64_t>(&m_value)) return *i;
-    if (const auto* d = std::get_if<double>(&m_value)) return static_cast<std::int64_t>(*d);
+    if (m_held == Held::Integer) return m_value.integer;
+    // Reals beyond the integers' range (and NaN) have no integer value.
+    if (m_held == Held::Real && m_value.real > -9.2e18 && m_value.real < 9.2e18) return static_cast<std::int64_t>(m_value.real);
     return 0;
+}
+
+bool operator==(const ResItem& a, const ResItem& b) {
+    if (a.m_code != b.m_code || a.m_held != b.m_held) return false;
+    switch (a.m_held) {
+    case ResItem::Held::Text: return a.textView() == b.textView();
+    case ResItem::Held::Real: return a.m_value.real == b.m_value.real;
+    case ResItem::Held::Integer: return a.m_value.integer == b.m_value.integer;
+    case ResItem::Held::Point:
+        return a.m_value.point[0] == b.m_value.point[0] && a.m_value.point[1] == b.m_value.point[1] &&
+               a.m_value.point[2] == b.m_value.point[2];
+    }
+    return false;
 }
 
 resbuf* ToRbChain(const ResItems& items) {
@@ -146,7 +225,7 @@ ResItems FromRbChain(const resbuf* chain) {
     for (const resbuf* rb = chain; rb != nullptr; rb = rb->rbnext) {
         const short code = rb->restype;
         switch (RbKindOf(code)) {
-        case RbKind::Text: items.push_back(ResItem::text(code, rb->resval.rstring ? rb->resval.rstring : u"")); break;
+        case RbKind::Text: items.push_back(ResItem::textFromView(code, rb->resval.rstring ? rb->resval.rstring : u"")); break;
         case RbKind::Point:
             items.push_back(ResItem::point(code, {rb->resval.rpoint[0], rb->resval.rpoint[1], rb->resval.rpoint[2]}));
             break;

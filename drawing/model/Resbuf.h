@@ -7,7 +7,7 @@
 
 #include <cstdint>
 #include <memory>
-#include <variant>
+#include <string_view>
 #include <vector>
 
 // Result types of host calls (group codes stand for themselves in xdata and xrecords).
@@ -54,14 +54,22 @@ struct QX_API ResbufDeleter {
 };
 using ResbufPtr = std::unique_ptr<resbuf, ResbufDeleter>;
 
-// One item as an object keeps it: group code and value.
+// One item as an object keeps it: group code and value, in 32 bytes. Text of up to 12 UTF-16 units (a
+// handle, a short label) lives inside the item; longer text in one block of its own.
 class QX_API ResItem {
 public:
     ResItem() = default;
     static ResItem text(short code, const CString& value);
+    static ResItem textFromView(short code, std::u16string_view value);
     static ResItem real(short code, double value);
     static ResItem point(short code, const AcGePoint3d& value);
     static ResItem integer(short code, std::int64_t value);
+
+    ResItem(const ResItem& other);
+    ResItem(ResItem&& other) noexcept;
+    ResItem& operator=(const ResItem& other);
+    ResItem& operator=(ResItem&& other) noexcept;
+    ~ResItem();
 
     short code() const { return m_code; }
     RbKind kind() const { return RbKindOf(m_code); }
@@ -70,12 +78,29 @@ public:
     double asReal() const;
     AcGePoint3d asPoint() const;
     std::int64_t asInteger() const;
+    // The text of a text item without a copy; empty for the other kinds.
+    std::u16string_view textView() const;
 
-    friend bool operator==(const ResItem&, const ResItem&) = default;
+    friend QX_API bool operator==(const ResItem& a, const ResItem& b);
 
 private:
+    enum class Held : std::uint8_t { Text, Real, Point, Integer };
+    static constexpr std::uint32_t kInlineUnits = 12;
+
+    bool textOnHeap() const { return m_held == Held::Text && m_length > kInlineUnits; }
+    void setText(std::u16string_view value);
+    void release();
+
     short m_code = 0;
-    std::variant<CString, double, AcGePoint3d, std::int64_t> m_value;
+    Held m_held = Held::Text;
+    std::uint32_t m_length = 0;  // of the text, in UTF-16 units
+    union Value {
+        char16_t inlineText[kInlineUnits];
+        char16_t* heapText;
+        double real;
+        double point[3];
+        std::int64_t integer;
+    } m_value{};
 };
 
 using ResItems = std::vector<ResItem>;

@@ -163,3 +163,63 @@ TEST(DxfReaderTest, R12WithAndWithoutHandles) {
         }
     }
 }
+
+// Written by ezdxf: groups that readers commonly take for something else.
+TEST(DxfReaderTest, MultiLineAttributeDefinitionsSpacePolylinesAndXrecordReals) {
+    Acad::ErrorStatus status;
+    auto db = ReadFixture("details_r2018.dxf", &status);
+    ASSERT_EQ(status, Acad::eOk);
+
+    AcDbBlockTable* table = nullptr;
+    ASSERT_EQ(db->getBlockTable(table, AcDb::kForRead), Acad::eOk);
+    AcDbObjectId blockId;
+    ASSERT_EQ(table->getAt(u"ATTBLOCK", blockId), Acad::eOk);
+    table->close();
+    const auto inside = EntitiesOf(blockId);
+    ASSERT_EQ(inside.size(), 1u);
+    const auto* attdef = AcDbAttributeDefinition::cast(inside[0]);
+    ASSERT_NE(attdef, nullptr);
+    // The definition's own text and place, not those of the MTEXT embedded behind group 101.
+    EXPECT_EQ(attdef->textString(), u"第一行");
+    EXPECT_EQ(attdef->position(), (AcGePoint3d{1, 2, 0}));
+    EXPECT_EQ(attdef->tag(), u"备注");
+
+    const auto model = EntitiesOf(db->modelSpaceId());
+    ASSERT_EQ(model.size(), 4u);
+    // None of them is a flat polyline with its heights dropped.
+    for (size_t i = 0; i < 3; ++i) EXPECT_EQ(AcDbPolyline::cast(model[i]), nullptr) << i;
+
+    const auto* space = AcDb3dPolyline::cast(model[0]);
+    ASSERT_NE(space, nullptr);
+    ASSERT_EQ(space->numVerts(), 3u);
+    AcGePoint3d p;
+    space->getPointAt(2, p);
+    EXPECT_EQ(p, (AcGePoint3d{4, 5, -6}));
+    AcDbExtents e;
+    ASSERT_EQ(space->getGeomExtents(e), Acad::eOk);
+    EXPECT_EQ(e.minPoint(), (AcGePoint3d{0, 0, -6}));
+    EXPECT_EQ(e.maxPoint(), (AcGePoint3d{4, 5, 3}));
+
+    const auto* mesh = AcDbPolygonMesh::cast(model[1]);
+    ASSERT_NE(mesh, nullptr);
+    EXPECT_EQ(mesh->mSize(), 2);
+    EXPECT_EQ(mesh->nSize(), 2);
+    ASSERT_EQ(mesh->numVerts(), 4u);
+    mesh->getPointAt(3, p);
+    EXPECT_EQ(p, (AcGePoint3d{10, 10, -4}));
+
+    const auto* faces = AcDbPolyFaceMesh::cast(model[2]);
+    ASSERT_NE(faces, nullptr);
+    ASSERT_EQ(faces->numVerts(), 3u);
+    faces->getPointAt(2, p);
+    EXPECT_EQ(p, (AcGePoint3d{2, 2, 8}));
+    ASSERT_EQ(faces->numFaces(), 1u);
+    EXPECT_EQ(faces->faceAt(0)[0], 1);
+    EXPECT_EQ(faces->faceAt(0)[2], 3);
+
+    AcDbObjectPointer<AcDbDictionary> named(db->namedObjectsDictionaryId(), AcDb::kForRead);
+    AcDbObjectId details;
+    ASSERT_EQ(named->getAt(u"QX_DETAILS", details), Acad::eOk);
+    EXPECT_EQ(XrecordItems(details, u"REALS"), (ResItems{ResItem::text(1, u"x"), ResItem::real(38, 1.25),
+                                                         ResItem::real(39, 2.5), ResItem::point(10, {1, 2, 3})}));
+}

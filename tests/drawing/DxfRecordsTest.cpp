@@ -1,5 +1,6 @@
 // The DXF reader on small hand-written files: the file frame, sequences, groups that are easy to misread.
 #include "DxfFixtures.h"
+#include "common/TempFolder.h"
 #include "drawing/dxf/DxfReader.h"
 
 #include <gtest/gtest.h>
@@ -38,6 +39,9 @@ TEST(DxfRecordsTest, FrameOfTheFile) {
     EXPECT_EQ(ReadDxfText("hello\nworld\n", db), DxfLoadStatus::NotDxf);
     EXPECT_EQ(ReadDxfText(dxf({{0, "SECTION"}, {2, "ENTITIES"}, {0, "ENDSEC"}, {0, "LINE"}}), db), DxfLoadStatus::Corrupt);
     EXPECT_EQ(ReadDxfText(dxf({{0, "SECTION"}, {2, "ENTITIES"}, {0, "ENDSEC"}}) + "99999999999\nx\n", db),
+              DxfLoadStatus::Corrupt);
+    // A group code beyond 16 bits is no group code, however plainly it is written.
+    EXPECT_EQ(ReadDxfText(dxf({{0, "SECTION"}, {2, "ENTITIES"}, {0, "LINE"}, {40000, "1"}, {0, "ENDSEC"}}), db),
               DxfLoadStatus::Corrupt);
     EXPECT_TRUE(LooksLikeDxf("\xEF\xBB\xBF  0\nSECTION\n"));
     EXPECT_FALSE(LooksLikeDxf("AC1032\0\0"));
@@ -125,4 +129,127 @@ TEST(DxfRecordsTest, XrecordDataAndXDataGroups) {
     ASSERT_NE(app, nullptr);
     EXPECT_EQ(app->items, (ResItems{ResItem::text(1002, u"{"), ResItem::text(1000, u"in"), ResItem::text(1002, u"}"),
                                     ResItem::point(1011, {7, 8, 9}), ResItem::text(1004, u"0A0B")}));
+}
+
+TEST(DxfRecordsTest, CommentsInsideRecordsAreNoData) {
+    AcDbDatabase db(false, true);
+    const std::string text = dxf({
+                  {0, "SECTION"}, {2, "OBJECTS"},
+                  {0, "DICTIONARY"}, {5, "C"}, {330, "0"}, {100, "AcDbDictionary"}, {3, "A"}, {999, "between"},
+                  {350, "D"},
+                  {0, "XRECORD"}, {5, "D"}, {330, "C"}, {100, "AcDbXrecord"}, {280, "1"}, {1, "x"},
+                  {999, "not an item"}, {1, "y"}, {1001, "APP"}, {999, "nor xdata"}, {1000, "z"},
+                  {0, "ENDSEC"}, {0, "EOF"}});
+    ASSERT_EQ(ReadDxfText(text, db), DxfLoadStatus::Ok);
+    EXPECT_EQ(XrecordItems(db.namedObjectsDictionaryId(), u"A"), DrawingBuilder::TextItems(1, {u"x", u"y"}));
+}
+
+TEST(DxfRecordsTest, CoordinatesThatAreNoNumbersRefuseTheirRecord) {
+    for (const char* bad : {"nan", "NaN", "inf", "-inf", "infinity", "1e999"}) {
+        SCOPED_TRACE(bad);
+        AcDbDatabase db(false, true);
+        ASSERT_EQ(ReadDxfText(dxf(entities({
+                      {0, "LINE"}, {10, "0"}, {20, bad}, {11, "1"}, {21, "1"},
+                      {0, "TEXT"}, {10, "1"}, {20, "2"}, {40, bad}, {1, "height"},
+                      {0, "INSERT"}, {2, "B"}, {10, "3"}, {20, "4"}, {50, bad},
+                      {0, "TEXT"}, {10, "5"}, {20, "6"}, {1, "kept"},
+                      {0, "POLYLINE"}, {70, "8"}, {0, "VERTEX"}, {10, "1"}, {20, "2"}, {30, bad},
+                      {0, "VERTEX"}, {10, "1"}, {20, "2"}, {30, "3"}, {0, "SEQEND"},
+                  })), db),
+                  DxfLoadStatus::Ok);
+        const auto all = EntitiesOf(db.modelSpaceId());
+        ASSERT_EQ(all.size(), 2u);
+        EXPECT_EQ(AcDbText::cast(all[0])->textString(), u"kept");
+        const auto* space = AcDb3dPolyline::cast(all[1]);
+        ASSERT_NE(space, nullptr);
+        EXPECT_EQ(space->numVerts(), 1u);
+    }
+}
+
+// A file is read piece by piece, and what lies behind is given back: records and lines that straddle
+// the pieces, and a line longer than many pieces, must come out as when the whole text is at hand.
+TEST(DxfRecordsTest, LargeFilesReadPieceByPieceAsTheWholeText) {
+    Pairs body;
+    for (int i = 0; i < 120000; ++i) {
+        body.insert(body.end(), {{0, "TEXT"}, {1, "t" + std::to_string(i)}, {10, std::to_string(i)}, {20, "0.5"},
+                                 {1001, "QX_APP"}, {1000, std::string(static_cast<size_t>(i % 50), 'x')}});
+    }
+    const std::string longLine(5 * 1024 * 1024 + 17, 'L');
+    body.insert(body.end(), {{0, "MTEXT"}, {3, longLine}, {1, "end"}});
+    const std::string text = "\xEF\xBB\xBF" + dxf(entities(body), "\r\n");
+    ASSERT_GT(text.size(), 8u * 1024 * 1024);
+    TempFolder folder;
+    folder.writeFile("large.dxf", text);
+
+    AcDbDatabase whole(false, true);
+    ASSERT_EQ(ReadDxfText(text, whole), DxfLoadStatus::Ok);
+    AcDbDatabase pieces(false, true);
+    ASSERT_EQ(pieces.readDwgFile(folder.logic() + u"large.dxf"), Acad::eOk);
+
+    const auto expected = EntitiesOf(whole.modelSpaceId());
+    const auto read = EntitiesOf(pieces.modelSpaceId());
+    ASSERT_EQ(read.size(), 120001u);
+    ASSERT_EQ(read.size(), expected.size());
+    for (size_t i = 0; i < read.size(); i += 997) {
+        const auto* a = AcDbText::cast(expected[i]);
+        const auto* b = AcDbText::cast(read[i]);
+        ASSERT_TRUE(a && b) << i;
+        EXPECT_EQ(b->textString(), a->textString());
+        EXPECT_EQ(b->position(), a->position());
+        EXPECT_EQ(FirstXDataText(b, u"QX_APP"), FirstXDataText(a, u"QX_APP"));
+    }
+    const auto* last = AcDbMText::cast(read.back());
+    ASSERT_NE(last, nullptr);
+    EXPECT_EQ(last->contents(), CString(longLine + "end"));
+
+    // Comments longer than the first piece still lead to the drawing.
+    Pairs commented;
+    for (int i = 0; i < 30000; ++i) commented.push_back({999, "written by a tool with a lot to say " + std::to_string(i)});
+    const Pairs line = entities({{0, "LINE"}, {5, "A1"}});
+    commented.insert(commented.end(), line.begin(), line.end());
+    folder.writeFile("commented.dxf", dxf(commented));
+    AcDbDatabase db(false, true);
+    ASSERT_EQ(db.readDwgFile(folder.logic() + u"commented.dxf"), Acad::eOk);
+    EXPECT_EQ(EntitiesOf(db.modelSpaceId()).size(), 1u);
+}
+
+// Names that a file brings (layers, applications, entries) belong to the database that read it: they go
+// when it goes, however many files are read.
+TEST(DxfRecordsTest, NamesFromTheFileStayWithItsDatabase) {
+    const size_t detachedBefore = AcDbNamePool::detached().size();
+    {
+        AcDbDatabase db(false, true);
+        ASSERT_EQ(ReadDxfText(dxf({
+                      {0, "SECTION"}, {2, "HEADER"}, {9, "$ACADVER"}, {1, "AC1032"}, {0, "ENDSEC"},
+                      {0, "SECTION"}, {2, "ENTITIES"},
+                      {0, "TEXT"}, {5, "A"}, {8, "Layer One"}, {1, "a"}, {1001, "APP_ONE"}, {1000, "x"},
+                      {0, "TEXT"}, {5, "B"}, {8, "Layer One"}, {1, "b"}, {1001, "APP_ONE"}, {1000, "y"},
+                      {0, "TEXT"}, {8, "电气"}, {1, "no handle"}, {1001, "APP_TWO"}, {1000, "z"},
+                      {0, "ENDSEC"},
+                      {0, "SECTION"}, {2, "OBJECTS"},
+                      {0, "DICTIONARY"}, {5, "C"}, {330, "0"}, {100, "AcDbDictionary"}, {3, "Entry_Name"}, {350, "D"},
+                      {0, "XRECORD"}, {5, "D"}, {330, "C"}, {100, "AcDbXrecord"}, {1, "v"},
+                      {0, "ENDSEC"}, {0, "EOF"}}),
+                              db),
+                  DxfLoadStatus::Ok);
+        const auto all = EntitiesOf(db.modelSpaceId());
+        ASSERT_EQ(all.size(), 3u);
+        EXPECT_EQ(all[0]->layer(), u"Layer One");
+        EXPECT_EQ(&all[0]->layer(), &all[1]->layer());
+        EXPECT_EQ(all[2]->layer(), u"电气");
+        EXPECT_EQ(FirstXDataText(all[1], u"app_one"), u"y");
+        EXPECT_EQ(FirstXDataText(all[2], u"APP_TWO"), u"z");
+        EXPECT_EQ(XrecordItems(db.namedObjectsDictionaryId(), u"ENTRY_NAME"), DrawingBuilder::TextItems(1, {u"v"}));
+        EXPECT_EQ(AcDbNamePool::detached().size(), detachedBefore);
+    }
+    // Entities made by code take their names where their database keeps them, or, before they join one,
+    // in the pool of objects that belong to no database.
+    DrawingBuilder b;
+    const AcDbObjectId text = b.addText(u"t", {});
+    AcDbEntity::cast(text.objectUnchecked())->setLayer(u"QX_LAYER_IN_A_DATABASE");
+    EXPECT_EQ(AcDbNamePool::detached().size(), detachedBefore);
+    AcDbText loose;
+    loose.setLayer(u"QX_LAYER_OF_A_LOOSE_ENTITY");
+    EXPECT_EQ(loose.layer(), u"QX_LAYER_OF_A_LOOSE_ENTITY");
+    EXPECT_EQ(AcDbNamePool::detached().size(), detachedBefore + 1);
 }

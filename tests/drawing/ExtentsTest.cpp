@@ -70,3 +70,34 @@ TEST(ExtentsTest, EmptyMissingAndCyclicDefinitionsGiveNoExtents) {
     b.addLine({0, 0, 0}, {1, 1, 0}, c);
     expectBox(extentsOf(b.addInsert(a, {})), 0, 0, 1, 1);
 }
+
+TEST(ExtentsTest, NestedDefinitionsAreMeasuredAgainAfterTheDrawingChanges) {
+    DrawingBuilder b;
+    const AcDbObjectId inner = b.defineBlock(u"INNER");
+    b.addLine({0, 0, 0}, {1, 1, 0}, inner);
+    const AcDbObjectId outer = b.defineBlock(u"OUTER");
+    b.addInsert(inner, {10, 0, 0}, outer);
+    const AcDbObjectId top = b.addInsert(outer, {});
+    expectBox(extentsOf(top), 10, 0, 11, 1);
+
+    // A marker appended to the nested definition, as the scan does, counts at once.
+    AcDbBlockTableRecord* record = nullptr;
+    ASSERT_EQ(acdbOpenObject(record, inner, AcDb::kForWrite), Acad::eOk);
+    AcDbObjectId marker;
+    ASSERT_EQ(record->appendAcDbEntity(marker, std::make_unique<AcDbLine>(AcGePoint3d{0, 0, 0}, AcGePoint3d{3, -2, 0})),
+              Acad::eOk);
+    record->close();
+    expectBox(extentsOf(top), 10, -2, 13, 1);
+
+    b.erase(marker);
+    expectBox(extentsOf(top), 10, 0, 11, 1);
+
+    // An entity of the nested definition opened for write and moved.
+    AcDbLine* line = nullptr;
+    ASSERT_EQ(acdbOpenObject(line, AcDbBlockTableRecord::cast(inner.objectUnchecked())->entityIds().front(),
+                             AcDb::kForWrite),
+              Acad::eOk);
+    line->setEndPoint({5, 1, 0});
+    line->close();
+    expectBox(extentsOf(top), 10, 0, 15, 1);
+}

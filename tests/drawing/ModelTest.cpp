@@ -1,5 +1,6 @@
 // The drawing model: handles, look-ups, walks, xdata, dictionaries and opening.
 #include "drawing/model/DrawingBuilder.h"
+#include "support/Format.h"
 
 #include <gtest/gtest.h>
 
@@ -151,4 +152,68 @@ TEST(ResbufTest, ChainsKeepEveryKindOfValue) {
     EXPECT_EQ(FromRbChain(chain.get()), items);
     EXPECT_EQ(ToRbChain({}), nullptr);
     EXPECT_EQ(acutRelRb(nullptr), RTNORM);
+}
+
+TEST(ResbufTest, ItemsCopyAndMoveTextOfAnyLength) {
+    const CString longText(u'长', 300);
+    ResItems items{ResItem::text(1, longText), ResItem::text(1000, u"12 units ok!"), ResItem::text(1000, u"13 units ok!!"),
+                   ResItem::real(38, 1.5)};
+    ResItems copy = items;
+    items[0] = ResItem::text(1, u"short");
+    items[1] = items[2];
+    items[2] = std::move(items[3]);
+    EXPECT_EQ(copy[0].asText(), longText);
+    EXPECT_EQ(copy[1].textView(), u"12 units ok!");
+    EXPECT_EQ(copy[2].textView(), u"13 units ok!!");
+    EXPECT_EQ(items[1], copy[2]);
+    EXPECT_EQ(items[2], ResItem::real(38, 1.5));
+    EXPECT_NE(ResItem::real(40, 1.0), ResItem::integer(40, 1));
+    EXPECT_EQ(ResItem::real(40, 1e300).asInteger(), 0);  // no integer value, and no overflow
+    ResItems moved = std::move(copy);
+    EXPECT_EQ(moved[0].asText(), longText);
+}
+
+TEST(AcDbDatabaseTest, HandlesFarApartOrAtTheTopStillFindTheirObjects) {
+    AcDbDatabase db;
+    std::vector<AcDbObjectId> ids;
+    // Handles that share their low bits, then the largest handle there is.
+    for (std::uint64_t i = 1; i <= 3000; ++i) {
+        AcDbObjectId id;
+        ASSERT_EQ(db.addAcDbObject(id, std::make_unique<AcDbXrecord>(), AcDbHandle(i << 40)), Acad::eOk);
+        ids.push_back(id);
+    }
+    AcDbObjectId top;
+    db.addAcDbObject(top, std::make_unique<AcDbXrecord>(), AcDbHandle(~std::uint64_t{0}));
+    EXPECT_EQ(top.handle().value(), ~std::uint64_t{0});
+    // The next fresh handle wraps around, but never to the null handle or a taken one.
+    AcDbObjectId fresh;
+    ASSERT_EQ(db.addAcDbObject(fresh, std::make_unique<AcDbXrecord>()), Acad::eOk);
+    EXPECT_FALSE(fresh.handle().isNull());
+    for (size_t i = 0; i < ids.size(); ++i) {
+        AcDbObjectId found;
+        ASSERT_EQ(db.getAcDbObjectId(found, false, AcDbHandle(std::uint64_t{i + 1} << 40)), Acad::eOk);
+        EXPECT_EQ(found, ids[i]);
+    }
+    AcDbObjectId found;
+    EXPECT_EQ(db.getAcDbObjectId(found, false, fresh.handle()), Acad::eOk);
+    EXPECT_EQ(found, fresh);
+}
+
+TEST(AcDbDictionaryTest, LargeDictionariesLookUpAsSmallOnes) {
+    DrawingBuilder b;
+    const AcDbObjectId dictionary = b.namedDictionary(u"MANY");
+    auto* many = AcDbDictionary::cast(dictionary.objectUnchecked());
+    std::vector<AcDbObjectId> records;
+    for (int i = 0; i < 40; ++i) records.push_back(b.addXrecordTo(dictionary, QxFormat(u"Entry%d", i), {}));
+    // A name given again replaces the entry's object; another case of a name finds the first entry.
+    const AcDbObjectId replaced = b.addXrecordTo(dictionary, u"ENTRY7", {});
+    many->addEntry(u"entry8", records[0]);
+    EXPECT_EQ(many->numEntries(), 41u);
+    for (int i = 0; i < 40; ++i) {
+        AcDbObjectId id;
+        ASSERT_EQ(many->getAt(QxFormat(u"entry%d", i), id), Acad::eOk) << i;
+        EXPECT_EQ(id, i == 7 ? replaced : records[static_cast<size_t>(i)]) << i;
+    }
+    EXPECT_FALSE(many->has(u"Entry40"));
+    EXPECT_EQ(CString(many->entries()[7].name), u"Entry7");
 }

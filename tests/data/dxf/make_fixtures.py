@@ -8,7 +8,8 @@ Every drawing holds the same content, written in several DXF versions and encodi
   sample_r2018.dxf  AC1032: UTF-8
   sample_r12.dxf    AC1009: no objects section, old-style polylines
   nohandles_r12.dxf the R12 file with every handle taken out
-and broken files made from sample_r2000.dxf (see make_broken).
+and broken files made from sample_r2000.dxf (see make_broken); details_r2018.dxf holds groups that are
+easy to misread (see make_details).
 """
 import os
 import re
@@ -155,6 +156,31 @@ def make_cycle():
     open(os.path.join(HERE, "broken_links.dxf"), "wb").write(raw)
 
 
+def make_details():
+    """Groups that are easy to misread: a multi-line attribute definition with its embedded MTEXT, 3D
+    polylines and meshes, xrecord reals of codes 38 and 39."""
+    doc = ezdxf.new("R2018")
+    block = doc.blocks.new("ATTBLOCK")
+    attdef = block.add_attdef("备注", (5, 6), text="single")
+    embedded = ezdxf.entities.MText.new(dxfattribs={"insert": (5, 6, 0)})
+    embedded.text = "第一行\\P第二行"
+    attdef.set_mtext(embedded)
+    # The definition's own place differs from the embedded text's.
+    attdef.dxf.insert = (1, 2, 0)
+    attdef.dxf.text = "第一行"
+    msp = doc.modelspace()
+    msp.add_polyline3d([(0, 0, 0), (1, 2, 3), (4, 5, -6)])
+    mesh = msp.add_polymesh(size=(2, 2))
+    for (m, n), z in {(0, 0): 1, (0, 1): 2, (1, 0): 3, (1, 1): -4}.items():
+        mesh.set_mesh_vertex((m, n), (m * 10, n * 10, z))
+    faces = msp.add_polyface()
+    faces.append_face([(0, 0, 7), (2, 0, 7), (2, 2, 8)])
+    msp.add_blockref("ATTBLOCK", (0, 0))
+    details = doc.rootdict.add_new_dict("QX_DETAILS")
+    details.add_xrecord("REALS").reset([(1, "x"), (38, 1.25), (39, 2.5), (10, (1, 2, 3))])
+    write(doc, "details_r2018.dxf")
+
+
 def main():
     write(build("R2000", "gbk"), "sample_r2000.dxf")
     write(build("R2004", "cp1252"), "sample_r2004.dxf")
@@ -164,6 +190,7 @@ def main():
     open(os.path.join(HERE, "nohandles_r12.dxf"), "wb").write(strip_handles(r12).encode("gbk"))
     make_broken("sample_r2000.dxf")
     make_cycle()
+    make_details()
 
 
 if __name__ == "__main__":
