@@ -116,3 +116,21 @@ TEST(QxXmlTextDocLoad, AFileOfTensOfMegabytesLoads) {
     EXPECT_TRUE(doc.m_strDoc.EndsWith(u"成套\"/>\r\n</QxCollect>"));
     EXPECT_EQ(doc.m_strError, statusLine(bytes.size(), doc.m_strDoc.GetLength()));
 }
+
+TEST(QxXmlTextDocLoad, WideEncodingNamesInASingleByteDeclarationAreWrong) {
+    // The declaration was found as single bytes, so the file is no UTF-16 or UTF-32: the legacy code page
+    // reads it, as it reads every name that cannot be right.
+    TempFolder dir;
+    for (const char* name : {"UTF-16", "utf-16le", "UTF-32", "UCS-2", "UCS-4"}) {
+        SCOPED_TRACE(name);
+        dir.writeFile("wide.xml", std::string("<?xml version=\"1.0\" encoding=\"") + name + "\"?>" + EncodeLegacy(u"<a>张三</a>"));
+        CQxXmlTextDoc doc;
+        EXPECT_TRUE(doc.Load(dir.logic() + u"wide.xml"));
+        EXPECT_TRUE(doc.m_strDoc.EndsWith(u"<a>张三</a>")) << doc.m_strDoc;
+    }
+    // GBK characters under a GB2312 label are read as Windows reads them.
+    dir.writeFile("gb.xml", "<?xml version=\"1.0\" encoding=\"GB2312\"?>" + EncodeLegacy(u"<a>堃喆</a>"));
+    CQxXmlTextDoc doc;
+    EXPECT_TRUE(doc.Load(dir.logic() + u"gb.xml"));
+    EXPECT_TRUE(doc.m_strDoc.EndsWith(u"<a>堃喆</a>"));
+}
