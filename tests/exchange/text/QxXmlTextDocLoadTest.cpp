@@ -85,10 +85,12 @@ TEST(QxXmlTextDocLoad, EmptyMissingAndMalformedFiles) {
     EXPECT_FALSE(doc.Load(dir.logic() + u"open.xml"));
     EXPECT_EQ(doc.m_strDoc, CString(u"<a><b>项目</b>"));
     EXPECT_EQ(doc.m_strError, CString(u"16 bytes to 12 wide chars, Element 'a' at offset 0 not ended"));
+    EXPECT_TRUE(doc.FileWasRead());  // read, though not well formed
 
     // A file that cannot be opened leaves the document as it was.
     EXPECT_FALSE(doc.Load(dir.logic() + u"missing.xml"));
     EXPECT_EQ(doc.m_strError, CString(u"No such file or directory"));
+    EXPECT_FALSE(doc.FileWasRead());
     EXPECT_EQ(doc.m_strDoc, CString(u"<a><b>项目</b>"));
     EXPECT_FALSE(doc.Load(dir.logic() + u"folder.xml"));
     EXPECT_EQ(doc.m_strError, CString(u"Is a directory"));
