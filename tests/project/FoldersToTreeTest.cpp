@@ -211,3 +211,23 @@ TEST_F(FoldersToTreeExtraction, DevicesGetTheirRowsFromTheirDrawingsAndTheScan) 
     EXPECT_EQ(rowsText(k02->m_arrPrimaryBom), u"N1/X1/3/;");
     EXPECT_FALSE(g_bBomCheckFailed);
 }
+
+TEST_F(FoldersToTree, FoldersMadeFromACloudTreeBuildTheSameTreeBack) {
+    cloud.m_arrChildren[2]->m_strCirName = u"出线柜";  // K02 is there already: its .prj stays as it is
+    // Legacy bytes that also read as UTF-8 (GB18030 of 原图) must come back as written.
+    addDevice(cloud, u"K03", u"3")->m_strCirName = u"原图";
+    ASSERT_TRUE(UpdateLocalFromServer(client, projects.logic(), &cloud));
+    HMProjectTree_INFO root;
+    BuildTreeFromFolders(projectFolder() + u"变电站.itm", &root);
+
+    ASSERT_EQ(names(root.m_arrChildren), u"二期;K01;K02;K03;");
+    EXPECT_EQ(names(root.m_arrCabinets), u"K11;K01;K02;K03;");
+    const HMProjectTree_INFO* k01 = root.m_arrChildren[1];
+    EXPECT_EQ(k01->m_strCirNo, u"1");
+    EXPECT_EQ(k01->m_strCirName, u"进线柜");
+    EXPECT_EQ(k01->m_strCirType, u"KYN28");
+    EXPECT_EQ(k01->m_strCirSize, u"800*1500*2300");
+    EXPECT_EQ(root.m_arrChildren[2]->m_strCirName, u"进线柜");
+    EXPECT_EQ(root.m_arrChildren[3]->m_strCirName, u"原图");
+    EXPECT_TRUE(k01->m_arrSecondaryBom.IsEmpty());  // the template drawing holds no BOM table
+}
