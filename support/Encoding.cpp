@@ -2,6 +2,8 @@
 // code pages go through iconv.
 #include "support/Encoding.h"
 
+#include "support/TextPlausibility.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <iconv.h>
@@ -194,9 +196,13 @@ std::string EncodeLegacy(std::u16string_view text) {
 }
 
 std::u16string DecodeTextFile(std::string_view bytes) {
-    if (IsValidUtf8(bytes)) {
-        if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
-        return Utf8ToUtf16(bytes);
-    }
-    return DecodeLegacy(bytes);
+    if (bytes.starts_with("\xEF\xBB\xBF")) return Utf8ToUtf16(bytes.substr(3));
+    if (!IsValidUtf8(bytes)) return DecodeLegacy(bytes);
+    std::u16string utf8 = Utf8ToUtf16(bytes);
+    const bool ascii = utf8.size() == bytes.size();
+    if (ascii) return utf8;
+    // Legacy bytes are often valid UTF-8 too: the reading that looks more like the application's text wins,
+    // and a tie goes to the legacy page, in which the application writes.
+    std::u16string legacy = DecodeLegacy(bytes);
+    return TextImplausibility(utf8) < TextImplausibility(legacy) ? utf8 : legacy;
 }
