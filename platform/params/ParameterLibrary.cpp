@@ -56,5 +56,5 @@ void QxLSetLoginInfo_Varnholt_CV201301(CString enterprise, CString user, CString
     const CString file = loginFile();
     if (file.IsEmpty() || !QxFs::MakeFolder(GetCorvaneLocalInstallPath() + CString(u"LocalData"))) return;
     const CString record = enterprise + kSeparator + user + kSeparator + credential + kSeparator + server;
-    QxFs::WriteAtomic(file, record.ToUtf8(), 0600);
+    QxFs::WritePrivate(file, record.ToUtf8());
 }

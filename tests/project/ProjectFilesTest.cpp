@@ -167,6 +167,8 @@ TEST(ProjectFiles, FolderIsEmptyWithNothingButDotEntries) {
     EXPECT_TRUE(IsFolderEmpty(folder.logic() + u"gone\\*.*"));
     folder.makeFolder("p");
     EXPECT_TRUE(IsFolderEmpty(folder.logic() + u"p\\*.*"));
+    folder.writeFile("p/.qxtmp-1-abcdef", "left by a rewrite that was killed");
+    EXPECT_TRUE(IsFolderEmpty(folder.logic() + u"p\\*.*"));
     folder.makeFolder("p/sub");
     EXPECT_FALSE(IsFolderEmpty(folder.logic() + u"p\\*.*"));
     folder.writeFile("q/stray.txt", "");
