@@ -161,6 +161,12 @@ CString FromNative(const std::string& nativePath) {
     return logic;
 }
 
+CString ToNativeText(const CString& logicPath) {
+    CString native = logicPath;
+    native.Replace(u'\\', u'/');
+    return native;
+}
+
 std::vector<Entry> Find(const CString& logicPattern) {
     std::vector<Entry> found;
     const int slash = logicPattern.ReverseFind(u'\\');

@@ -27,6 +27,9 @@ QX_API std::optional<std::string> Resolve(const CString& logicPath);
 QX_API std::optional<std::string> NativeTarget(const CString& logicPath);
 // A path given by a person (command line, environment): made absolute, slashes turned into backslashes.
 QX_API CString FromNative(const std::string& nativePath);
+// A logic path in the machine's own form (slashes), for what a person or a tool reads; the logic keeps its
+// backslashes.
+QX_API CString ToNativeText(const CString& logicPath);
 QX_API bool HasDriveOrUncPrefix(const CString& logicPath);
 
 // The host's find: the last component may hold * and ?; "*.*" matches every name, with or without a dot;
