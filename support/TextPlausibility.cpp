@@ -73,7 +73,7 @@ LetterCase caseOf(char32_t cp) {
 }
 
 // All lower, all upper, or one capital followed by lower case; letters without case fit any shape.
-bool hasOneCaseShape(const std::u32string& word) {
+bool hasOneCaseShape(std::u16string_view word) {
     bool anyUpper = false, anyLower = false, upperAfterFirst = false;
     for (size_t i = 0; i < word.size(); ++i) {
         const LetterCase c = caseOf(word[i]);
@@ -89,15 +89,15 @@ bool hasOneCaseShape(const std::u32string& word) {
 
 // A word of a Latin text has most of its letters in ASCII ("café", "Größe"); one of a Greek or Cyrillic
 // text is of the modern alphabet. Misread Chinese gives such runs only by rare chance.
-bool isWord(const std::u32string& word, Script script) {
+bool isWord(std::u16string_view word, Script script) {
     if (word.size() < 3 || !hasOneCaseShape(word)) return false;
     if (script == Script::Latin) {
         size_t ascii = 0;
-        for (const char32_t cp : word) ascii += isAsciiLetter(cp) ? 1 : 0;
+        for (const char16_t ch : word) ascii += isAsciiLetter(ch) ? 1 : 0;
         return ascii >= 3 && ascii > word.size() - ascii;
     }
-    for (const char32_t cp : word)
-        if (!(script == Script::Greek ? in(cp, 0x386, 0x3CE) : in(cp, 0x400, 0x45F))) return false;
+    for (const char16_t ch : word)
+        if (!(script == Script::Greek ? in(ch, 0x386, 0x3CE) : in(ch, 0x400, 0x45F))) return false;
     return true;
 }
 
@@ -117,19 +117,8 @@ int costOf(char32_t cp, bool inWord) {
     return 6;
 }
 
-std::u32string codePoints(std::u16string_view text) {
-    std::u32string out;
-    out.reserve(text.size());
-    for (size_t i = 0; i < text.size(); ++i) {
-        const char16_t ch = text[i];
-        if (ch >= 0xD800 && ch <= 0xDBFF && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF) {
-            out += 0x10000 + ((char32_t(ch) - 0xD800) << 10) + (char32_t(text[i + 1]) - 0xDC00);
-            ++i;
-            continue;
-        }
-        out += ch;
-    }
-    return out;
+bool isSurrogatePair(std::u16string_view text, size_t i) {
+    return in(text[i], 0xD800, 0xDBFF) && i + 1 < text.size() && in(text[i + 1], 0xDC00, 0xDFFF);
 }
 
 } // namespace
@@ -137,20 +126,21 @@ std::u32string codePoints(std::u16string_view text) {
 bool IsCommonHanzi(char16_t ch) { return in(ch, kUnifiedFirst, kUnifiedLast) && levelOneHanzi().test(ch - kUnifiedFirst); }
 
 long long TextImplausibility(std::u16string_view text) {
-    const std::u32string cps = codePoints(text);
+    // The letters of words are all in the Basic Multilingual Plane, so the text is walked in code units.
     long long cost = 0;
-    for (size_t i = 0; i < cps.size();) {
-        const Script script = scriptOf(cps[i]);
+    for (size_t i = 0; i < text.size();) {
+        const Script script = scriptOf(text[i]);
         if (script == Script::None) {
-            cost += costOf(cps[i], false);
-            ++i;
+            const bool pair = isSurrogatePair(text, i);
+            cost += costOf(pair ? 0x10000 : text[i], false);
+            i += pair ? 2 : 1;
             continue;
         }
         size_t end = i;
-        while (end < cps.size() && scriptOf(cps[end]) == script) ++end;
-        const std::u32string word = cps.substr(i, end - i);
+        while (end < text.size() && scriptOf(text[end]) == script) ++end;
+        const std::u16string_view word = text.substr(i, end - i);
         const bool inWord = isWord(word, script);
-        for (const char32_t cp : word) cost += costOf(cp, inWord);
+        for (const char16_t ch : word) cost += costOf(ch, inWord);
         i = end;
     }
     return cost;
