@@ -26,11 +26,11 @@ TEST(ProjectNotesGrowth, InsertingNotesIntoAFileOfManyEmptyLines) {
     PrjNoteList notes;
     notes.Add({u"工程名称", u"一期"});
     ASSERT_TRUE(InsertNotes(folder.logic() + u"big.prj", notes));
-    STRUCT_PRJ_FILE file;
-    ASSERT_TRUE(ReadProjectFile(folder.logic() + u"big.prj", file));
-    ASSERT_EQ(file.m_arrNotes.GetSize(), 1);
-    EXPECT_EQ(file.m_arrNotes[0].m_strValue, CString(u"一期"));
-    EXPECT_EQ(file.m_arrContent.GetSize(), kLineCount);
+    std::string expected = EncodeLegacy(u"$BEGIN NOTE OF PRJ\r\n$BEGIN_ONE_NOTE\r\n工程名称\r\n一期\r\n$END_ONE_NOTE\r\n"
+                                        u"$END NOTE OF PRJ\r\n$BEGIN CONTENT OF PRJ\r\n");
+    for (int i = 0; i < kLineCount; ++i) expected += "x\r\n";
+    expected += "$END CONTENT OF PRJ\r\n$EOF\r\n";
+    EXPECT_TRUE(folder.readFile("big.prj") == expected);
 }
 
 // Note blocks that all lost their value lines: each value put back on its own moved every line behind it.
@@ -50,9 +50,11 @@ TEST(ProjectNotesGrowth, UpdatingDeviceNotesOfManyBlocksWithoutValueLines) {
     node.m_strPath = folder.logic();
     node.m_strCirNo = u"K1";
     ASSERT_TRUE(UpdateDeviceNotes(&node));
-    STRUCT_PRJ_FILE file;
-    ASSERT_TRUE(ReadProjectFile(folder.logic() + u"K1.prj", file));
-    ASSERT_EQ(file.m_arrNotes.GetSize(), kBlocks + 3);
-    EXPECT_EQ(file.m_arrNotes[kBlocks - 1], (STRUCT_PRJ_NOTE{u"柜编号", u"K1"}));
-    EXPECT_EQ(file.m_arrNotes[kBlocks].m_strName, CString(u"柜名称"));
+    std::string expected = "$BEGIN NOTE OF PRJ\r\n";
+    const std::string filled = EncodeLegacy(u"$BEGIN_ONE_NOTE\r\n柜编号\r\nK1\r\n$END_ONE_NOTE\r\n");
+    for (int i = 0; i < kBlocks; ++i) expected += filled;
+    expected += EncodeLegacy(u"$BEGIN_ONE_NOTE\r\n柜名称\r\n\r\n$END_ONE_NOTE\r\n$BEGIN_ONE_NOTE\r\n柜型号\r\n\r\n"
+                             u"$END_ONE_NOTE\r\n$BEGIN_ONE_NOTE\r\n柜体尺寸\r\n\r\n$END_ONE_NOTE\r\n");
+    expected += "$END NOTE OF PRJ\r\n$BEGIN CONTENT OF PRJ\r\n$END CONTENT OF PRJ\r\n$EOF\r\n";
+    EXPECT_TRUE(folder.readFile("K1.prj") == expected);  // a megabyte-long difference would drown the report
 }
