@@ -7,21 +7,31 @@
 
 namespace {
 
-void insertNoteBlock(CStringArray& lines, int at, const CString& name, const CString& value) {
-    lines.InsertAt(at, PRJ_BEGIN_ONE_NOTE);
-    lines.InsertAt(at + 1, name);
-    lines.InsertAt(at + 2, value);
-    lines.InsertAt(at + 3, PRJ_END_ONE_NOTE);
+// A value (or name) is one line of the file: a line break in it, say in a cabinet name from the cloud, would
+// end the note early and could close the notes section, losing the notes behind it.
+CString oneLine(const CString& text) {
+    CString line = text;
+    line.Remove(u'\r');
+    line.Remove(u'\n');
+    return line;
+}
+
+void appendNoteBlock(CStringArray& lines, const CString& name, const CString& value) {
+    lines.Add(PRJ_BEGIN_ONE_NOTE);
+    lines.Add(oneLine(name));
+    lines.Add(oneLine(value));
+    lines.Add(PRJ_END_ONE_NOTE);
 }
 
 // Empty lines are dropped but for the value line of a note block: an existing note with an empty value
 // keeps its place instead of shifting the blocks after it.
-void dropStrayEmptyLines(CStringArray& lines) {
-    for (int i = lines.GetSize() - 1; i >= 0; --i) {
-        if (!lines[i].IsEmpty()) continue;
+CStringArray withoutStrayEmptyLines(const CStringArray& lines) {
+    CStringArray kept;
+    for (int i = 0; i < lines.GetSize(); ++i) {
         const bool isValueLine = i >= 2 && lines[i - 2] == PRJ_BEGIN_ONE_NOTE;
-        if (!isValueLine) lines.RemoveAt(i);
+        if (!lines[i].IsEmpty() || isValueLine) kept.Add(lines[i]);
     }
+    return kept;
 }
 
 struct CabinetNote {
@@ -46,17 +56,26 @@ int cabinetNoteIndex(const CString& name) {
 
 bool InsertNotes(const CString& path, const PrjNoteList& notes) {
     if (!FileExists(path)) return false;
-    CStringArray lines;
-    if (!ReadFileLines(path, lines, true)) return false;
-    dropStrayEmptyLines(lines);
+    CStringArray read;
+    if (!ReadFileLines(path, read, true)) return false;
+    const CStringArray lines = withoutStrayEmptyLines(read);
     if (lines.IsEmpty() || !lines[0].EqualsNoCase(PRJ_BEGIN_NOTES)) return false;
-    int at = 1;
-    for (const STRUCT_PRJ_NOTE& note : notes) {
-        insertNoteBlock(lines, at, note.m_strName, note.m_strValue);
-        at += 4;
-    }
-    return WriteFileLines(path, lines);
+    CStringArray rewritten;
+    rewritten.Add(lines[0]);
+    for (const STRUCT_PRJ_NOTE& note : notes) appendNoteBlock(rewritten, note.m_strName, note.m_strValue);
+    for (int i = 1; i < lines.GetSize(); ++i) rewritten.Add(lines[i]);
+    return WriteFileLines(path, rewritten);
 }
+
+namespace {
+
+// The cabinet note whose block begins at line i, or -1. Blocks are looked for where three lines follow.
+int cabinetBlockAt(const CStringArray& lines, int i) {
+    if (i >= lines.GetSize() - 3 || lines[i] != PRJ_BEGIN_ONE_NOTE) return -1;
+    return cabinetNoteIndex(lines[i + 1]);
+}
+
+} // namespace
 
 bool UpdateDeviceNotes(const HMProjectTree_INFO* node) {
     if (!node || !HMIsDeviceType(node->m_strType)) return false;
@@ -72,24 +91,25 @@ bool UpdateDeviceNotes(const HMProjectTree_INFO* node) {
     if (insertAt < 0) return false;
 
     std::array<bool, 4> found{};
-    for (int i = 0; i < lines.GetSize() - 3; ++i) {
-        if (lines[i] != PRJ_BEGIN_ONE_NOTE) continue;
-        const int k = cabinetNoteIndex(lines[i + 1]);
-        if (k < 0) continue;
-        const CString& value = node->*kCabinetNotes[static_cast<size_t>(k)].field;
-        if (lines[i + 2] == PRJ_END_ONE_NOTE) {
-            // A block that lost its value line gets one back rather than losing its end line.
-            lines.InsertAt(i + 2, value);
-            if (insertAt > i + 2) ++insertAt;
-        } else {
-            lines[i + 2] = value;
+    for (int i = 0; i < lines.GetSize(); ++i)
+        if (const int k = cabinetBlockAt(lines, i); k >= 0) found[static_cast<size_t>(k)] = true;
+
+    CStringArray rewritten;
+    for (int i = 0; i < lines.GetSize(); ++i) {
+        if (i == insertAt) {
+            for (size_t k = 0; k < kCabinetNotes.size(); ++k)
+                if (!found[k]) appendNoteBlock(rewritten, kCabinetNotes[k].name, node->*kCabinetNotes[k].field);
         }
-        found[static_cast<size_t>(k)] = true;
+        const int k = cabinetBlockAt(lines, i);
+        rewritten.Add(lines[i]);
+        if (k < 0) continue;
+        rewritten.Add(lines[i + 1]);
+        rewritten.Add(oneLine(node->*kCabinetNotes[static_cast<size_t>(k)].field));
+        // A block that lost its value line gets one back rather than losing its end line; one cut short by
+        // the line that closes the notes gets its end line too, and that line stays.
+        if (IsPrjEndNotesMarker(lines[i + 2])) rewritten.Add(PRJ_END_ONE_NOTE);
+        const bool valueLineMissing = lines[i + 2] == PRJ_END_ONE_NOTE || IsPrjEndNotesMarker(lines[i + 2]);
+        i += valueLineMissing ? 1 : 2;
     }
-    for (size_t k = 0; k < kCabinetNotes.size(); ++k) {
-        if (found[k]) continue;
-        insertNoteBlock(lines, insertAt, kCabinetNotes[k].name, node->*kCabinetNotes[k].field);
-        insertAt += 4;
-    }
-    return WriteFileLines(path, lines);
+    return WriteFileLines(path, rewritten);
 }

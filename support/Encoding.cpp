@@ -2,6 +2,10 @@
 // code pages go through iconv.
 #include "support/Encoding.h"
 
+#include "support/TextPlausibility.h"
+
+#include <algorithm>
+#include <bit>
 #include <cerrno>
 #include <cstdlib>
 #include <iconv.h>
@@ -52,14 +56,6 @@ public:
 private:
     iconv_t m_cd;
 };
-
-std::u16string fromUtf16Le(const std::string& bytes) {
-    std::u16string out(bytes.size() / 2, u'\0');
-    for (size_t i = 0; i < out.size(); ++i)
-        out[i] = static_cast<char16_t>(static_cast<unsigned char>(bytes[2 * i]) |
-                                       (static_cast<unsigned char>(bytes[2 * i + 1]) << 8));
-    return out;
-}
 
 std::string toUtf16Le(std::u16string_view text) {
     std::string out(text.size() * 2, '\0');
@@ -134,26 +130,30 @@ std::string LegacyCodePage() {
 }
 
 std::optional<std::u16string> DecodeCodePage(std::string_view bytes, const std::string& codePage) {
-    Iconv cd("UTF-16LE", codePage);
+    // Straight into the result, in this machine's byte order: a file is decoded whole, once.
+    Iconv cd(std::endian::native == std::endian::little ? "UTF-16LE" : "UTF-16BE", codePage);
     if (!cd.ok()) return std::nullopt;
-    std::string out;
-    std::string buffer(4096, '\0');
+    // One byte never makes more than one code unit in the code pages of text, but leave room for any.
+    std::u16string out(bytes.size() + 16, u'\0');
+    size_t written = 0;
     char* in = const_cast<char*>(bytes.data());
     size_t inLeft = bytes.size();
     while (inLeft > 0) {
-        char* dst = buffer.data();
-        size_t dstLeft = buffer.size();
+        if (out.size() - written < 8) out.resize(out.size() * 2);
+        char* dst = reinterpret_cast<char*>(out.data() + written);
+        size_t dstLeft = (out.size() - written) * sizeof(char16_t);
         const size_t r = iconv(cd.get(), &in, &inLeft, &dst, &dstLeft);
-        out.append(buffer.data(), buffer.size() - dstLeft);
-        if (r != static_cast<size_t>(-1)) continue;
-        if (errno == E2BIG) continue;
+        written = out.size() - dstLeft / sizeof(char16_t);
+        if (r != static_cast<size_t>(-1) || errno == E2BIG) continue;
         // An invalid or truncated sequence: one replacement per byte, then start afresh behind it.
-        out += toUtf16Le(std::u16string(1, kReplacement));
+        if (written == out.size()) out.resize(out.size() * 2);
+        out[written++] = kReplacement;
         ++in;
         --inLeft;
         iconv(cd.get(), nullptr, nullptr, nullptr, nullptr);
     }
-    return fromUtf16Le(out);
+    out.resize(written);
+    return out;
 }
 
 std::optional<std::string> EncodeCodePage(std::u16string_view text, const std::string& codePage) {
@@ -161,7 +161,7 @@ std::optional<std::string> EncodeCodePage(std::u16string_view text, const std::s
     if (!cd.ok()) return std::nullopt;
     std::string bytes = toUtf16Le(text);
     std::string out;
-    std::string buffer(4096, '\0');
+    std::string buffer(std::min<size_t>(4096, 2 * bytes.size() + 16), '\0');
     char* in = bytes.data();
     size_t inLeft = bytes.size();
     while (inLeft > 0) {
@@ -194,9 +194,13 @@ std::string EncodeLegacy(std::u16string_view text) {
 }
 
 std::u16string DecodeTextFile(std::string_view bytes) {
-    if (IsValidUtf8(bytes)) {
-        if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
-        return Utf8ToUtf16(bytes);
-    }
-    return DecodeLegacy(bytes);
+    if (bytes.starts_with("\xEF\xBB\xBF")) return Utf8ToUtf16(bytes.substr(3));
+    if (!IsValidUtf8(bytes)) return DecodeLegacy(bytes);
+    std::u16string utf8 = Utf8ToUtf16(bytes);
+    const bool ascii = utf8.size() == bytes.size();
+    if (ascii) return utf8;
+    // Legacy bytes are often valid UTF-8 too: the reading that looks more like the application's text wins,
+    // and a tie goes to the legacy page, in which the application writes.
+    std::u16string legacy = DecodeLegacy(bytes);
+    return TextImplausibility(utf8) < TextImplausibility(legacy) ? utf8 : legacy;
 }

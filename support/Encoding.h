@@ -25,6 +25,7 @@ QX_API std::optional<std::string> EncodeCodePage(std::u16string_view text, const
 QX_API std::u16string DecodeLegacy(std::string_view bytes);
 QX_API std::string EncodeLegacy(std::u16string_view text);
 
-// The reading rule of the application's text files: UTF-8 when the whole file is valid UTF-8
-// (a byte-order mark is dropped), else the legacy code page.
+// The reading rule of the application's text files: a UTF-8 byte-order mark says UTF-8 (and is dropped);
+// bytes that are not valid UTF-8 are in the legacy code page; bytes valid in both are read the way that
+// is more plausible as the application's text (TextImplausibility), the legacy page on a tie.
 QX_API std::u16string DecodeTextFile(std::string_view bytes);

@@ -2,12 +2,10 @@
 #include "support/FileSystem.h"
 
 #include "support/Encoding.h"
+#include "support/NativeFiles.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
-#include <dirent.h>
-#include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -34,23 +32,9 @@ std::vector<std::u16string> splitComponents(const std::u16string& path) {
 
 bool statPath(const std::string& native, struct stat& st) { return ::stat(native.c_str(), &st) == 0; }
 
-std::vector<std::string> readDirectory(const std::string& native) {
-    std::vector<std::string> names;
-    DIR* dir = ::opendir(native.empty() ? "." : native.c_str());
-    if (!dir) return names;
-    while (const dirent* entry = ::readdir(dir)) {
-        const std::string name = entry->d_name;
-        if (name != "." && name != "..") names.push_back(name);
-    }
-    ::closedir(dir);
-    return names;
-}
+std::vector<std::string> readDirectory(const std::string& native) { return Native::ReadDirectory(native); }
 
-std::string joinNative(const std::string& folder, const std::string& name) {
-    if (folder.empty()) return name;
-    if (folder.back() == '/') return folder + name;
-    return folder + "/" + name;
-}
+std::string joinNative(const std::string& folder, const std::string& name) { return Native::Join(folder, name); }
 
 std::u16string foldName(const std::u16string& name) {
     std::u16string out = name;
@@ -58,16 +42,29 @@ std::u16string foldName(const std::u16string& name) {
     return out;
 }
 
-// Finds a name in a native folder, exact first, else ignoring case.
+// The listing order: upper-case code units, then the names as they stand, so that the order is total.
+bool listsBefore(const std::u16string& a, const std::u16string& b) {
+    const std::u16string fa = foldName(a), fb = foldName(b);
+    return fa != fb ? fa < fb : a < b;
+}
+
+// Finds a name in a native folder: the exact name when it is there, else the first of the names equal to it
+// ignoring case in listing order, the same on every machine whatever order the directory gives.
 std::optional<std::string> matchComponent(const std::string& folder, const std::u16string& component) {
     if (component == u"." || component == u"..") return Utf16ToUtf8(component);
     const std::string exact = Utf16ToUtf8(component);
     struct stat st;
     if (statPath(joinNative(folder, exact), st)) return exact;
     const std::u16string wanted = foldName(component);
-    for (const std::string& name : readDirectory(folder))
-        if (foldName(Utf8ToUtf16(name)) == wanted) return name;
-    return std::nullopt;
+    std::optional<std::string> first;
+    std::u16string firstWide;
+    for (const std::string& name : readDirectory(folder)) {
+        const std::u16string wide = Utf8ToUtf16(name);
+        if (foldName(wide) != wanted || (first && !listsBefore(wide, firstWide))) continue;
+        first = name;
+        firstWide = wide;
+    }
+    return first;
 }
 
 struct Walk {
@@ -118,13 +115,6 @@ bool patternMatches(const std::u16string& pattern, const std::u16string& name) {
     return wildcardMatch(pattern, name);
 }
 
-std::string nativeParentOf(const std::string& native) {
-    const size_t slash = native.rfind('/');
-    if (slash == std::string::npos) return ".";
-    if (slash == 0) return "/";
-    return native.substr(0, slash);
-}
-
 } // namespace
 
 char16_t FoldNameChar(char16_t ch) {
@@ -171,6 +161,12 @@ CString FromNative(const std::string& nativePath) {
     return logic;
 }
 
+CString ToNativeText(const CString& logicPath) {
+    CString native = logicPath;
+    native.Replace(u'\\', u'/');
+    return native;
+}
+
 std::vector<Entry> Find(const CString& logicPattern) {
     std::vector<Entry> found;
     const int slash = logicPattern.ReverseFind(u'\\');
@@ -207,10 +203,7 @@ std::vector<Entry> Find(const CString& logicPattern) {
         const bool isFolder = statPath(joinNative(*nativeFolder, name), st) && S_ISDIR(st.st_mode);
         entries.push_back({CString(wide), isFolder});
     }
-    std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) {
-        const std::u16string fa = foldName(a.name.str()), fb = foldName(b.name.str());
-        return fa != fb ? fa < fb : a.name.str() < b.name.str();
-    });
+    std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) { return listsBefore(a.name.str(), b.name.str()); });
     found.insert(found.end(), entries.begin(), entries.end());
     return found;
 }
@@ -249,42 +242,6 @@ bool ReadBytes(const CString& logicPath, std::string& bytes) {
     const bool ok = !std::ferror(file);
     std::fclose(file);
     if (ok) bytes = std::move(data);
-    return ok;
-}
-
-bool WriteAtomic(const CString& logicPath, std::string_view bytes, std::optional<mode_t> newFileMode) {
-    std::optional<std::string> native = Resolve(logicPath);
-    if (!native) native = NativeTarget(logicPath);
-    if (!native) return false;
-    struct stat st;
-    if (statPath(*native, st) && S_ISDIR(st.st_mode)) return false;
-
-    mode_t mode;
-    if (statPath(*native, st)) {
-        mode = st.st_mode & 07777;
-    } else if (newFileMode) {
-        mode = *newFileMode;
-    } else {
-        const mode_t mask = ::umask(0);
-        ::umask(mask);
-        mode = 0666 & ~mask;
-    }
-
-    const std::string folder = nativeParentOf(*native);
-    std::string temp = joinNative(folder, ".qxtmp-XXXXXX");
-    const int fd = ::mkstemp(temp.data());
-    if (fd < 0) return false;
-    bool ok = ::fchmod(fd, mode) == 0;
-    for (size_t done = 0; ok && done < bytes.size();) {
-        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) ok = false;
-        else done += static_cast<size_t>(n);
-    }
-    ok = ok && ::fsync(fd) == 0;
-    ok = (::close(fd) == 0) && ok;
-    ok = ok && ::rename(temp.c_str(), native->c_str()) == 0;
-    if (!ok) ::unlink(temp.c_str());
     return ok;
 }
 

@@ -19,13 +19,17 @@ struct Entry {
     bool isFolder = false;
 };
 
-// Native form of a logic path whose every component exists, matched ignoring case; nullopt if it does not exist.
+// Native form of a logic path whose every component exists, matched ignoring case (the exact name first,
+// else the first match in listing order); nullopt if it does not exist.
 QX_API std::optional<std::string> Resolve(const CString& logicPath);
 // Native path for a file that may not exist yet: the existing leading folders are matched ignoring case,
 // the rest is taken as written. nullopt for drive-letter and UNC paths.
 QX_API std::optional<std::string> NativeTarget(const CString& logicPath);
 // A path given by a person (command line, environment): made absolute, slashes turned into backslashes.
 QX_API CString FromNative(const std::string& nativePath);
+// A logic path in the machine's own form (slashes), for what a person or a tool reads; the logic keeps its
+// backslashes.
+QX_API CString ToNativeText(const CString& logicPath);
 QX_API bool HasDriveOrUncPrefix(const CString& logicPath);
 
 // The host's find: the last component may hold * and ?; "*.*" matches every name, with or without a dot;
@@ -39,8 +43,14 @@ QX_API bool IsFolder(const CString& logicPath);
 
 QX_API bool ReadBytes(const CString& logicPath, std::string& bytes);
 // Writes through a temporary file in the target's folder renamed over the target, keeping its permissions.
-// A new file gets `newFileMode` (before the umask for the default, exactly as given otherwise).
+// A new file gets `newFileMode` (before the umask for the default, exactly as given otherwise). What an
+// in-place write would refuse is refused, judged by the mode bits even for root: a target without write
+// permission for this process's class of user, a new file in a folder without it. In a folder that may not
+// be written, a writable file is rewritten in place. Temporary files that a killed writer left in the
+// folder are removed; listings never show them.
 QX_API bool WriteAtomic(const CString& logicPath, std::string_view bytes, std::optional<mode_t> newFileMode = std::nullopt);
+// The same for a file that must stay private: owner-only mode on every write, not only the first.
+QX_API bool WritePrivate(const CString& logicPath, std::string_view bytes);
 
 // One level, like _wmkdir: the parent must exist. True if the folder exists afterwards.
 QX_API bool MakeFolder(const CString& logicPath);

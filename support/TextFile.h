@@ -1,5 +1,6 @@
-// The application's own text files: read as UTF-8 when the whole file is valid UTF-8, else in the legacy
-// code page; written in the legacy code page with CR LF line ends, as the Windows application writes them.
+// The application's own text files: read by DecodeTextFile's rule (a byte-order mark says UTF-8, else the
+// legacy code page unless UTF-8 is valid and more plausible); written in the legacy code page with CR LF
+// line ends, as the Windows application writes them.
 #pragma once
 
 #include "support/CArray.h"

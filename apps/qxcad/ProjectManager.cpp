@@ -4,6 +4,7 @@
 
 #include "platform/host/HostOutput.h"
 #include "project/ProjectFiles.h"
+#include "support/FileSystem.h"
 #include "support/FileUtils.h"
 #include "support/Locations.h"
 #include "support/PathText.h"
@@ -41,7 +42,7 @@ void ShowProjectManager() {
         acutPrintf(u"\nxmmanage: there is no current project.\n");
         return;
     }
-    acutPrintf(u"\n%s\n", current);
+    acutPrintf(u"\n%s\n", QxFs::ToNativeText(current));
     if (IsPrjFile(current)) {
         acutPrintf(u"设备 %s%s\n", RemoveFileExtension(GetFileNameOfPath(current)), cloudMark(current));
         printDrawings(current, CString());

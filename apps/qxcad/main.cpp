@@ -31,6 +31,7 @@ void prepareInstallFolder() {
 
 int main(int argc, char** argv) {
     CLI::App app{"qxcad: runs the QxHMInterFace commands as the CAD host would"};
+    app.set_version_flag("--version", std::string("qxcad ") + QX_VERSION);
     std::string installDir;
     std::string modulePath;
     bool yes = false;

@@ -161,7 +161,7 @@ int showDrawing(const std::string& file) {
         table->close();
     }
     std::unordered_set<AcDbObjectId> onPath;
-    const json out{{"file", utf8(path)},
+    const json out{{"file", utf8(QxFs::ToNativeText(path))},
                    {"blocks", blocks},
                    {"namedObjects", dictionaryJson(database.namedObjectsDictionaryId(), onPath)}};
     std::cout << out.dump(2, ' ', false, json::error_handler_t::replace) << '\n';

@@ -35,6 +35,7 @@ int main(int argc, char** argv) {
     SetHostOutput(&output);
 
     CLI::App app{"qxinspect: read-only views, as JSON, of what the QxHMInterFace readers make of their inputs"};
+    app.set_version_flag("--version", std::string("qxinspect ") + QX_VERSION);
     app.require_subcommand(1);
     std::function<int()> run;
     for (const InspectView& view : views()) {

@@ -11,7 +11,6 @@
 namespace {
 
 const char16_t* const kSeparator = u"\u00B7";
-const char16_t* const kClientVersion = u"9.0";
 
 CString loginFile() {
     const CString install = GetCorvaneLocalInstallPath();
@@ -38,7 +37,7 @@ int QxGetCollectInfo_Varnholt_CV201301(int item, CString& value) {
         value = hostName() + u"/" + userName();
         return 1;
     case 3:
-        value = CString(u"QxHMInterFace ") + kClientVersion + u" Linux " + hostName();
+        value = CString(u"QxHMInterFace ") + CString(QX_VERSION) + u" Linux " + hostName();
         return 1;
     case 2: {
         std::string bytes;
@@ -56,5 +55,5 @@ void QxLSetLoginInfo_Varnholt_CV201301(CString enterprise, CString user, CString
     const CString file = loginFile();
     if (file.IsEmpty() || !QxFs::MakeFolder(GetCorvaneLocalInstallPath() + CString(u"LocalData"))) return;
     const CString record = enterprise + kSeparator + user + kSeparator + credential + kSeparator + server;
-    QxFs::WriteAtomic(file, record.ToUtf8(), 0600);
+    QxFs::WritePrivate(file, record.ToUtf8());
 }

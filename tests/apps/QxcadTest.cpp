@@ -1,4 +1,5 @@
 // qxcad run as a person runs it: as a process, with its exit status and its output.
+#include "ProjectVersion.h"
 #include "common/TempFolder.h"
 
 #include <array>
@@ -88,8 +89,18 @@ TEST(Qxcad, XmmanageShowsTheCurrentProjectsDevicesAndDrawings) {
     dir.writeFile("p/P/stray/x.prj", "");
     dir.writeFile("corvane/Data/recent.dat", (dir.logic() + u"p\\P\\P.itm").ToUtf8());
     const std::string out = qxcad(dir, "xmmanage").out;
+    // The path is shown in the machine's own form, not as the logic holds it.
+    EXPECT_NE(out.find(dir.native() + "/p/P/P.itm"), std::string::npos) << out;
+    EXPECT_EQ(out.find('\\'), std::string::npos);
     EXPECT_NE(out.find("项目 P  [Hexmoor]"), std::string::npos);
     EXPECT_NE(out.find("设备 D1"), std::string::npos);  // named as the folder names it
     EXPECT_NE(out.find("a.dwg"), std::string::npos);
     EXPECT_EQ(out.find("stray"), std::string::npos);
+}
+
+TEST(Qxcad, PrintsItsVersionAndLoadsNothing) {
+    TempFolder dir;
+    const ProcessRun run = qxcad(dir, "--version");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, std::string("qxcad ") + ProjectVersion() + "\n");
 }

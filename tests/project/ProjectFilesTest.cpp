@@ -167,6 +167,8 @@ TEST(ProjectFiles, FolderIsEmptyWithNothingButDotEntries) {
     EXPECT_TRUE(IsFolderEmpty(folder.logic() + u"gone\\*.*"));
     folder.makeFolder("p");
     EXPECT_TRUE(IsFolderEmpty(folder.logic() + u"p\\*.*"));
+    folder.writeFile("p/.qxtmp-1-abcdef", "left by a rewrite that was killed");
+    EXPECT_TRUE(IsFolderEmpty(folder.logic() + u"p\\*.*"));
     folder.makeFolder("p/sub");
     EXPECT_FALSE(IsFolderEmpty(folder.logic() + u"p\\*.*"));
     folder.writeFile("q/stray.txt", "");
@@ -226,4 +228,40 @@ TEST(ProjectFiles, DrawingsOfAProjectAreItsOwnThenEachDevicesButNoSubProjects) {
 
     ListDrawingsOfFile(p + u"notes.txt", list);
     EXPECT_TRUE(list.IsEmpty());
+}
+
+TEST(ProjectFiles, LineBreaksInValuesNeverBreakTheNotes) {
+    TempFolder folder;
+    Device device(folder, u"K04");
+    const CString path = folder.logic() + u"K04.prj";
+    WriteProjectSkeleton(path);
+    ASSERT_TRUE(InsertNotes(path, notes({{u"工程名称", u"一期\r\n二期"}, {u"柜编号", u""}})));
+    device.node.m_strCirName = u"A\r\n$END NOTE OF PRJ";  // as a cabinet name might come from the cloud
+    device.node.m_strCirNo = u"K1\nK2";
+    ASSERT_TRUE(UpdateDeviceNotes(&device.node));
+    ASSERT_TRUE(UpdateDeviceNotes(&device.node));  // a second pass finds every note where the first put it
+
+    STRUCT_PRJ_FILE file;
+    ASSERT_TRUE(ReadProjectFile(path, file));
+    ASSERT_EQ(file.m_arrNotes.GetSize(), 5);
+    EXPECT_EQ(file.m_arrNotes[0], (STRUCT_PRJ_NOTE{u"工程名称", u"一期二期"}));
+    EXPECT_EQ(file.m_arrNotes[1], (STRUCT_PRJ_NOTE{u"柜编号", u"K1K2"}));
+    EXPECT_EQ(file.m_arrNotes[2], (STRUCT_PRJ_NOTE{u"柜名称", u"A$END NOTE OF PRJ"}));
+    EXPECT_EQ(file.m_arrNotes[3], (STRUCT_PRJ_NOTE{u"柜型号", u"KYN28"}));
+    EXPECT_EQ(file.m_arrNotes[4], (STRUCT_PRJ_NOTE{u"柜体尺寸", u"800*1500*2300"}));
+}
+
+TEST(ProjectFiles, ABlockCutShortByTheEndOfTheNotesKeepsThatEnd) {
+    TempFolder folder;
+    Device device(folder, u"K05");
+    folder.writeFile("K05.prj", "$BEGIN NOTE OF PRJ\r\n$BEGIN_ONE_NOTE\r\n" + EncodeLegacy(u"柜编号") +
+                                    "\r\n$END NOTE OF PRJ\r\n$BEGIN CONTENT OF PRJ\r\nkept\r\n$END CONTENT OF PRJ\r\n$EOF");
+    ASSERT_TRUE(UpdateDeviceNotes(&device.node));
+    STRUCT_PRJ_FILE file;
+    ASSERT_TRUE(ReadProjectFile(folder.logic() + u"K05.prj", file));
+    ASSERT_EQ(file.m_arrNotes.GetSize(), 4);
+    EXPECT_EQ(file.m_arrNotes[0], (STRUCT_PRJ_NOTE{u"柜编号", u"K1,K2"}));
+    EXPECT_EQ(file.m_arrNotes[3], (STRUCT_PRJ_NOTE{u"柜体尺寸", u"800*1500*2300"}));
+    ASSERT_EQ(file.m_arrContent.GetSize(), 1);
+    EXPECT_EQ(file.m_arrContent[0], CString(u"kept"));
 }

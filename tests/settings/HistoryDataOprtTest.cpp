@@ -91,3 +91,24 @@ TEST_F(SettingsTest, HistoryKeepsExtraLinesAndWritesTheLegacyCodePage) {
     CHistoryDataOprt again;
     EXPECT_EQ(again.m_arrData.GetSize(), QX_HISTORY_DEFAULT_COUNT + 2);
 }
+
+// GB18030 of 双压 is also valid UTF-8 ("˫ѹ"): the value must come back as written, and stay so across a rewrite.
+TEST_F(SettingsTest, HistoryValuesWrittenHereReadBackUnchanged) {
+    install.makeFolder("LocalData");
+    {
+        CHistoryDataOprt history;
+        history.m_arrData[7] = u"双压";
+        history.SetIntData(8, 3);
+    }
+    {
+        CHistoryDataOprt history;
+        CString value;
+        history.GetData(7, value);
+        EXPECT_EQ(value, CString(u"双压"));
+        history.SetIntData(8, 4);
+    }
+    CHistoryDataOprt history;
+    CString value;
+    history.GetData(7, value);
+    EXPECT_EQ(value, CString(u"双压"));
+}

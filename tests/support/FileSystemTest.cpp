@@ -3,7 +3,10 @@
 #include "support/FileUtils.h"
 
 #include <gtest/gtest.h>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 
@@ -120,4 +123,117 @@ TEST(IsFileInOwnFolder, NameMustMatchTheFolderIgnoringCase) {
     EXPECT_TRUE(IsFileInOwnFolder(dir.logic() + u"dev\\DEV.prj"));
     EXPECT_FALSE(IsFileInOwnFolder(dir.logic() + u"moved\\dev.prj"));
     EXPECT_FALSE(IsFileInOwnFolder(dir.logic() + u"dev\\missing.prj"));
+}
+
+namespace {
+
+mode_t modeOf(const std::string& path) {
+    struct stat st;
+    return ::stat(path.c_str(), &st) == 0 ? (st.st_mode & 07777) : 0;
+}
+
+ino_t inodeOf(const std::string& path) {
+    struct stat st;
+    return ::stat(path.c_str(), &st) == 0 ? st.st_ino : 0;
+}
+
+// A process id that no process has: that of a child that has ended and been waited for.
+pid_t pidOfAnEndedProcess() {
+    const pid_t child = ::fork();
+    if (child == 0) ::_exit(0);
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return child;
+}
+
+void ageFile(const std::string& path, int seconds) {
+    struct stat st;
+    ASSERT_EQ(::stat(path.c_str(), &st), 0);
+    const struct timespec times[2] = {{st.st_atime - seconds, 0}, {st.st_mtime - seconds, 0}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+}
+
+} // namespace
+
+// The tests run as root, who may write anything: the writer must judge by the mode bits as a user would.
+TEST(AtomicWrite, RefusesWhatAnInPlaceWriteWouldRefuse) {
+    TempFolder dir;
+    dir.writeFile("ro.txt", "kept");
+    ::chmod((dir.native() + "/ro.txt").c_str(), 0444);
+    EXPECT_FALSE(QxFs::WriteAtomic(dir.logic() + u"ro.txt", "lost"));
+    EXPECT_FALSE(QxFs::WritePrivate(dir.logic() + u"ro.txt", "lost"));
+    EXPECT_EQ(dir.readFile("ro.txt"), "kept");
+    EXPECT_EQ(modeOf(dir.native() + "/ro.txt"), 0444u);
+
+    if (::geteuid() == 0) {
+        // Judged by the class of user: another owner's file that only its owner and group may write.
+        dir.writeFile("theirs.txt", "kept");
+        const std::string theirs = dir.native() + "/theirs.txt";
+        ASSERT_EQ(::chown(theirs.c_str(), 65534, 65534), 0);
+        ::chmod(theirs.c_str(), 0664);
+        EXPECT_FALSE(QxFs::WriteAtomic(dir.logic() + u"theirs.txt", "lost"));
+        ASSERT_EQ(::chown(theirs.c_str(), 65534, ::getegid()), 0);
+        ::chmod(theirs.c_str(), 0664);
+        EXPECT_TRUE(QxFs::WriteAtomic(dir.logic() + u"theirs.txt", "ours"));
+        EXPECT_EQ(dir.readFile("theirs.txt"), "ours");
+    }
+}
+
+TEST(AtomicWrite, AFolderThatMayNotBeWrittenIsWrittenAsInPlace) {
+    TempFolder dir;
+    dir.writeFile("locked/file.txt", "old");
+    const std::string file = dir.native() + "/locked/file.txt";
+    const ino_t before = inodeOf(file);
+    ::chmod((dir.native() + "/locked").c_str(), 0555);
+    EXPECT_TRUE(QxFs::WriteAtomic(dir.logic() + u"locked\\file.txt", "new"));
+    EXPECT_EQ(dir.readFile("locked/file.txt"), "new");
+    EXPECT_EQ(inodeOf(file), before);  // rewritten where it stands, no temporary file
+    EXPECT_FALSE(QxFs::WriteAtomic(dir.logic() + u"locked\\new.txt", "x"));
+    EXPECT_FALSE(dir.exists("locked/new.txt"));
+    ::chmod((dir.native() + "/locked").c_str(), 0755);
+    EXPECT_EQ(QxFs::List(dir.logic() + u"locked").size(), 1u);
+}
+
+TEST(AtomicWrite, TemporaryFilesOfKilledWritersAreNeverSeenAndGoWithTheNextWrite) {
+    TempFolder dir;
+    const std::string dead = ".qxtmp-" + std::to_string(pidOfAnEndedProcess()) + "-aaaaaa";
+    const std::string live = ".qxtmp-" + std::to_string(::getpid()) + "-bbbbbb";
+    const std::string old = ".qxtmp-" + std::to_string(::getpid()) + "-cccccc";
+    for (const std::string& name : {dead, live, old}) dir.writeFile("p/" + name, "half a file");
+    ageFile(dir.native() + "/p/" + old, 3600);
+
+    EXPECT_TRUE(QxFs::List(dir.logic() + u"p").empty());
+    EXPECT_EQ(QxFs::Find(dir.logic() + u"p\\*.*").size(), 2u);  // "." and ".." only
+
+    ASSERT_TRUE(QxFs::WriteAtomic(dir.logic() + u"p\\a.txt", "a"));
+    EXPECT_FALSE(dir.exists("p/" + dead));
+    EXPECT_FALSE(dir.exists("p/" + old));
+    EXPECT_TRUE(dir.exists("p/" + live));  // a write under way in this very process
+    EXPECT_EQ(names(QxFs::List(dir.logic() + u"p")), (std::vector<std::u16string>{u"a.txt"}));
+}
+
+TEST(AtomicWrite, APrivateFileGetsOwnerOnlyModeOnEveryWrite) {
+    TempFolder dir;
+    dir.writeFile("login.dat", "old");
+    ::chmod((dir.native() + "/login.dat").c_str(), 0644);
+    ASSERT_TRUE(QxFs::WritePrivate(dir.logic() + u"login.dat", "secret"));
+    EXPECT_EQ(modeOf(dir.native() + "/login.dat"), 0600u);
+    EXPECT_EQ(dir.readFile("login.dat"), "secret");
+    ASSERT_TRUE(QxFs::WritePrivate(dir.logic() + u"new.dat", "secret"));
+    EXPECT_EQ(modeOf(dir.native() + "/new.dat"), 0600u);
+}
+
+// Names that differ only in case: the exact one when it is there, else the first in listing order, whatever
+// order the directory gives.
+TEST(FileSystemBoundary, NamesDifferingOnlyInCaseResolveTheSameOnEveryMachine) {
+    TempFolder dir;
+    for (const char* name : {"AB.prj", "Ab.prj", "aB.prj", "ab.PRJ"}) dir.writeFile(std::string("f/") + name, name);
+    std::string bytes;
+    ASSERT_TRUE(QxFs::ReadBytes(dir.logic() + u"F\\aB.prj", bytes));
+    EXPECT_EQ(bytes, "aB.prj");
+    ASSERT_TRUE(QxFs::ReadBytes(dir.logic() + u"F\\ab.Prj", bytes));
+    EXPECT_EQ(bytes, "AB.prj");
+    ASSERT_TRUE(QxFs::WriteAtomic(dir.logic() + u"f\\AB.PRJ", "new"));
+    EXPECT_EQ(dir.readFile("f/AB.prj"), "new");
+    EXPECT_EQ(QxFs::List(dir.logic() + u"f").size(), 4u);
 }

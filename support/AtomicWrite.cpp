@@ -1,0 +1,115 @@
+// Rewriting a file whole through a temporary file renamed over it, so that a crash never leaves half a file.
+#include "support/FileSystem.h"
+#include "support/NativeFiles.h"
+
+#include <cerrno>
+#include <charconv>
+#include <csignal>
+#include <ctime>
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace QxFs {
+namespace {
+
+// A temporary file older than this belongs to no live write, whatever process now has its pid.
+constexpr time_t kStaleAfterSeconds = 10 * 60;
+
+bool processRuns(pid_t pid) { return ::kill(pid, 0) == 0 || errno == EPERM; }
+
+// ".qxtmp-<pid>-XXXXXX" left by a writer that no longer runs, or so old that no write can still use it.
+bool isStaleTemporary(const std::string& folder, std::string_view name) {
+    struct stat st;
+    const std::string path = Native::Join(folder, std::string(name));
+    if (::lstat(path.c_str(), &st) != 0 || !S_ISREG(st.st_mode)) return false;
+    if (std::time(nullptr) - st.st_mtime > kStaleAfterSeconds) return true;
+    const std::string_view rest = name.substr(Native::kTemporaryPrefix.size());
+    pid_t pid = 0;
+    const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), pid);
+    if (error != std::errc() || end == rest.data() || pid <= 0) return false;
+    return !processRuns(pid);
+}
+
+void removeStaleTemporaries(const std::string& folder) {
+    DIR* dir = ::opendir(folder.c_str());
+    if (!dir) return;
+    std::vector<std::string> stale;
+    while (const dirent* entry = ::readdir(dir))
+        if (Native::IsTemporaryName(entry->d_name) && isStaleTemporary(folder, entry->d_name)) stale.push_back(entry->d_name);
+    ::closedir(dir);
+    for (const std::string& name : stale) ::unlink(Native::Join(folder, name).c_str());
+}
+
+bool writeAll(int fd, std::string_view bytes) {
+    for (size_t done = 0; done < bytes.size();) {
+        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return false;
+        done += static_cast<size_t>(n);
+    }
+    return true;
+}
+
+// Where the folder may not be written, the file is rewritten where it stands, as the Windows writers do.
+bool writeInPlace(const std::string& native, std::string_view bytes, std::optional<mode_t> forcedMode) {
+    const int fd = ::open(native.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
+    if (fd < 0) return false;
+    bool ok = !forcedMode || ::fchmod(fd, *forcedMode) == 0;
+    ok = ok && writeAll(fd, bytes) && ::fsync(fd) == 0;
+    return (::close(fd) == 0) && ok;
+}
+
+bool writeThroughTemporary(const std::string& native, std::string_view bytes, mode_t mode) {
+    const std::string folder = Native::ParentOf(native);
+    removeStaleTemporaries(folder);
+    std::string temp = Native::Join(folder, std::string(Native::kTemporaryPrefix) + std::to_string(::getpid()) + "-XXXXXX");
+    const int fd = ::mkstemp(temp.data());
+    if (fd < 0) return false;
+    bool ok = ::fchmod(fd, mode) == 0 && writeAll(fd, bytes) && ::fsync(fd) == 0;
+    ok = (::close(fd) == 0) && ok;
+    ok = ok && ::rename(temp.c_str(), native.c_str()) == 0;
+    if (!ok) ::unlink(temp.c_str());
+    return ok;
+}
+
+mode_t defaultNewFileMode() {
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return 0666 & ~mask;
+}
+
+// `forcedMode` is the mode of every write (a private file); else a file keeps its mode and a new one gets
+// `newFileMode`, or 0666 less the umask.
+bool writeFile(const CString& logicPath, std::string_view bytes, std::optional<mode_t> newFileMode,
+               std::optional<mode_t> forcedMode) {
+    std::optional<std::string> native = Resolve(logicPath);
+    if (!native) native = NativeTarget(logicPath);
+    if (!native) return false;
+
+    // What an in-place write would refuse is refused: judged by the mode bits, since root may write anything.
+    struct stat folder;
+    if (::stat(Native::ParentOf(*native).c_str(), &folder) != 0) return false;
+    const bool folderWritable = Native::ModeGrants(folder, S_IWOTH | S_IXOTH);
+    struct stat target;
+    if (::stat(native->c_str(), &target) != 0) {
+        if (!folderWritable) return false;
+        return writeThroughTemporary(*native, bytes, forcedMode.value_or(newFileMode.value_or(defaultNewFileMode())));
+    }
+    if (!S_ISREG(target.st_mode) || !Native::ModeGrants(target, S_IWOTH)) return false;
+    if (!folderWritable) return writeInPlace(*native, bytes, forcedMode);
+    return writeThroughTemporary(*native, bytes, forcedMode.value_or(target.st_mode & 07777));
+}
+
+} // namespace
+
+bool WriteAtomic(const CString& logicPath, std::string_view bytes, std::optional<mode_t> newFileMode) {
+    return writeFile(logicPath, bytes, newFileMode, std::nullopt);
+}
+
+bool WritePrivate(const CString& logicPath, std::string_view bytes) {
+    return writeFile(logicPath, bytes, std::nullopt, mode_t{0600});
+}
+
+} // namespace QxFs
