@@ -3,7 +3,9 @@
 
 #include "module/commands/Commands.h"
 #include "module/commands/Guarded.h"
+#include "module/Session.h"
 #include "platform/host/CommandStack.h"
+#include "platform/host/HostOutput.h"
 
 const std::vector<ModuleCommand>& ModuleCommands() {
     static const std::vector<ModuleCommand> table = {
@@ -23,8 +25,16 @@ void RegisterModuleCommands() {
         const CString name = command.localName;
         auto handler = command.handler;
         acedRegCmds()->addCommand(kCommandGroup, command.globalName, command.localName, ACRX_CMD_MODAL,
-                                  [name, handler] { RunGuarded(name, handler); });
+                                  [name, handler] { RunModuleCommand(name, handler); });
     }
+}
+
+void RunModuleCommand(const CString& name, void (*handler)()) {
+    if (!g_pHexmoorClient) {
+        acutPrintf(u"\n%s: the module's session is not running.\n", name);
+        return;
+    }
+    RunGuarded(name, handler);
 }
 
 void UnregisterModuleCommands() {

@@ -15,4 +15,7 @@ struct ModuleCommand {
 
 const std::vector<ModuleCommand>& ModuleCommands();
 void RegisterModuleCommands();
+// What a registered command runs: nothing but a line when the session is not there, else the handler
+// behind the guard that keeps exceptions out of the host.
+void RunModuleCommand(const CString& name, void (*handler)());
 void UnregisterModuleCommands();

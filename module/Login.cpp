@@ -23,6 +23,13 @@ bool takeStoredLogin(CHexmoorInteFace& client) {
     return true;
 }
 
+struct ForcedLoginEnd {
+    ForcedLoginEnd() = default;
+    ForcedLoginEnd(const ForcedLoginEnd&) = delete;
+    ForcedLoginEnd& operator=(const ForcedLoginEnd&) = delete;
+    ~ForcedLoginEnd() { g_bForceLogin = false; }
+};
+
 void keepLogin(const CHexmoorInteFace& client) {
     QxLSetLoginInfo_Varnholt_CV201301(client.m_strEnterprise, client.m_strUser, client.m_strCredential,
                                       client.m_strServer);
@@ -41,6 +48,9 @@ CString SetClientIdentity(CHexmoorInteFace& client) {
 }
 
 void HMLoginCloud() {
+    // Lowered on every way out, an exception included: a raised flag would force the next login too.
+    const ForcedLoginEnd lowerAtEnd;
+    if (!g_pHexmoorClient) return;
     CHexmoorInteFace& client = *g_pHexmoorClient;
     if (!takeStoredLogin(client)) g_bForceLogin = true;
     const CString item1 = SetClientIdentity(client);
@@ -58,5 +68,4 @@ void HMLoginCloud() {
     }
     if (result >= 1) acutPrintf(u"\n登录云端成功！");
     if (result == -1) acutPrintf(u"登录云端失败！");
-    g_bForceLogin = false;
 }

@@ -13,7 +13,15 @@ public:
     AcRx::AppRetCode On_kInitAppMsg(void* packet) override {
         const AcRx::AppRetCode result = AcRxArxApp::On_kInitAppMsg(packet);
         RegisterModuleCommands();
-        HMStartSession();
+        try {
+            HMStartSession();
+        } catch (...) {
+            // The host sends no unload message to a module that failed its load, and commands left in its
+            // table would point into a library it is about to close.
+            UnregisterModuleCommands();
+            HMEndSession();
+            throw;
+        }
         return result;
     }
 

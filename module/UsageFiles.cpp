@@ -30,6 +30,9 @@ void SendUsageFiles(CHexmoorInteFace& client, const CString& item1) {
         if (!name.StartsWith(kPrefix)) continue;
         CQxXmlTextDoc document;
         document.Load(path);
+        // A file whose bytes cannot be read stays for a later login; one that reads but does not parse
+        // is sent as it stands.
+        if (!document.FileWasRead()) continue;
         if (client.UserInfoCollect(item1, UsageFileKey(name), document.m_strDoc)) QxFs::DeleteFile(path);
     }
 }

@@ -1,12 +1,18 @@
 // A small printf-style formatter. Numbers never depend on the locale.
 #include "support/Format.h"
 
+#include <algorithm>
 #include <charconv>
+#include <climits>
 #include <cmath>
 #include <cstdio>
 #include <string>
 
 namespace {
+
+// Widths, and the precisions that add digits, above this are taken as this: no message needs more, and a
+// width handed in as an argument must not make the formatter fill gigabytes.
+constexpr int kMaxField = 4096;
 
 struct Directive {
     bool left = false, plus = false, space = false, zero = false, alt = false;
@@ -15,10 +21,25 @@ struct Directive {
     char16_t conversion = 0;
 };
 
+// A double given for an integer is cut toward zero; NaN is 0 and values beyond the range take its ends.
 long long asInteger(const FormatArg& arg) {
     if (const auto* i = std::get_if<long long>(&arg)) return *i;
-    if (const auto* d = std::get_if<double>(&arg)) return static_cast<long long>(*d);
-    return 0;
+    const auto* d = std::get_if<double>(&arg);
+    if (!d || std::isnan(*d)) return 0;
+    constexpr double kTwoTo63 = 9223372036854775808.0;
+    if (*d >= kTwoTo63) return LLONG_MAX;
+    if (*d < -kTwoTo63) return LLONG_MIN;
+    return static_cast<long long>(*d);
+}
+
+int capped(long long value) { return static_cast<int>(std::clamp<long long>(value, -kMaxField, kMaxField)); }
+
+// Digits of a width or precision, held at INT_MAX however many there are.
+int readDigits(const std::u16string& f, size_t& i) {
+    long long value = 0;
+    for (; i < f.size() && f[i] >= u'0' && f[i] <= u'9'; ++i)
+        if (value <= INT_MAX) value = value * 10 + (f[i] - u'0');
+    return static_cast<int>(std::min<long long>(value, INT_MAX));
 }
 
 double asDouble(const FormatArg& arg) {
@@ -61,9 +82,9 @@ std::u16string formatInteger(long long value, const Directive& directive) {
     if (directive.conversion == u'X')
         for (char& c : digits) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
     if (directive.precision >= 0) {
-        if (directive.precision == 0 && magnitude == 0) digits.clear();
-        if (static_cast<int>(digits.size()) < directive.precision)
-            digits.insert(0, static_cast<size_t>(directive.precision) - digits.size(), '0');
+        const int precision = std::min(directive.precision, kMaxField);
+        if (precision == 0 && magnitude == 0) digits.clear();
+        if (static_cast<int>(digits.size()) < precision) digits.insert(0, static_cast<size_t>(precision) - digits.size(), '0');
     }
     std::string prefix;
     if (negative) prefix = "-";
@@ -78,13 +99,16 @@ std::u16string formatInteger(long long value, const Directive& directive) {
 std::u16string formatDouble(double value, const Directive& directive) {
     if (std::isnan(value)) return pad(u"nan", directive, false);
     if (std::isinf(value)) return pad(value < 0 ? u"-inf" : u"inf", directive, false);
-    const int precision = directive.precision < 0 ? 6 : directive.precision;
+    const int precision = directive.precision < 0 ? 6 : std::min(directive.precision, kMaxField);
     std::chars_format format = std::chars_format::fixed;
     if (directive.conversion == u'e' || directive.conversion == u'E') format = std::chars_format::scientific;
     if (directive.conversion == u'g' || directive.conversion == u'G') format = std::chars_format::general;
-    char buf[512];
-    auto [end, ec] = std::to_chars(buf, buf + sizeof buf, value, format, precision == 0 && format == std::chars_format::general ? 1 : precision);
-    std::string text = ec == std::errc() ? std::string(buf, end) : std::string("0");
+    // Room for the 309 integer digits of the largest double, the precision's digits, sign, point and exponent.
+    std::string text(static_cast<size_t>(precision) + 330, '\0');
+    const auto [end, ec] = std::to_chars(text.data(), text.data() + text.size(), value, format,
+                                         precision == 0 && format == std::chars_format::general ? 1 : precision);
+    text.resize(ec == std::errc() ? static_cast<size_t>(end - text.data()) : 0);
+    if (text.empty()) text = "0";
     if (format == std::chars_format::scientific) {
         // printf writes at least two exponent digits.
         const size_t e = text.find('e');
@@ -122,14 +146,25 @@ CString FormatV(const CString& format, const std::vector<FormatArg>& args) {
             else if (c == u'#') directive.alt = true;
             else break;
         }
-        if (i < f.size() && f[i] == u'*') { directive.width = static_cast<int>(asInteger(takeArg())); ++i; }
-        else for (; i < f.size() && f[i] >= u'0' && f[i] <= u'9'; ++i) directive.width = std::max(directive.width, 0) * 10 + (f[i] - u'0');
-        if (directive.width < -1) { directive.left = true; directive.width = -directive.width; }
+        if (i < f.size() && f[i] == u'*') {
+            // A negative width from an argument means left-justified, as in printf.
+            const int width = capped(asInteger(takeArg()));
+            ++i;
+            if (width < 0) directive.left = true;
+            directive.width = width < 0 ? -width : width;
+        } else if (i < f.size() && f[i] >= u'0' && f[i] <= u'9') {
+            directive.width = std::min(readDigits(f, i), kMaxField);
+        }
         if (i < f.size() && f[i] == u'.') {
             ++i;
-            directive.precision = 0;
-            if (i < f.size() && f[i] == u'*') { directive.precision = static_cast<int>(asInteger(takeArg())); ++i; }
-            else for (; i < f.size() && f[i] >= u'0' && f[i] <= u'9'; ++i) directive.precision = directive.precision * 10 + (f[i] - u'0');
+            // A precision of %s only shortens, so it is not capped; a negative one from an argument is none.
+            if (i < f.size() && f[i] == u'*') {
+                const long long precision = asInteger(takeArg());
+                directive.precision = precision < 0 ? -1 : static_cast<int>(std::min<long long>(precision, INT_MAX));
+                ++i;
+            } else {
+                directive.precision = readDigits(f, i);
+            }
         }
         while (i < f.size() && (f[i] == u'l' || f[i] == u'h' || f[i] == u'L' || f[i] == u'z' || f[i] == u'I' || f[i] == u'w'))
             ++i;

@@ -1,6 +1,7 @@
 // The DOM document: creation, loading from a file or from text, node creation and the document's own view.
 #include "exchange/dom/XmlDocument.h"
 
+#include "exchange/dom/XmlChars.h"
 #include "exchange/dom/XmlStore.h"
 #include "support/FileSystem.h"
 
@@ -58,7 +59,7 @@ CXmlNode CXmlDocument::create(pugi::xml_node_type type, const CString& name, con
         pugi::xml_node node = m_store->Unattached().append_child(type);
         if (!node) throw std::bad_alloc();
         if (!name.IsEmpty() && !node.set_name(ToXmlText(name).c_str())) throw std::bad_alloc();
-        if (!value.IsEmpty() && !node.set_value(ToXmlText(value).c_str())) throw std::bad_alloc();
+        if (!value.IsEmpty() && !node.set_value(DropForbiddenXmlChars(ToXmlText(value)).c_str())) throw std::bad_alloc();
         return CXmlNode(m_store, node);
     });
 }

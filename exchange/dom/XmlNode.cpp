@@ -1,6 +1,7 @@
 // Node, element and node-list references over the pugixml tree of a document's store.
 #include "exchange/dom/XmlNode.h"
 
+#include "exchange/dom/XmlChars.h"
 #include "exchange/dom/XmlStore.h"
 #include "support/Encoding.h"
 
@@ -156,7 +157,7 @@ void CXmlElement::setAttribute(const CString& name, const CString& value) const 
         const std::string key = ToXmlText(name);
         pugi::xml_attribute attribute = element.attribute(key.c_str());
         if (!attribute) attribute = element.append_attribute(key.c_str());
-        if (!attribute || !attribute.set_value(ToXmlText(value).c_str())) throw std::bad_alloc();
+        if (!attribute || !attribute.set_value(DropForbiddenXmlChars(ToXmlText(value)).c_str())) throw std::bad_alloc();
     });
 }
 

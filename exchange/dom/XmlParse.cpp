@@ -1,6 +1,8 @@
 // Parsing of whole documents: finding the encoding of a file, and holding a parse to what a DOM accepts.
 #include "exchange/dom/XmlStore.h"
 
+#include "exchange/XmlEncodingName.h"
+#include "exchange/dom/XmlChars.h"
 #include "support/CString.h"
 #include "support/Encoding.h"
 #include "support/Format.h"
@@ -88,7 +90,10 @@ bool parse(std::string_view bytes, pugi::xml_encoding encoding, CXmlStore& store
         store.doc.reset();
         return false;
     }
-    if (keepsToOneDocument(store.doc, reason)) return true;
+    if (keepsToOneDocument(store.doc, reason)) {
+        DropForbiddenXmlChars(store.doc);
+        return true;
+    }
     store.doc.reset();
     return false;
 }
@@ -100,11 +105,13 @@ bool ParseXmlFile(std::string_view bytes, CXmlStore& store, CString& reason) {
     const std::string declared = declaredEncoding(bytes);
     if (declared.empty() || pugixmlReads(declared)) return parse(bytes, pugi::encoding_auto, store, reason);
     // A legacy code page named in the declaration (GB2312, GBK, ...) is read through iconv.
-    const std::optional<std::u16string> text = DecodeCodePage(bytes, declared);
+    const std::string decoder = XmlDecoderName(declared);
+    const std::optional<std::u16string> text = DecodeCodePage(bytes, decoder);
     if (!text) {
         reason = CString(u"System does not support the specified encoding: ") + CString::FromUtf8(declared);
         return false;
     }
+    if (!XmlLabelFitsAsciiBytes(decoder)) return parse(bytes, pugi::encoding_auto, store, reason);
     const std::string utf8 = Utf16ToUtf8(*text);
     return parse(utf8, pugi::encoding_utf8, store, reason);
 }

@@ -43,7 +43,8 @@ bool CQxXmlTextDoc::SetDoc(const CString& text) {
 
 bool CQxXmlTextDoc::Load(const CString& path) {
     std::string bytes;
-    if (!QxFs::ReadBytes(path, bytes)) {
+    m_bFileRead = QxFs::ReadBytes(path, bytes);
+    if (!m_bFileRead) {
         m_strError = openFailureText(path);
         return false;
     }

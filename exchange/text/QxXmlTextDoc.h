@@ -18,6 +18,8 @@ public:
     // parse message. When the file cannot be read, m_strError holds the system's reason and the document
     // stays as it was. True when the file was read and is well formed.
     bool Load(const CString& path);
+    // True when the last Load could read its file, whatever the parse found; false before any Load.
+    bool FileWasRead() const { return m_bFileRead; }
     bool IsWellFormed() const { return m_bWellFormed; }
     // Elements found by the last parse.
     int GetElementCount() const { return m_index.GetSize() - 1; }
@@ -36,4 +38,5 @@ private:
 
     CElementIndex m_index;
     bool m_bWellFormed = false;
+    bool m_bFileRead = false;
 };

@@ -1,6 +1,7 @@
 // The declaration of an XML file and the encoding rule.
 #include "exchange/text/XmlFileEncoding.h"
 
+#include "exchange/XmlEncodingName.h"
 #include "exchange/text/QxXmlTextDoc.h"
 #include "exchange/text/XmlTokenizer.h"
 #include "support/Encoding.h"
@@ -61,7 +62,10 @@ CString CQxXmlTextDoc::GetDeclaredEncoding(const CString& head) {
 std::u16string DecodeXmlFileBytes(std::string_view bytes, const CString& encoding) {
     if (encoding.IsEmpty() || encoding.Left(5).EqualsNoCase(u"UTF-8")) return Utf8ToUtf16(bytes);
     if (!isPlainCodePageName(encoding)) return DecodeLegacy(bytes);
-    const std::string name = encoding.EqualsNoCase(u"GB2312") ? std::string("GB18030") : encoding.ToUtf8();
+    // The declaration was found by reading single bytes, so a name that does not read ASCII as ASCII
+    // (UTF-16, UTF-32) mislabels the file.
+    const std::string name = XmlDecoderName(encoding.ToUtf8());
+    if (!XmlLabelFitsAsciiBytes(name)) return DecodeLegacy(bytes);
     if (auto text = DecodeCodePage(bytes, name)) return *text;
     return DecodeLegacy(bytes);
 }

@@ -5,6 +5,9 @@
 #include "exchange/text/XmlTokenizer.h"
 #include "support/Format.h"
 
+#include <unordered_map>
+#include <vector>
+
 namespace {
 
 struct OpenElement {
@@ -42,9 +45,19 @@ private:
         return nameAt(m_text, static_cast<size_t>(m_index[record].nStart + 1), endsTagName);
     }
 
+    // The name under which an end tag finds its start tag.
+    std::u16string_view comparedName(int record) const {
+        return nameAt(m_text, static_cast<size_t>(m_index[record].nStart + 1), endsComparedName);
+    }
+    void open(int record);
+    void pop();
+
     std::u16string_view m_text;
     CElementIndex& m_index;
     CNodeStack<OpenElement> m_open;
+    // For each name, the stack depths at which an element of that name is open, innermost last: an end tag
+    // finds its start tag in one look-up, however many elements are open.
+    std::unordered_map<std::u16string_view, std::vector<int>> m_openByName;
     CString m_problem;
 };
 
@@ -98,7 +111,20 @@ void Walk::startTag(const XmlToken& token) {
         element.nFlags |= QX_ELEM_EMPTY;
         return;
     }
+    open(record);
+}
+
+void Walk::open(int record) {
+    m_openByName[comparedName(record)].push_back(m_open.GetCount());
     m_open.Push({record, 0});
+}
+
+// The innermost open element is always the innermost of its name.
+void Walk::pop() {
+    const auto entry = m_openByName.find(comparedName(m_open.Top().record));
+    entry->second.pop_back();
+    if (entry->second.empty()) m_openByName.erase(entry);
+    m_open.Pop();
 }
 
 void Walk::endTag(const XmlToken& token) {
@@ -106,15 +132,12 @@ void Walk::endTag(const XmlToken& token) {
         m_text.substr(static_cast<size_t>(token.nameStart), static_cast<size_t>(token.nameLength));
     const std::u16string_view compared = nameAt(endName, 0, endsComparedName);
 
-    int match = m_open.GetCount() - 1;
-    for (; match >= 1; --match) {
-        const int start = m_index[m_open.At(match).record].nStart + 1;
-        if (nameAt(m_text, static_cast<size_t>(start), endsComparedName) == compared) break;
-    }
-    if (match < 1) {
+    const auto found = m_openByName.find(compared);
+    if (found == m_openByName.end()) {
         report(QxFormat(u"No start tag for end tag '%.50s' at offset %d", CString(endName), token.start));
         return;
     }
+    const int match = found->second.back();
     if (match != m_open.GetCount() - 1) {
         const int innermost = m_open.Top().record;
         report(QxFormat(u"End tag '%.50s' at offset %d does not match start tag '.50%s' at offset %d",
@@ -125,7 +148,7 @@ void Walk::endTag(const XmlToken& token) {
     QxElemPos& element = m_index[m_open.Top().record];
     element.nEndTagLen = token.end - token.start;
     element.nLength = token.end - element.nStart;
-    m_open.Pop();
+    pop();
 }
 
 // The innermost open element ends where `end` says, without an end tag of its own.
@@ -133,7 +156,7 @@ void Walk::closeNotEnded(int end) {
     QxElemPos& element = m_index[m_open.Top().record];
     element.nLength = end - element.nStart;
     element.nFlags |= QX_ELEM_NONENDED;
-    m_open.Pop();
+    pop();
 }
 
 } // namespace

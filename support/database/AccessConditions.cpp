@@ -42,6 +42,19 @@ bool LikeMatches(const CString& text, const CString& pattern) {
     return pi == p.size();
 }
 
+std::optional<CString> QuotedValueText(const CString& value) {
+    const std::u16string& text = value.str();
+    std::u16string out;
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == u'"') {
+            if (i + 1 >= text.size() || text[i + 1] != u'"') return std::nullopt;
+            ++i;
+        }
+        out += text[i];
+    }
+    return CString(std::move(out));
+}
+
 bool SameDbName(const CString& a, const CString& b) { return folded(a) == folded(b); }
 
 bool ValueIsLike(const DbValue& value, const CString& pattern) {

@@ -4,9 +4,15 @@
 
 #include "support/database/DatabaseEngine.h"
 
+#include <optional>
+
 // `%` stands for any run of characters, `_` for exactly one; everything else matches itself ignoring case
 // (letters of the Latin, Greek and Cyrillic alphabets and full-width Latin).
 QX_API bool LikeMatches(const CString& text, const CString& pattern);
+// The text of a value that a statement puts between double quotes, as the provider reads the literal: a
+// doubled quote stands for one. nullopt when a lone quote would end the literal early, which breaks the
+// statement on every engine.
+QX_API std::optional<CString> QuotedValueText(const CString& value);
 // Names of tables and fields are the same ignoring case.
 QX_API bool SameDbName(const CString& a, const CString& b);
 // Whether a value passes `Like "pattern"`; a null never does.

@@ -43,8 +43,9 @@ public:
         std::vector<std::pair<size_t, CString>> conditions;
         for (const DbCondition& condition : query.conditions) {
             const auto c = columnIndex(*table, condition.field);
-            if (!c) return false;
-            conditions.emplace_back(*c, condition.value);
+            const auto pattern = QuotedValueText(condition.value);
+            if (!c || !pattern) return false;
+            conditions.emplace_back(*c, *pattern);
         }
         std::optional<size_t> orderColumn;
         if (!query.orderField.IsEmpty()) {

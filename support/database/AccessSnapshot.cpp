@@ -3,19 +3,19 @@
 
 #include "support/Encoding.h"
 #include "support/database/AccessWire.h"
+#include "support/database/WatchedChild.h"
 
 #include <cerrno>
 #include <clocale>
-#include <csignal>
 #include <fcntl.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
 
 // Processor seconds the child may spend: far more than a sound file of any likely size needs, little
-// enough that a file whose pages loop does not hang the command.
+// enough that a file whose pages loop does not hang the command. The parent also ends it after 10 s of
+// wall-clock time or above 512 MB of resident memory: a damaged file can make libmdb allocate without end.
 constexpr rlim_t kChildCpuSeconds = 10;
 
 bool writeAll(int fd, const std::string& data) {
@@ -29,7 +29,7 @@ bool writeAll(int fd, const std::string& data) {
     return true;
 }
 
-[[noreturn]] void runChild(std::string bytes, int out) {
+bool readInChild(const std::string& bytes, int out) {
     // libmdb reports damaged pages on standard error; the parent's streams are not its to write.
     const int devNull = ::open("/dev/null", O_WRONLY);
     if (devNull >= 0) {
@@ -39,20 +39,9 @@ bool writeAll(int fd, const std::string& data) {
     const rlimit cpu{kChildCpuSeconds, kChildCpuSeconds};
     ::setrlimit(RLIMIT_CPU, &cpu);
     std::setlocale(LC_NUMERIC, "C");
+    std::string own = bytes;  // libmdb reads from a buffer it may write to
     std::string wire;
-    const bool ok = EncodeAccessTables(bytes, wire) && writeAll(out, wire);
-    ::_exit(ok ? 0 : 1);
-}
-
-bool readAll(int fd, std::string& data) {
-    char buffer[65536];
-    for (;;) {
-        const ssize_t n = ::read(fd, buffer, sizeof buffer);
-        if (n < 0 && errno == EINTR) continue;
-        if (n < 0) return false;
-        if (n == 0) return true;
-        data.append(buffer, static_cast<size_t>(n));
-    }
+    return EncodeAccessTables(own, wire) && writeAll(out, wire);
 }
 
 CString utf8(std::string_view s) { return CString(Utf8ToUtf16(s)); }
@@ -110,30 +99,8 @@ bool decodeSnapshot(std::string_view wire, AccessSnapshot& snapshot) {
 
 bool ReadAccessSnapshot(const std::string& bytes, AccessSnapshot& snapshot) {
     snapshot.tables.clear();
-    int fds[2];
-    if (::pipe2(fds, O_CLOEXEC) != 0) return false;
-    const pid_t pid = ::fork();
-    if (pid < 0) {
-        ::close(fds[0]);
-        ::close(fds[1]);
-        return false;
-    }
-    if (pid == 0) {
-        ::close(fds[0]);
-        runChild(bytes, fds[1]);
-    }
-    ::close(fds[1]);
-    std::string wire;
-    const bool received = readAll(fds[0], wire);
-    ::close(fds[0]);
-    int status = 0;
-    pid_t waited;
-    do {
-        waited = ::waitpid(pid, &status, 0);
-    } while (waited < 0 && errno == EINTR);
-    // Where the host reaps children itself the status is lost; the end mark still tells a complete answer.
-    if (waited == pid && !(WIFEXITED(status) && WEXITSTATUS(status) == 0)) return false;
-    if (!received || !decodeSnapshot(wire, snapshot)) {
+    const ChildResult child = RunWatchedChild([&](int out) { return readInChild(bytes, out); });
+    if (child.outcome != ChildOutcome::Finished || !decodeSnapshot(child.output, snapshot)) {
         snapshot.tables.clear();
         return false;
     }

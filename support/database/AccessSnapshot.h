@@ -24,7 +24,7 @@ struct AccessSnapshot {
 };
 
 // Reads the bytes of an Access file. libmdb trusts the file's page links, so a truncated or damaged file
-// can make it crash or loop: the reading runs in a child process with a limit on its processor time, and
-// only a complete answer is taken. Jet 3 text is read in the legacy code page, Jet 4 and later text as the
+// can make it crash, loop or allocate without end: the reading runs in a child process that may spend 10 s
+// of processor or wall-clock time and hold 512 MB of resident memory, and only a complete answer is taken. Jet 3 text is read in the legacy code page, Jet 4 and later text as the
 // Unicode it is stored in. False for a file that libmdb cannot read.
 bool ReadAccessSnapshot(const std::string& bytes, AccessSnapshot& snapshot);

@@ -59,7 +59,7 @@ public:
     virtual bool Execute(const CString& sql) = 0;
 };
 
-// The engine for the file at a logic path, chosen by its first bytes; null for a file that is neither an
+// The engine for the file at a logic path, chosen by its first 4 KB; null for a file that is neither an
 // Access nor a SQLite database, or that cannot be read.
 std::unique_ptr<IDatabaseEngine> OpenDatabaseEngine(const CString& logicPath);
 

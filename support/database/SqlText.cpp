@@ -130,8 +130,93 @@ CString SqlCopyTable(const CString& table, const CString& newName) {
 
 CString SqlDropQuotedTable(const CString& table) { return u"DROP TABLE \"[" + table + u"]\""; }
 
-CString HostSqlToSqlite(const CString& sql) {
-    const std::u16string& in = sql.str();
+namespace {
+
+bool isSqlSpace(char16_t ch) { return ch == u' ' || ch == u'\t' || ch == u'\r' || ch == u'\n'; }
+
+char16_t foldAscii(char16_t ch) { return ch >= u'a' && ch <= u'z' ? static_cast<char16_t>(ch - u'a' + u'A') : ch; }
+
+// Whether `word` stands at `at`, ASCII letters compared ignoring case.
+bool wordAt(const std::u16string& text, size_t at, std::u16string_view word) {
+    if (at + word.size() > text.size()) return false;
+    for (size_t k = 0; k < word.size(); ++k)
+        if (foldAscii(text[at + k]) != foldAscii(word[k])) return false;
+    return true;
+}
+
+// Whether the keyword `word` stands at `at` on its own, not as part of a longer name.
+bool keywordAt(const std::u16string& text, size_t at, std::u16string_view word) {
+    if (!wordAt(text, at, word)) return false;
+    const size_t end = at + word.size();
+    return (at == 0 || isSqlSpace(text[at - 1]) || text[at - 1] == u')') && (end == text.size() || isSqlSpace(text[end]));
+}
+
+size_t skipSpace(const std::u16string& text, size_t at) {
+    while (at < text.size() && isSqlSpace(text[at])) ++at;
+    return at;
+}
+
+// Behind a literal '...' (with '' inside), a name [...] or a stray "... starting at `at`.
+size_t skipQuoted(const std::u16string& text, size_t at) {
+    const char16_t open = text[at];
+    const char16_t close = open == u'[' ? u']' : open;
+    size_t end = at + 1;
+    for (;;) {
+        end = text.find(close, end);
+        if (end == std::u16string::npos) return text.size();
+        if (open == u'\'' && end + 1 < text.size() && text[end + 1] == u'\'') {
+            end += 2;
+            continue;
+        }
+        return end + 1;
+    }
+}
+
+// SQLite takes no table name before a column that Set assigns: in "Update T Set T.F=..., T.G=... WHERE
+// ..." each "T." at the head of an assignment goes; everything else stays as written.
+std::u16string unqualifyUpdateTargets(const std::u16string& sql) {
+    size_t at = skipSpace(sql, 0);
+    if (!keywordAt(sql, at, u"UPDATE")) return sql;
+    at = skipSpace(sql, at + 6);
+    const size_t tableStart = at;
+    while (at < sql.size() && !isSqlSpace(sql[at])) ++at;
+    const std::u16string qualifier = sql.substr(tableStart, at - tableStart) + u".";
+    at = skipSpace(sql, at);
+    if (!keywordAt(sql, at, u"SET")) return sql;
+    at += 3;
+
+    std::u16string out = sql.substr(0, at);
+    int depth = 0;
+    bool itemStart = true;
+    while (at < sql.size()) {
+        if (itemStart) {
+            const size_t target = skipSpace(sql, at);
+            out.append(sql, at, target - at);
+            at = target;
+            if (wordAt(sql, at, qualifier)) at += qualifier.size();
+            itemStart = false;
+            continue;
+        }
+        const char16_t ch = sql[at];
+        if (ch == u'\'' || ch == u'[' || ch == u'"') {
+            const size_t end = skipQuoted(sql, at);
+            out.append(sql, at, end - at);
+            at = end;
+            continue;
+        }
+        if (depth == 0 && keywordAt(sql, at, u"WHERE")) break;
+        if (ch == u'(') ++depth;
+        if (ch == u')' && depth > 0) --depth;
+        if (ch == u',' && depth == 0) itemStart = true;
+        out += ch;
+        ++at;
+    }
+    out.append(sql, at, std::u16string::npos);
+    return out;
+}
+
+// The host's "..." literals as SQLite's '...'.
+std::u16string sqliteLiterals(const std::u16string& in) {
     std::u16string out;
     size_t i = 0;
     while (i < in.size()) {
@@ -172,5 +257,11 @@ CString HostSqlToSqlite(const CString& sql) {
         out += u'\'' + literal + u'\'';
         i = j + 1;
     }
-    return CString(out);
+    return out;
+}
+
+} // namespace
+
+CString HostSqlToSqlite(const CString& sql) {
+    return CString(unqualifyUpdateTargets(sqliteLiterals(sql.str())));
 }

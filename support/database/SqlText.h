@@ -66,5 +66,6 @@ QX_API CString SqlDropQuotedTable(const CString& table);
 
 // The statements above are in the host's dialect, where "..." is a text literal. SQLite reads "..." as a
 // name first, so a value equal to a column's name would compare the column with itself: each "..." becomes
-// '...' (a doubled "" inside stands for one "). An unclosed " is left as it is, for SQLite to refuse.
+// '...' (a doubled "" inside stands for one "). An unclosed " is left as it is, for SQLite to refuse. SQLite
+// also takes no table name before an assigned column: "Update T Set T.F=..." becomes "Update T Set F=...".
 QX_API CString HostSqlToSqlite(const CString& sql);

@@ -59,12 +59,30 @@ DbValue columnValue(sqlite3_stmt* statement, int c) {
     }
 }
 
+// Whether the text behind a statement holds nothing SQLite would run: white space, comments, semicolons.
+bool holdsNoStatement(sqlite3* db, const char* tail) {
+    while (*tail) {
+        sqlite3_stmt* next = nullptr;
+        const char* rest = nullptr;
+        const int rc = sqlite3_prepare_v2(db, tail, -1, &next, &rest);
+        const bool empty = rc == SQLITE_OK && next == nullptr;
+        sqlite3_finalize(next);
+        if (!empty || rest == tail) return empty;
+        tail = rest;
+    }
+    return true;
+}
+
+// Exactly one statement: text that holds a second one behind the first is refused whole, so that a value
+// cut short by a quote can never run a statement of its own.
 class Statement {
 public:
     Statement(sqlite3* db, const CString& sql) {
         const std::string text = sql.ToUtf8();
         const char* tail = nullptr;
-        if (sqlite3_prepare_v2(db, text.c_str(), static_cast<int>(text.size()), &m_statement, &tail) != SQLITE_OK) {
+        const bool prepared =
+            sqlite3_prepare_v2(db, text.c_str(), static_cast<int>(text.size()), &m_statement, &tail) == SQLITE_OK;
+        if (!prepared || !m_statement || !holdsNoStatement(db, tail)) {
             sqlite3_finalize(m_statement);
             m_statement = nullptr;
         }
@@ -130,8 +148,12 @@ public:
     }
 
     bool Execute(const CString& sql) override {
-        const std::string text = HostSqlToSqlite(sql).ToUtf8();
-        return sqlite3_exec(m_db, text.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
+        Statement statement(m_db, HostSqlToSqlite(sql));
+        if (!statement.get()) return false;
+        int rc;
+        while ((rc = sqlite3_step(statement.get())) == SQLITE_ROW) {
+        }
+        return rc == SQLITE_DONE;
     }
 
 private:

@@ -276,3 +276,25 @@ TEST(HexmoorReader, LargeAndDeepDocumentsReadWhole) {
     ASSERT_EQ(read.m_arrPrimaryBom.GetSize(), 1);
     EXPECT_EQ(read.m_arrPrimaryBom[0].m_strRowName, CString(u"deep"));
 }
+
+TEST(HexmoorReader, Gb2312LabelsAreReadAsWindowsReadsThem) {
+    // 堃 and 喆 are GBK characters outside GB2312: files labelled GB2312 carry them all the same.
+    auto device = makeNode(u"堃喆进线柜", u"D", u"0");
+    setCabinet(*device, u"1", u"名", u"型", u"尺");
+    device->m_strDataSchema = u"<NewDataSet/>";
+    CString declared = writtenText(*device);
+    declared.Replace(u"version='1.0'", u"version='1.0' encoding='gb2312'");
+    const std::string bytes = *EncodeCodePage(declared.view(), "GBK");
+    TempFolder folder;
+    HMProjectTree_INFO read;
+    CapturedOutput output;
+    readBytes(folder, bytes, read);
+    EXPECT_EQ(read.m_strName, CString(u"堃喆进线柜"));
+
+    // A declaration in single bytes cannot truly say UTF-32: the bytes are read for what they are.
+    declared.Replace(u"encoding='gb2312'", u"encoding='UTF-32'");
+    HMProjectTree_INFO fromUtf32;
+    readBytes(folder, declared.ToUtf8(), fromUtf32);
+    EXPECT_EQ(fromUtf32.m_strName, CString(u"堃喆进线柜"));
+    EXPECT_TRUE(output.boxes.empty());
+}

@@ -100,3 +100,54 @@ TEST(HexmoorWriter, SaveWritesUtf8WithoutByteOrderMarkThroughAnAtomicRewrite) {
     EXPECT_FALSE(SaveHexmoorXml(folder.logic(), u"x"));
     EXPECT_FALSE(folder.exists("missing"));
 }
+
+namespace {
+
+// Python's expat, a strict XML 1.0 reader, parses the file and prints the Node's attributes and the names
+// of the cabinet's products, each as Python's repr; an empty output means it refused the file.
+std::string strictRead(const TempFolder& folder) {
+    const std::string script = folder.native() + "/read.py";
+    folder.writeFile("read.py",
+                     "import sys, xml.etree.ElementTree as ET\n"
+                     "root = ET.parse(sys.argv[1]).getroot()\n"
+                     "node = root.find('Node')\n"
+                     "print(repr(node.get('Name')), repr(node.get('CirName')), repr(node.get('CirSize')))\n"
+                     "print([p.get('F_Name') for p in root.iter('product')])\n"
+                     "print(repr(root.find('Node/DataSchema/NewDataSet').text))\n");
+    const std::string command = "/usr/bin/python3 " + script + " " + folder.native() + "/Hexmoor.xml 2>/dev/null";
+    std::string out;
+    if (FILE* pipe = ::popen(command.c_str(), "r")) {
+        char buffer[4096];
+        size_t n;
+        while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) out.append(buffer, n);
+        ::pclose(pipe);
+    }
+    return out;
+}
+
+} // namespace
+
+TEST(HexmoorWriter, ControlCharactersAreDroppedSoThatAStrictReaderTakesTheFile) {
+    auto device = makeNode(u"K\x01\x07" u"01", u"D", u"0");
+    setCabinet(*device, u"1", u"进线\x1B柜\x7F", u"KYN", u"800\t*\r\n1500\x0B\x0C\uFFFE");
+    // Blocks from the cloud hold them too, raw or as references that the XML library lets through.
+    device->m_strBoms = u"<cabinet><product F_Name=\"a&#7;b\x08\"/><product F_Name=\"c&#x1F;\"/></cabinet>";
+    device->m_strDataSchema = u"<NewDataSet>x&#1;y\x02z</NewDataSet>";
+
+    TempFolder folder;
+    const CString text = writtenText(*device);
+    for (int code = 0; code < 0x20; ++code) {
+        if (code == '\t' || code == '\n' || code == '\r') continue;
+        EXPECT_FALSE(text.Contains(QxFormat(u"&#%02d;", code))) << code;
+    }
+    ASSERT_TRUE(SaveHexmoorXml(folder.logic() + u"Hexmoor.xml", text));
+    // Tab, line feed and carriage return stay (as references inside attribute values); DEL is no C0 control.
+    EXPECT_EQ(strictRead(folder), "'K01' '进线柜\\x7f' '800\\t*\\r\\n1500'\n['ab', 'c']\n'xyz'\n");
+
+    HMProjectTree_INFO read;
+    saveAndRead(folder, text, read);
+    EXPECT_EQ(read.m_strName, CString(u"K01"));
+    EXPECT_EQ(read.m_strCirSize, CString(u"800\t*\r\n1500"));
+    ASSERT_EQ(read.m_arrPrimaryBom.GetSize(), 2);
+    EXPECT_EQ(read.m_arrPrimaryBom[0].m_strRowName, CString(u"ab"));
+}

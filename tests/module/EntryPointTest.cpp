@@ -4,6 +4,7 @@
 #include "platform/host/CommandStack.h"
 
 #include <dlfcn.h>
+#include <stdexcept>
 
 extern "C" AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packet);
 
@@ -57,6 +58,57 @@ TEST(BuiltModule, ExportsItsEntryPointsUnderPlainNames) {
     EXPECT_TRUE(acedRegCmds()->lookup(u"_HMUpdate").has_value());
     entry(AcRx::kUnloadAppMsg, nullptr);
     EXPECT_FALSE(acedRegCmds()->lookup(u"HMUpdate").has_value());
+    SetCorvaneInstallDirOverride(CString());
+    ::dlclose(handle);
+}
+
+namespace {
+
+// The cloud library fails as the module loads: the client cannot be made.
+void failingCloudAtLoad() {
+    SetHexmoorBackendFactory([]() -> std::unique_ptr<IHexmoorBackend> { throw std::runtime_error("no cloud library"); });
+}
+
+} // namespace
+
+TEST_F(EntryPoint, AFailedLoadLeavesNoCommandAndNoClientBehind) {
+    failingCloudAtLoad();
+    EXPECT_EQ(acrxEntryPoint(AcRx::kInitAppMsg, nullptr), AcRx::kRetError);
+    EXPECT_TRUE(output.printed.Contains(u"no cloud library"));
+    EXPECT_TRUE(acedRegCmds()->commandsOfGroup(kCommandGroup).empty());
+    EXPECT_EQ(g_pHexmoorClient, nullptr);
+}
+
+TEST_F(EntryPoint, CommandsWithoutASessionSaySoAndDoNothing) {
+    RegisterModuleCommands();
+    for (const auto& command : acedRegCmds()->commandsOfGroup(kCommandGroup)) command.handler();
+    UnregisterModuleCommands();
+    EXPECT_EQ(cloud().loginCalls + cloud().autoLoginCalls + cloud().oneCabCalls, 0);
+    EXPECT_TRUE(output.printed.Contains(u"HMLogin: the module's session is not running."));
+    EXPECT_TRUE(output.printed.Contains(u"HMUpdate: the module's session is not running."));
+    EXPECT_FALSE(g_bForceLogin);
+}
+
+// As the host does it: the built library opened with dlopen, refused at load, then closed. Commands left in
+// the host's table would run code of a closed library, and the host would crash on its next command or at
+// its exit.
+TEST(BuiltModule, AFailedLoadLeavesNothingInTheHostsCommandTable) {
+    const std::string path = std::string(QX_BINARY_DIR) + "/lib/libQxHMInterFace.so";
+    void* handle = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(handle, nullptr) << ::dlerror();
+    auto entry = reinterpret_cast<AcRxEntryPointFn>(::dlsym(handle, "acrxEntryPoint"));
+    ASSERT_NE(entry, nullptr);
+    TempFolder install;
+    SetCorvaneInstallDirOverride(install.logic());
+    CapturedOutput output;
+    failingCloudAtLoad();
+    const size_t hostCommands = acedRegCmds()->commands().size();
+
+    EXPECT_EQ(entry(AcRx::kInitAppMsg, nullptr), AcRx::kRetError);
+    EXPECT_TRUE(output.printed.Contains(u"acrxEntryPoint stopped on an unexpected error: no cloud library"));
+    EXPECT_EQ(acedRegCmds()->commands().size(), hostCommands);
+    EXPECT_FALSE(acedRegCmds()->lookup(u"HMLogin").has_value());
+    SetHexmoorBackendFactory({});
     SetCorvaneInstallDirOverride(CString());
     ::dlclose(handle);
 }

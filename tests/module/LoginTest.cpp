@@ -1,8 +1,13 @@
 #include "ModuleFixture.h"
+#include "module/CommandTable.h"
 #include "module/Login.h"
 #include "module/UsageFiles.h"
 #include "module/commands/Commands.h"
+#include "platform/host/Prompts.h"
 #include "platform/params/ParameterLibrary.h"
+
+#include <filesystem>
+#include <stdexcept>
 
 namespace {
 
@@ -119,4 +124,62 @@ TEST_F(Login, UsageFileIsReadInTheEncodingItsDeclarationNamesAndSentEvenWhenMalf
     EXPECT_TRUE(cloud().collected[0].text.EndsWith(u"<a>项目</a>"));
     EXPECT_EQ(cloud().collected[1].text, CString(u"<a><b></a>"));
     EXPECT_FALSE(install.exists(folder + "QxCollect_open.xml"));
+}
+
+TEST_F(Login, UsageFilesWhoseBytesCannotBeReadAreNeitherSentNorDeleted) {
+    // Root reads any mode, so the reads that fail here are links that lead nowhere or to themselves.
+    const std::string folder = install.native() + "/Part2lib/StructuralDrawing/";
+    install.writeFile("Part2lib/StructuralDrawing/QxCollect_ok.xml", "<ok/>");
+    std::filesystem::create_symlink(folder + "no-such-file.xml", folder + "QxCollect_gone.xml");
+    std::filesystem::create_symlink(folder + "QxCollect_loop.xml", folder + "QxCollect_loop.xml");
+    HMLogin();
+
+    ASSERT_EQ(cloud().collected.size(), 1u);
+    EXPECT_EQ(cloud().collected[0].key, CString(u"ok"));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder + "QxCollect_gone.xml"));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder + "QxCollect_loop.xml"));
+    EXPECT_FALSE(install.exists("Part2lib/StructuralDrawing/QxCollect_ok.xml"));
+}
+
+namespace {
+
+// A host whose questions end in an exception, as a terminal that goes away would.
+class FailingPrompts final : public IPromptService {
+public:
+    FailingPrompts() { SetHostPrompts(this); }
+    ~FailingPrompts() override { SetHostPrompts(nullptr); }
+    FailingPrompts(const FailingPrompts&) = delete;
+    FailingPrompts& operator=(const FailingPrompts&) = delete;
+
+    std::optional<CString> AskText(const CString&) override { return fail(); }
+    std::optional<CString> AskSecret(const CString&) override { return fail(); }
+    std::optional<bool> AskYesNo(const CString&) override { fail(); }
+    std::optional<int> AskChoice(const CString&, const CStringArray&) override { fail(); }
+
+    int asked = 0;
+
+private:
+    [[noreturn]] std::optional<CString> fail() {
+        ++asked;
+        throw std::runtime_error("the terminal is gone");
+    }
+};
+
+} // namespace
+
+using LoginFailure = ModuleFixture;
+
+TEST_F(LoginFailure, AnExceptionInTheInteractiveLoginLowersTheForcedLogin) {
+    SetHexmoorBackendFactory({});  // the embedded BOM centre, which asks through the host
+    HMStartSession();
+    QxLSetLoginInfo_Varnholt_CV201301(u"ent", u"ann", u"pw", u"stored:8585");
+    FailingPrompts prompts;
+    RunModuleCommand(u"HMLogin", HMLogin);
+    EXPECT_EQ(prompts.asked, 1);
+    EXPECT_TRUE(output.printed.Contains(u"HMLogin stopped on an unexpected error: the terminal is gone"));
+    EXPECT_FALSE(g_bForceLogin);
+
+    // The next cloud entry goes the silent way with the stored login: nobody is asked again.
+    EXPECT_TRUE(EnsureHMLogin());
+    EXPECT_EQ(prompts.asked, 1);
 }

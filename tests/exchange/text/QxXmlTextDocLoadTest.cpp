@@ -85,10 +85,12 @@ TEST(QxXmlTextDocLoad, EmptyMissingAndMalformedFiles) {
     EXPECT_FALSE(doc.Load(dir.logic() + u"open.xml"));
     EXPECT_EQ(doc.m_strDoc, CString(u"<a><b>项目</b>"));
     EXPECT_EQ(doc.m_strError, CString(u"16 bytes to 12 wide chars, Element 'a' at offset 0 not ended"));
+    EXPECT_TRUE(doc.FileWasRead());  // read, though not well formed
 
     // A file that cannot be opened leaves the document as it was.
     EXPECT_FALSE(doc.Load(dir.logic() + u"missing.xml"));
     EXPECT_EQ(doc.m_strError, CString(u"No such file or directory"));
+    EXPECT_FALSE(doc.FileWasRead());
     EXPECT_EQ(doc.m_strDoc, CString(u"<a><b>项目</b>"));
     EXPECT_FALSE(doc.Load(dir.logic() + u"folder.xml"));
     EXPECT_EQ(doc.m_strError, CString(u"Is a directory"));
@@ -115,4 +117,22 @@ TEST(QxXmlTextDocLoad, AFileOfTensOfMegabytesLoads) {
     EXPECT_EQ(doc.GetElementCount(), rows + 1);
     EXPECT_TRUE(doc.m_strDoc.EndsWith(u"成套\"/>\r\n</QxCollect>"));
     EXPECT_EQ(doc.m_strError, statusLine(bytes.size(), doc.m_strDoc.GetLength()));
+}
+
+TEST(QxXmlTextDocLoad, WideEncodingNamesInASingleByteDeclarationAreWrong) {
+    // The declaration was found as single bytes, so the file is no UTF-16 or UTF-32: the legacy code page
+    // reads it, as it reads every name that cannot be right.
+    TempFolder dir;
+    for (const char* name : {"UTF-16", "utf-16le", "UTF-32", "UCS-2", "UCS-4"}) {
+        SCOPED_TRACE(name);
+        dir.writeFile("wide.xml", std::string("<?xml version=\"1.0\" encoding=\"") + name + "\"?>" + EncodeLegacy(u"<a>张三</a>"));
+        CQxXmlTextDoc doc;
+        EXPECT_TRUE(doc.Load(dir.logic() + u"wide.xml"));
+        EXPECT_TRUE(doc.m_strDoc.EndsWith(u"<a>张三</a>")) << doc.m_strDoc;
+    }
+    // GBK characters under a GB2312 label are read as Windows reads them.
+    dir.writeFile("gb.xml", "<?xml version=\"1.0\" encoding=\"GB2312\"?>" + EncodeLegacy(u"<a>堃喆</a>"));
+    CQxXmlTextDoc doc;
+    EXPECT_TRUE(doc.Load(dir.logic() + u"gb.xml"));
+    EXPECT_TRUE(doc.m_strDoc.EndsWith(u"<a>堃喆</a>"));
 }

@@ -58,6 +58,21 @@ TEST(QxXmlTextDocParse, APassedStartTagIsClosedAndTheWalkGoesOn) {
     EXPECT_EQ(doc.GetElementCount(), 4);  // d follows the closed a at the top level: one message only
 }
 
+TEST(QxXmlTextDocParse, AnEndTagTakesTheInnermostOpenElementOfItsName) {
+    CQxXmlTextDoc doc;
+    EXPECT_FALSE(doc.SetDoc(u"<a><b><a><c></a></b></a>"));
+    EXPECT_EQ(doc.m_strError, CString(u"End tag 'a' at offset 12 does not match start tag '.50c' at offset 9"));
+    EXPECT_EQ(doc.GetElementCount(), 4);
+    // Each end tag closes one element of its name; one more finds none open.
+    EXPECT_EQ(parseMessage(u"<a><a></a></a></a>"), CString(u"No start tag for end tag 'a' at offset 14"));
+    // A closed element is no longer open to later end tags, whether its own end tag or an outer one closed it.
+    EXPECT_EQ(parseMessage(u"<r><b><c></b></c></r>"), CString(u"End tag 'b' at offset 9 does not match start tag '.50c' at offset 6"));
+    EXPECT_EQ(parseMessage(u"<r><c></c></c></r>"), CString(u"No start tag for end tag 'c' at offset 10"));
+    CQxXmlTextDoc closed;
+    closed.SetDoc(u"<r><b><c></b></c></r>");
+    EXPECT_EQ(closed.GetElementCount(), 3);
+}
+
 TEST(QxXmlTextDocParse, BadAndUnterminatedMarkup) {
     const std::vector<std::pair<const char16_t*, const char16_t*>> cases = {
         {u"<a>< b/></a>", u"Incorrect tag name character at offset 4"},

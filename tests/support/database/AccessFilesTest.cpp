@@ -185,3 +185,21 @@ TEST_F(AccessFiles, CutOrDamagedFilesGiveNothingAndDoNotCrash) {
     EXPECT_FALSE(COperateMdb(folder.logic() + u"bad.mdb").IsOpen());
     EXPECT_EQ(output.printed, CString());
 }
+
+TEST_F(AccessFiles, AConditionValueWithALoneQuoteFailsAsTheFormedStatementDoes) {
+    COperateMdb db(path("testUnicodeCompV2003.mdb"));
+    ASSERT_TRUE(db.IsOpen());
+    CStringArray found;
+    CArray<CStringArray> rows;
+    for (const char16_t* value : {u"only ascii chars\"", u"\"", u"x\" OR \"1\"=\"1"}) {
+        SCOPED_TRACE(CString(value));
+        EXPECT_FALSE(db.GetFieldValuesWhere(u"Table", u"ID", CStringArray({u"Unicode"}), CStringArray({value}), found, QX_KIND_INTEGER, false));
+        EXPECT_FALSE(db.SelectRows(u"Table", CStringArray({u"Unicode"}), CStringArray({value}), rows));
+        EXPECT_TRUE(rows.IsEmpty());
+    }
+    // A doubled quote is one quote inside the literal: the statement stands, and no row holds a quote.
+    EXPECT_TRUE(db.GetFieldValuesWhere(u"Table", u"ID", CStringArray({u"Unicode"}), CStringArray({u"only \"\"ascii%"}), found, QX_KIND_INTEGER, false));
+    EXPECT_TRUE(found.IsEmpty());
+    EXPECT_TRUE(db.GetFieldValuesWhere(u"Table", u"ID", CStringArray({u"Unicode"}), CStringArray({u"only ascii%"}), found, QX_KIND_INTEGER, false));
+    EXPECT_EQ(asVector(found), (std::vector<CString>{u"1"}));
+}

@@ -63,3 +63,16 @@ TEST(SqlText, DoubleQuotedTextBecomesSqliteTextLiterals) {
     EXPECT_EQ(HostSqlToSqlite(u"Values (\"say \"hi\"\")"), CString(u"Values ('say 'hi'')"));
     EXPECT_EQ(HostSqlToSqlite(u"Values (\"a\"b\")"), CString(u"Values ('a'b\")"));
 }
+
+TEST(SqlText, SqliteTakesUpdatesWithoutTheTableBeforeAssignedColumns) {
+    EXPECT_EQ(HostSqlToSqlite(u"Update T Set T.F=\"V\", T.G=W WHERE T.F Like \"V\" AND T.G Like W"),
+              CString(u"Update T Set F='V', G=W WHERE T.F Like 'V' AND T.G Like W"));
+    // Only the heads of assignments lose the table: names inside literals and values stay as written.
+    EXPECT_EQ(HostSqlToSqlite(u"update 项目 set 项目.A=\"项目.B, 项目.C=1 where\",  项目.D=(1,项目.E) WHERE 项目.A Like \"x\""),
+              CString(u"update 项目 set A='项目.B, 项目.C=1 where',  D=(1,项目.E) WHERE 项目.A Like 'x'"));
+    EXPECT_EQ(HostSqlToSqlite(u"Update T Set t.F=1"), CString(u"Update T Set F=1"));
+    // Other statements, and other tables' names, are left alone.
+    EXPECT_EQ(HostSqlToSqlite(u"Update T Set U.F=1"), CString(u"Update T Set U.F=1"));
+    EXPECT_EQ(HostSqlToSqlite(u"SELECT T.F FROM T"), CString(u"SELECT T.F FROM T"));
+    EXPECT_EQ(HostSqlToSqlite(u"Updated T Set T.F=1"), CString(u"Updated T Set T.F=1"));
+}

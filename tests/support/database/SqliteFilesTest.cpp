@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <vector>
 
 namespace {
@@ -103,9 +104,12 @@ TEST_F(SqliteFiles, StatementsChangeTheFileWhereSqliteTakesTheirForm) {
     EXPECT_FALSE(db.InsertRecord(table, CStringArray({u"WORD"}), CStringArray({u"12\" panel"}), CKindArray({129})));
     EXPECT_FALSE(db.InsertRecord(table, CStringArray({u"WORD"}), CStringArray({u"x"}), CKindArray({129, 3})));
     EXPECT_EQ(db.GetRecordCount(table), 7);
-    // SQLite takes no qualified name after Set.
-    EXPECT_FALSE(db.UpdateRecords(table, CStringArray({u"N"}), CStringArray({u"9"}), CKindArray({3}), CStringArray({u"WORD"}),
-                                  CStringArray({u"abc"}), CKindArray({129})));
+    // Update does what it says: Like ignores case, so both spellings of abc change.
+    ASSERT_TRUE(db.UpdateRecords(table, CStringArray({u"N", u"WORD"}), CStringArray({u"9", u"a, b"}), CKindArray({3, 129}),
+                                 CStringArray({u"WORD"}), CStringArray({u"abc"}), CKindArray({129})));
+    CStringArray changed;
+    ASSERT_TRUE(db.GetFieldValuesWhere(table, u"N", CStringArray({u"WORD"}), CStringArray({u"a, b"}), changed, QX_KIND_INTEGER, false));
+    EXPECT_EQ(asVector(changed), (std::vector<CString>{u"9", u"9"}));
     ASSERT_TRUE(db.DeleteRecords(table, CStringArray({u"WORD", u"N"}), CStringArray({u"制造厂家", u"7"}), CKindArray({129, 3})));
     EXPECT_EQ(db.GetRecordCount(table), 6);
 
@@ -143,6 +147,40 @@ TEST_F(SqliteFiles, StatementsChangeTheFileWhereSqliteTakesTheirForm) {
     EXPECT_FALSE(db.IsOpen());
     EXPECT_EQ(db.GetRecordCount(u"QxTableName"), -1);
     EXPECT_EQ(COperateMdb(path).GetRecordCount(u"QxTableName"), 2);
+}
+
+TEST_F(SqliteFiles, OneCallRunsOneStatementWhateverTheValuesHold) {
+    COperateMdb db(path);
+    const int words = db.GetRecordCount(table);
+    // A value that closes its literal and goes on with a statement of its own.
+    EXPECT_FALSE(db.InsertRecord(table, CStringArray({u"WORD"}), CStringArray({u"x\"); DROP TABLE QxTableName; --"}), CKindArray({129})));
+    EXPECT_FALSE(db.DeleteRecords(table, CStringArray({u"WORD"}), CStringArray({u"x\"; DROP TABLE QxTableName; --"}), CKindArray({129})));
+    EXPECT_FALSE(db.UpdateRecords(table, CStringArray({u"N"}), CStringArray({u"1; DELETE FROM QxTableName"}), CKindArray({3}),
+                                  CStringArray({u"WORD"}), CStringArray({u"%"}), CKindArray({129})));
+    CStringArray values;
+    EXPECT_FALSE(db.GetFieldValuesWhere(table, u"N", CStringArray({u"WORD"}), CStringArray({u"x\"; DELETE FROM QxTableName; --"}),
+                                        values, QX_KIND_INTEGER, false));
+    EXPECT_FALSE(db.ExecuteSql(u"DELETE FROM QxTableName; DROP TABLE QxTableName"));
+    EXPECT_TRUE(db.TableExists(u"QxTableName"));
+    EXPECT_EQ(db.GetRecordCount(u"QxTableName"), 3);
+    EXPECT_EQ(db.GetRecordCount(table), words);
+    // A lone quote in a condition breaks the statement; a doubled one stands for one quote.
+    EXPECT_FALSE(db.GetFieldValuesWhere(table, u"N", CStringArray({u"WORD"}), CStringArray({u"only\""}), values, QX_KIND_INTEGER, false));
+    ASSERT_TRUE(db.InsertRecord(table, CStringArray({u"WORD", u"N"}), CStringArray({u"12\"\" panel", u"8"}), CKindArray({129, 3})));
+    ASSERT_TRUE(db.GetFieldValuesWhere(table, u"N", CStringArray({u"WORD"}), CStringArray({u"12\"\"%"}), values, QX_KIND_INTEGER, false));
+    EXPECT_EQ(asVector(values), (std::vector<CString>{u"8"}));
+    ASSERT_TRUE(db.DeleteRecords(table, CStringArray({u"N"}), CStringArray({u"8"}), CKindArray({3})));
+    // White space, comments and a closing semicolon are no second statement.
+    EXPECT_TRUE(db.ExecuteSql(u"DELETE FROM QxTableName WHERE Pos = 3; -- the last one\n  ;"));
+    EXPECT_EQ(db.GetRecordCount(u"QxTableName"), 2);
+}
+
+TEST_F(SqliteFiles, TheEngineIsChosenFromTheFirstBytesAlone) {
+    // A terabyte, nearly all of it a hole: reading it whole to look at its first bytes would never end well.
+    std::filesystem::resize_file(folder.native() + "/words.db", 1ULL << 40);
+    COperateMdb db(path);
+    ASSERT_TRUE(db.IsOpen());
+    EXPECT_EQ(db.GetRecordCount(u"QxTableName"), 3);
 }
 
 TEST(DatabaseFiles, MissingFileIsToldOnceAndOtherFilesStayClosedQuietly) {
