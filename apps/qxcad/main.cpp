@@ -4,6 +4,7 @@
 #include "ModuleLoader.h"
 #include "platform/InstallPath.h"
 #include "platform/host/Prompts.h"
+#include "project/folders/TemplateDrawing.h"
 #include "support/FileSystem.h"
 
 #include <CLI/CLI.hpp>
@@ -21,6 +22,7 @@ void prepareInstallFolder() {
     const bool existed = QxFs::IsFolder(install);
     for (const char16_t* sub : {u"", u"Data", u"Temp", u"LocalData", u"Support\\TEMPLATE", u"Part2lib", u"My Projects"})
         QxFs::MakeFolders(install + sub);
+    LayOutTemplateDrawing(install);
     if (!QxFs::IsFolder(install)) std::cerr << "qxcad: the install folder " << install << " cannot be made\n";
     else if (!existed) std::cerr << "qxcad: made the install folder " << install << '\n';
 }

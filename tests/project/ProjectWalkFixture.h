@@ -1,0 +1,112 @@
+// A temporary install folder (with the demo's word list and the template drawing), a projects folder, a
+// cloud client whose saveXml writes real files, and the printed output, for the walks between trees and
+// folders.
+#pragma once
+
+#include "common/CapturedOutput.h"
+#include "common/ScriptedBackend.h"
+#include "common/TempFolder.h"
+#include "exchange/HexmoorReader.h"
+#include "exchange/HexmoorWriter.h"
+#include "platform/InstallPath.h"
+#include "project/folders/TemplateDrawing.h"
+#include "support/FileSystem.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <set>
+#include <string>
+
+class ProjectWalkTest : public testing::Test {
+protected:
+    // The cloud gives every node a schema block; a document without one does not read back.
+    static constexpr const char16_t* kDataSchema = u"<NewDataSet><Table F_Name=\"x\"/></NewDataSet>";
+
+    void SetUp() override {
+        ::unsetenv("CORVANE_COMMON_HOME");
+        SetCorvaneInstallDirOverride(install.logic());
+        install.makeFolder("Data");
+        const std::string command = std::string(QX_SOURCE_DIR) + "/scripts/make-word-db '" + install.native() + "/Data'";
+        ASSERT_EQ(std::system(command.c_str()), 0);
+        ASSERT_TRUE(LayOutTemplateDrawing(install.logic()));
+    }
+    void TearDown() override { SetCorvaneInstallDirOverride(CString()); }
+
+    static HMProjectTree_INFO* addChild(HMProjectTree_INFO& parent, const CString& name, const CString& type,
+                                        const CString& id = u"") {
+        auto* child = new HMProjectTree_INFO;
+        child->m_strName = name;
+        child->m_strType = type;
+        child->m_strID = id.IsEmpty() ? u"id-" + name : id;
+        child->m_strDataSchema = kDataSchema;
+        child->m_pParent = &parent;
+        child->m_pRoot = parent.m_pRoot ? parent.m_pRoot : &parent;
+        parent.m_arrChildren.Add(child);
+        return child;
+    }
+    static HMProjectTree_INFO* addDevice(HMProjectTree_INFO& parent, const CString& name, const CString& cirNo) {
+        HMProjectTree_INFO* device = addChild(parent, name, u"0");
+        device->m_strCirNo = cirNo;
+        device->m_strCirName = u"进线柜";
+        device->m_strCirType = u"KYN28";
+        device->m_strCirSize = u"800*1500*2300";
+        return device;
+    }
+
+    // Every name below a folder, as relative paths with '/', folders with a trailing '/'.
+    static std::set<std::string> contents(const std::string& native) {
+        std::set<std::string> names;
+        const std::string command = "cd '" + native + "' && find . -mindepth 1 -printf '%P%y\\n'";
+        FILE* pipe = ::popen(command.c_str(), "r");
+        if (!pipe) return names;
+        char line[4096];
+        while (std::fgets(line, sizeof line, pipe)) {
+            std::string entry(line);
+            if (!entry.empty() && entry.back() == '\n') entry.pop_back();
+            const char kind = entry.back();
+            entry.pop_back();
+            names.insert(kind == 'd' ? entry + "/" : entry);
+        }
+        ::pclose(pipe);
+        return names;
+    }
+
+    // Python's strict parser as the oracle: each file must be one well-formed document; gives for each the
+    // Node's Name, ID and Type as "Name|ID|Type;", or "" when a file does not parse.
+    static std::string strictlyParsedNodes(const std::vector<std::string>& files) {
+        std::string command =
+            "/usr/bin/python3 -c 'import sys, xml.etree.ElementTree as ET\n"
+            "for p in sys.argv[1:]:\n"
+            "    n = ET.parse(p).getroot().find(\"Node\")\n"
+            "    sys.stdout.write(\"%s|%s|%s;\" % (n.get(\"Name\"), n.get(\"ID\"), n.get(\"Type\")))'";
+        for (const std::string& file : files) command += " '" + file + "'";
+        FILE* pipe = ::popen(command.c_str(), "r");
+        if (!pipe) return {};
+        std::string out;
+        char buffer[4096];
+        size_t n = 0;
+        while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) out.append(buffer, n);
+        return ::pclose(pipe) == 0 ? out : std::string();
+    }
+
+    // Reads a Hexmoor.xml as the commands do.
+    static std::unique_ptr<HMProjectTree_INFO> readDocument(const CString& path) {
+        auto node = std::make_unique<HMProjectTree_INFO>();
+        CXmlDocument document;
+        HMXmlCreateDocument(document);
+        HMXmlLoadFile(document, path);
+        HMXmlReadNode(document, node.get());
+        return node;
+    }
+
+    std::string templateBytes() const { return install.readFile("Support/TEMPLATE/图纸.DWG"); }
+
+    TempFolder install;
+    TempFolder projects;
+    CapturedOutput output;
+    std::shared_ptr<CloudScript> script = std::make_shared<CloudScript>();
+    CHexmoorInteFace client{std::make_unique<ScriptedBackend>(script)};
+};

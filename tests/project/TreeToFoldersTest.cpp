@@ -1,0 +1,269 @@
+// From a cloud tree to folders: new projects and devices with their files, folders already in use, names
+// that must not become paths, updates that only add, and the write-back of changed nodes.
+#include "ProjectWalkFixture.h"
+#include "project/ProjectFiles.h"
+#include "project/folders/DescriptionNotes.h"
+#include "project/folders/TreeToFolders.h"
+
+namespace {
+
+CStringArray strings(std::initializer_list<const char16_t*> items) {
+    CStringArray list;
+    for (const char16_t* item : items) list.Add(item);
+    return list;
+}
+
+CStringArray noteNames(const CString& path) {
+    STRUCT_PRJ_FILE file;
+    EXPECT_TRUE(ReadProjectFile(path, file)) << path;
+    CStringArray names;
+    for (const STRUCT_PRJ_NOTE& note : file.m_arrNotes) names.Add(note.m_strName);
+    return names;
+}
+
+CString noteValue(const CString& path, const CString& name) {
+    STRUCT_PRJ_FILE file;
+    ReadProjectFile(path, file);
+    for (const STRUCT_PRJ_NOTE& note : file.m_arrNotes)
+        if (note.m_strName == name) return note.m_strValue;
+    return u"<none>";
+}
+
+// The demo's word list as a project file and as a device file order it.
+const CStringArray kProjectWords = strings({u"工程名称", u"工程编号", u"工程地点", u"建设单位", u"设计单位", u"设计阶段",
+                                            u"设计人", u"审核人", u"出图日期", u"制造厂家", u"出厂编号", u"额定电压",
+                                            u"额定电流"});
+const CStringArray kDeviceWords = strings({u"建设单位", u"设计单位", u"设计阶段", u"设计人", u"审核人", u"出图日期",
+                                           u"制造厂家", u"出厂编号", u"额定电压", u"额定电流", u"工程编号", u"工程地点",
+                                           u"工程名称"});
+
+class TreeToFolders : public ProjectWalkTest {
+protected:
+    // A sub-project "变电站" with a device, a sub-project holding a device, and a second device.
+    void SetUp() override {
+        ProjectWalkTest::SetUp();
+        project.m_strName = u"变电站";
+        project.m_strType = u"100";
+        project.m_strID = u"P1";
+        project.m_strDataSchema = kDataSchema;
+        addDevice(project, u"K01", u"1,2");
+        HMProjectTree_INFO* sub = addChild(project, u"二期", u"100");
+        addDevice(*sub, u"K11", u"11");
+        addDevice(project, u"K02", u"3");
+    }
+
+    CString folder(const char16_t* relative) const { return projects.logic() + relative; }
+
+    HMProjectTree_INFO project;
+};
+
+} // namespace
+
+TEST(DescriptionRows, EachMisplacedRowSwapsWithTheFirstLaterRowThatBelongsInFront) {
+    CStringArray rows = strings({u"a", u"b", u"工程1", u"c", u"工程2"});
+    OrderDescriptionRows(rows, true);
+    EXPECT_EQ(rows, strings({u"工程1", u"工程2", u"a", u"c", u"b"}));
+
+    rows = strings({u"工程1", u"a", u"工程2", u"b"});
+    OrderDescriptionRows(rows, false);
+    EXPECT_EQ(rows, strings({u"a", u"b", u"工程2", u"工程1"}));
+
+    rows = strings({u"x工程y", u"z"});
+    OrderDescriptionRows(rows, true);  // containment, not a prefix
+    EXPECT_EQ(rows, strings({u"x工程y", u"z"}));
+}
+
+TEST_F(TreeToFolders, NewProjectGetsItsFilesDocumentsAndTemplateDrawings) {
+    ASSERT_TRUE(CreateProjectFromNode(client, projects.logic(), &project));
+
+    EXPECT_EQ(contents(projects.native()),
+              (std::set<std::string>{"变电站/", "变电站/变电站.itm", "变电站/Hexmoor.xml", "变电站/K01/", "变电站/K01/K01.prj",
+                                     "变电站/K01/图纸.DWG", "变电站/K01/Hexmoor.xml", "变电站/二期/", "变电站/二期/二期.itm",
+                                     "变电站/二期/Hexmoor.xml", "变电站/二期/K11/", "变电站/二期/K11/K11.prj",
+                                     "变电站/二期/K11/图纸.DWG", "变电站/二期/K11/Hexmoor.xml", "变电站/K02/",
+                                     "变电站/K02/K02.prj", "变电站/K02/图纸.DWG", "变电站/K02/Hexmoor.xml"}));
+    EXPECT_EQ(projects.readFile("变电站/K01/图纸.DWG"), templateBytes());
+    // A project has the 工程 words first; a device the others first, then its cabinet notes as the cloud gave them.
+    EXPECT_EQ(noteNames(folder(u"变电站\\变电站.itm")), kProjectWords);
+    CStringArray deviceNotes = kDeviceWords;
+    for (const char16_t* name : {u"柜编号", u"柜名称", u"柜型号", u"柜体尺寸"}) deviceNotes.Add(name);
+    EXPECT_EQ(noteNames(folder(u"变电站\\K01\\K01.prj")), deviceNotes);
+    EXPECT_EQ(noteValue(folder(u"变电站\\K01\\K01.prj"), u"柜编号"), u"1,2");
+    EXPECT_EQ(noteValue(folder(u"变电站\\K01\\K01.prj"), u"柜体尺寸"), u"800*1500*2300");
+    EXPECT_EQ(noteValue(folder(u"变电站\\K01\\K01.prj"), u"工程名称"), u"");
+
+    // Children print before their parent.
+    const CString root = projects.logic();
+    EXPECT_EQ(output.printed, u"***新设备" + root + u"变电站\\K01\\K01.prj已建成***\n" + u"***新设备" + root +
+                                  u"变电站\\二期\\K11\\K11.prj已建成***\n" + u"***新项目" + root +
+                                  u"变电站\\二期\\二期.itm已建成***\n" + u"***新设备" + root +
+                                  u"变电站\\K02\\K02.prj已建成***\n" + u"***新项目" + root + u"变电站\\变电站.itm已建成***\n");
+}
+
+TEST_F(TreeToFolders, DocumentsPassAStrictParserAndReadBackThroughTheModule) {
+    project.m_arrChildren[0]->m_strCirName = u"A & B <主> \"柜\"";
+    ASSERT_TRUE(CreateProjectFromNode(client, projects.logic(), &project));
+    const std::string base = projects.native() + "/变电站/";
+    EXPECT_EQ(strictlyParsedNodes({base + "Hexmoor.xml", base + "K01/Hexmoor.xml", base + "二期/Hexmoor.xml"}),
+              "变电站|P1|100;K01|id-K01|0;二期|id-二期|100;");
+
+    const auto device = readDocument(folder(u"变电站\\K01\\Hexmoor.xml"));
+    EXPECT_EQ(device->m_strName, u"K01");
+    EXPECT_EQ(device->m_strCirNo, u"1,2");
+    EXPECT_EQ(device->m_strCirName, u"A & B <主> \"柜\"");
+    EXPECT_EQ(device->m_strCirType, u"KYN28");
+    const auto root = readDocument(folder(u"变电站\\Hexmoor.xml"));
+    EXPECT_TRUE(output.boxes.empty());
+    ASSERT_EQ(root->m_arrChildren.GetSize(), 3);
+    EXPECT_EQ(root->m_arrChildren[1]->m_strName, u"二期");
+    EXPECT_EQ(root->m_arrChildren[1]->m_strType, u"100");
+}
+
+TEST_F(TreeToFolders, FolderInUseIsLeftAloneAndItsSiblingsAreStillMade) {
+    projects.writeFile("变电站/K01/notes.txt", "mine");
+    projects.makeFolder("变电站/二期/empty-but-a-folder");
+    EXPECT_FALSE(CreateProjectFromNode(client, projects.logic(), &project));
+    // The project folder itself holds K01: the whole project is refused, nothing is added to it.
+    EXPECT_EQ(contents(projects.native()), (std::set<std::string>{"变电站/", "变电站/K01/", "变电站/K01/notes.txt", "变电站/二期/",
+                                                                    "变电站/二期/empty-but-a-folder/"}));
+    EXPECT_EQ(output.printed, u"\n项目变电站创建失败，" + folder(u"变电站\\") + u"文件夹中已有内容，请删除或另选目录！\n");
+}
+
+TEST_F(TreeToFolders, CollisionBelowTheTopSkipsThatNodeOnly) {
+    projects.writeFile("变电站/K01/notes.txt", "mine");
+    projects.makeFolder("变电站/二期/only-a-folder");
+    // The command makes the top folder; its children are created below it.
+    for (HMProjectTree_INFO* child : project.m_arrChildren)
+        if (HMIsNotSubProjectType(child->m_strType)) CreateDeviceFromNode(client, folder(u"变电站\\"), child);
+        else CreateProjectFromNode(client, folder(u"变电站\\"), child);
+
+    EXPECT_EQ(projects.readFile("变电站/K01/notes.txt"), "mine");
+    EXPECT_FALSE(projects.exists("变电站/K01/K01.prj"));
+    EXPECT_FALSE(projects.exists("变电站/K01/Hexmoor.xml"));
+    EXPECT_FALSE(projects.exists("变电站/二期/二期.itm"));  // a folder with only a sub-folder is in use
+    EXPECT_FALSE(projects.exists("变电站/二期/K11"));
+    EXPECT_TRUE(projects.exists("变电站/K02/K02.prj"));
+    EXPECT_EQ(output.printed, u"\n设备K01创建失败，" + folder(u"变电站\\K01\\") + u"文件夹中已有内容，请删除或另选目录！\n" +
+                                  u"\n项目二期创建失败，" + folder(u"变电站\\二期\\") +
+                                  u"文件夹中已有内容，请删除或另选目录！\n" + u"***新设备" + folder(u"变电站\\K02\\K02.prj") +
+                                  u"已建成***\n");
+}
+
+TEST_F(TreeToFolders, UnsafeCloudNamesAreRefusedAndNothingOutsideTheProjectIsTouched) {
+    projects.makeFolder("outside");
+    projects.makeFolder("变电站");
+    HMProjectTree_INFO cloud;
+    cloud.m_strType = u"100";
+    cloud.m_strName = u"inner";
+    const char16_t* unsafe[] = {u"..", u".", u"", u"../outside", u"..\\outside", u"a/b", u"C:x", u"a*b", u"a?b",
+                                u"a\"b", u"a<b", u"a>b", u"a|b", u"bell\a", u"tab\tname"};
+    for (const char16_t* name : unsafe) {
+        HMProjectTree_INFO* node = addDevice(cloud, name, u"9");
+        addDevice(*addChild(*node, u"x", u"100"), u"below", u"1");  // a sub-tree that must not be made either
+    }
+    HMProjectTree_INFO* evilProject = addChild(cloud, u"..", u"100");
+    addDevice(*evilProject, u"outside", u"1");
+    addDevice(cloud, u"good", u"2");
+
+    const auto before = contents(projects.native());
+    ASSERT_TRUE(CreateProjectFromNode(client, folder(u"变电站\\"), &cloud));
+    auto after = contents(projects.native());
+    for (const char* made : {"变电站/inner/", "变电站/inner/inner.itm", "变电站/inner/Hexmoor.xml", "变电站/inner/good/",
+                                    "变电站/inner/good/good.prj", "变电站/inner/good/图纸.DWG", "变电站/inner/good/Hexmoor.xml"})
+        EXPECT_EQ(after.erase(made), 1u) << made;
+    EXPECT_EQ(after, before);
+
+    // One clear line per refused name, control characters shown as text.
+    EXPECT_TRUE(output.printed.Contains(u"名称“..”不能用作" + folder(u"变电站\\inner\\") + u"中的文件夹名"));
+    EXPECT_TRUE(output.printed.Contains(u"名称“bell\\x07”不能用作"));
+    EXPECT_TRUE(output.printed.Contains(u"名称“tab\\x09name”不能用作"));
+    EXPECT_FALSE(output.printed.Contains(u"\a"));
+    int refusals = 0;
+    for (int at = output.printed.Find(u"已跳过该节点及其下级"); at >= 0; at = output.printed.Find(u"已跳过该节点及其下级", at + 1))
+        ++refusals;
+    EXPECT_EQ(refusals, static_cast<int>(std::size(unsafe)) + 1);
+
+    // The other three walks refuse the same names.
+    output.printed.Empty();
+    for (const char16_t* name : {u"..", u"a\\b"}) {
+        HMProjectTree_INFO node;
+        node.m_strName = name;
+        node.m_strType = u"0";
+        node.m_bChanged = true;
+        EXPECT_FALSE(CreateDeviceFromNode(client, folder(u"变电站\\"), &node));
+        EXPECT_TRUE(UpdateLocalFromServer(client, folder(u"变电站\\"), &node));
+        WriteBackChangedNodes(client, folder(u"变电站\\"), &node);
+    }
+    EXPECT_EQ(contents(projects.native()).size(), before.size() + 7);
+    EXPECT_FALSE(projects.exists("Hexmoor.xml"));
+}
+
+TEST_F(TreeToFolders, FolderThatCannotBeMadeIsToldAndNothingIsWritten) {
+    projects.makeFolder("P");
+    projects.writeFile("P/K01", "a file where the device's folder would go");
+    HMProjectTree_INFO device;
+    device.m_strName = u"K01";
+    device.m_strType = u"0";
+    EXPECT_FALSE(CreateDeviceFromNode(client, folder(u"P\\"), &device));
+    EXPECT_EQ(projects.readFile("P/K01"), "a file where the device's folder would go");
+    EXPECT_EQ(output.printed, u"\n设备K01创建失败，无法建立文件夹" + folder(u"P\\K01\\") + u"！\n");
+
+    output.printed.Empty();
+    EXPECT_FALSE(CreateProjectFromNode(client, folder(u"missing\\"), &project));  // one level only: no parent
+    EXPECT_FALSE(projects.exists("missing"));
+    EXPECT_EQ(output.printed, u"\n项目变电站创建失败，无法建立文件夹" + folder(u"missing\\变电站\\") + u"！\n");
+}
+
+TEST_F(TreeToFolders, UpdateMakesOnlyTheNewDeviceAndKeepsEverythingLocal) {
+    ASSERT_TRUE(CreateProjectFromNode(client, projects.logic(), &project));
+    projects.writeFile("变电站/K01/mine.dwg", "drawing");
+    const std::string k01Prj = projects.readFile("变电站/K01/K01.prj");
+    projects.makeFolder("变电站/K99");  // gone from the cloud: stays
+    projects.writeFile("变电站/K99/K99.prj", "local");
+    output.printed.Empty();
+
+    // The cloud changed K01's cabinet name and gained K03 in the sub-project.
+    project.m_arrChildren[0]->m_strCirName = u"出线柜";
+    addDevice(*project.m_arrChildren[1], u"K03", u"13");
+    const auto before = contents(projects.native());
+    for (const HMProjectTree_INFO* child : project.m_arrChildren)
+        EXPECT_TRUE(UpdateLocalFromServer(client, folder(u"变电站\\"), child));
+
+    auto after = contents(projects.native());
+    for (const char* made : {"变电站/二期/K03/", "变电站/二期/K03/K03.prj", "变电站/二期/K03/图纸.DWG",
+                                    "变电站/二期/K03/Hexmoor.xml"})
+        EXPECT_EQ(after.erase(made), 1u) << made;
+    EXPECT_EQ(after, before);
+    EXPECT_EQ(output.printed, u"***新设备" + folder(u"变电站\\二期\\K03\\K03.prj") + u"已建成***\n");
+    EXPECT_EQ(projects.readFile("变电站/K01/K01.prj"), k01Prj);
+    EXPECT_EQ(projects.readFile("变电站/K01/mine.dwg"), "drawing");
+    EXPECT_EQ(projects.readFile("变电站/K99/K99.prj"), "local");
+    EXPECT_EQ(readDocument(folder(u"变电站\\K01\\Hexmoor.xml"))->m_strCirName, u"出线柜");
+    EXPECT_EQ(readDocument(folder(u"变电站\\二期\\Hexmoor.xml"))->m_arrChildren.GetSize(), 2);
+}
+
+TEST_F(TreeToFolders, WriteBackSavesOnlyChangedNodesAndTheRootInTheGivenFolder) {
+    ASSERT_TRUE(CreateProjectFromNode(client, projects.logic(), &project));
+    for (const char* path : {"变电站/Hexmoor.xml", "变电站/K01/Hexmoor.xml", "变电站/K02/Hexmoor.xml",
+                             "变电站/二期/Hexmoor.xml", "变电站/二期/K11/Hexmoor.xml"})
+        projects.writeFile(path, "old");
+    output.printed.Empty();
+
+    // The command reads the root from the project folder: its type is empty and its name is not a folder.
+    project.m_strType = u"";
+    project.m_bChanged = true;
+    HMProjectTree_INFO* k11 = project.m_arrChildren[1]->m_arrChildren[0];
+    k11->m_bChanged = true;
+    addDevice(*k11, u"deep", u"0")->m_bChanged = true;  // a device's children are not walked
+    WriteBackChangedNodes(client, folder(u"变电站\\"), &project);
+
+    EXPECT_NE(projects.readFile("变电站/Hexmoor.xml"), "old");
+    EXPECT_NE(projects.readFile("变电站/二期/K11/Hexmoor.xml"), "old");
+    EXPECT_EQ(projects.readFile("变电站/K01/Hexmoor.xml"), "old");
+    EXPECT_EQ(projects.readFile("变电站/K02/Hexmoor.xml"), "old");
+    EXPECT_EQ(projects.readFile("变电站/二期/Hexmoor.xml"), "old");
+    EXPECT_FALSE(projects.exists("变电站/变电站"));
+    EXPECT_FALSE(projects.exists("变电站/二期/K11/deep"));
+    EXPECT_EQ(readDocument(folder(u"变电站\\二期\\K11\\Hexmoor.xml"))->m_strCirNo, u"11");
+    EXPECT_EQ(output.printed, u"");
+}
