@@ -37,6 +37,8 @@ private:
     void startTag(const XmlToken& token);
     void endTag(const XmlToken& token);
     void closeNotEnded(int end);
+    // Only the first problem is kept, so later ones need not be put in words at all.
+    bool reported() const { return !m_problem.IsEmpty(); }
     void report(CString problem) {
         if (m_problem.IsEmpty()) m_problem = std::move(problem);
     }
@@ -80,7 +82,7 @@ CString Walk::Run() {
     }
     while (m_open.GetCount() > 1) {
         const int record = m_open.Top().record;
-        report(QxFormat(u"Element '%.50s' at offset %d not ended", CString(elementName(record)), m_index[record].nStart));
+        if (!reported()) report(QxFormat(u"Element '%.50s' at offset %d not ended", CString(elementName(record)), m_index[record].nStart));
         closeNotEnded(static_cast<int>(m_text.size()));
     }
 
@@ -134,11 +136,11 @@ void Walk::endTag(const XmlToken& token) {
 
     const auto found = m_openByName.find(compared);
     if (found == m_openByName.end()) {
-        report(QxFormat(u"No start tag for end tag '%.50s' at offset %d", CString(endName), token.start));
+        if (!reported()) report(QxFormat(u"No start tag for end tag '%.50s' at offset %d", CString(endName), token.start));
         return;
     }
     const int match = found->second.back();
-    if (match != m_open.GetCount() - 1) {
+    if (match != m_open.GetCount() - 1 && !reported()) {
         const int innermost = m_open.Top().record;
         report(QxFormat(u"End tag '%.50s' at offset %d does not match start tag '.50%s' at offset %d",
                         CString(endName), token.start, CString(elementName(innermost)), m_index[innermost].nStart));
