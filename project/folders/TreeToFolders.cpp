@@ -15,8 +15,7 @@ const CString kTemplateDrawing = u"图纸.DWG";
 
 void printBlock(const CString& message) { acutPrintf(u"\n%s\n", message); }
 
-// The first two checks of a new node: a usable name, and a folder that holds nothing yet. On failure the
-// message names the node (设备 or 项目) and the folder.
+// A new node needs a folder that holds nothing yet; the message names the node (设备 or 项目) and the folder.
 bool folderIsFree(const CString& kind, const CString& folder, const CString& name) {
     if (IsFolderEmpty(folder + u"*.*")) return true;
     printBlock(QxFormat(u"%s%s创建失败，%s文件夹中已有内容，请删除或另选目录！", kind, name, folder));
@@ -44,7 +43,7 @@ PrjNoteList deviceNotes(const HMProjectTree_INFO& node) {
     return notes;
 }
 
-// Create or update, whichever the child's kind asks for; only "100" is a sub-project on this way.
+// A new child is a sub-project when its type is "100" and a device otherwise, an empty type included.
 bool createChild(CHexmoorInteFace& client, const CString& parentFolder, const HMProjectTree_INFO* child) {
     if (HMIsNotSubProjectType(child->m_strType)) return CreateDeviceFromNode(client, parentFolder, child);
     return CreateProjectFromNode(client, parentFolder, child);

@@ -1,0 +1,233 @@
+// From folders to a project tree: through the Hexmoor.xml of each folder (rows from the documents or
+// extracted afresh from the drawings), and through the .itm and .prj files of a local project.
+#include "ProjectWalkFixture.h"
+#include "drawing/AssemblyFixtures.h"
+#include "drawing/assembly/PrimaryScan.h"
+#include "project/folders/NodeDocument.h"
+#include "project/folders/TreeToFolders.h"
+#include "project/tree/FoldersToTree.h"
+
+namespace {
+
+CString rowsText(const BomRows& rows) {
+    CString text;
+    for (const BOM_INFO& row : rows)
+        text += row.m_strRowName + u"/" + row.m_strRowModel + u"/" + row.m_strRowCount + u"/" + row.m_strRowRemark + u";";
+    return text;
+}
+
+CString names(const CArray<HMProjectTree_INFO*, HMProjectTree_INFO*>& nodes) {
+    CString text;
+    for (const HMProjectTree_INFO* node : nodes) text += node->m_strName + u";";
+    return text;
+}
+
+class FoldersToTree : public ProjectWalkTest {
+protected:
+    // A project made as the cloud gave it: devices K01 (with two BOM rows) and K02, sub-project 二期 with K11.
+    void SetUp() override {
+        ProjectWalkTest::SetUp();
+        cloud.m_strName = u"变电站";
+        cloud.m_strType = u"100";
+        cloud.m_strDataSchema = kDataSchema;
+        HMProjectTree_INFO* k01 = addDevice(cloud, u"K01", u"1");
+        k01->m_strBoms = u"<cabinet><product F_Numbers=\"2\" F_Name=\"断路器\" F_Remark=\"\" F_Model=\"NSX100\" "
+                         u"F_Parent_BOM_ID=\"\" F_IsSecondary=\"0\"/><product F_Numbers=\"1\" F_Name=\"继电器\" "
+                         u"F_Remark=\"r\" F_Model=\"RX-1\" F_Parent_BOM_ID=\"12345678\" F_IsSecondary=\"1\"/></cabinet>";
+        addDevice(*addChild(cloud, u"二期", u"100"), u"K11", u"11");
+        addDevice(cloud, u"K02", u"2");
+        ASSERT_TRUE(CreateProjectFromNode(client, projects.logic(), &cloud));
+        output.printed.Empty();
+    }
+
+    // The root as a command reads it from the project folder.
+    std::unique_ptr<HMProjectTree_INFO> readRoot() const { return readDocument(projectFolder() + u"Hexmoor.xml"); }
+    CString projectFolder() const { return projects.logic() + u"变电站\\"; }
+
+    HMProjectTree_INFO cloud;
+};
+
+} // namespace
+
+TEST_F(FoldersToTree, DocumentsGiveTheTreeItsLinksCabinetsAndRows) {
+    auto tree = readRoot();
+    LinkChildrenAndLoad(tree.get(), projectFolder(), false);
+
+    ASSERT_EQ(names(tree->m_arrChildren), u"K01;二期;K02;");
+    // Devices at every depth, in walk order.
+    EXPECT_EQ(names(tree->m_arrCabinets), u"K01;K11;K02;");
+    HMProjectTree_INFO* k01 = tree->m_arrChildren[0];
+    HMProjectTree_INFO* sub = tree->m_arrChildren[1];
+    HMProjectTree_INFO* k11 = tree->m_arrCabinets[1];
+    EXPECT_EQ(k01->m_pParent, tree.get());
+    EXPECT_EQ(k01->m_pRoot, tree.get());
+    EXPECT_EQ(k11->m_pParent, sub);
+    EXPECT_EQ(k11->m_pRoot, tree.get());
+    EXPECT_EQ(k11->m_strCirNo, u"11");
+    EXPECT_EQ(k01->m_strCirSize, u"800*1500*2300");
+    EXPECT_EQ(rowsText(k01->m_arrPrimaryBom), u"断路器/NSX100/2/;");
+    EXPECT_EQ(rowsText(k01->m_arrSecondaryBom), u"继电器/RX-1/1/r;");
+    EXPECT_TRUE(tree->m_arrCabinets[2]->m_arrPrimaryBom.IsEmpty());
+    EXPECT_EQ(output.printed, u"");
+    EXPECT_TRUE(output.boxes.empty());
+
+    // Deleting the sub-project leaves the root's list without its device.
+    tree->m_arrChildren.RemoveAt(1);
+    const int at = tree->m_arrCabinets.Find(k11);
+    ASSERT_GE(at, 0);
+    delete sub;
+    EXPECT_EQ(names(tree->m_arrCabinets), u"K01;K02;");
+}
+
+TEST_F(FoldersToTree, ProjectWithoutItsOwnDocumentKeepsNoChildren) {
+    ASSERT_TRUE(QxFs::DeleteFile(projectFolder() + u"二期\\Hexmoor.xml"));
+    auto tree = readRoot();
+    LinkChildrenAndLoad(tree.get(), projectFolder(), false);
+    EXPECT_TRUE(tree->m_arrChildren[1]->m_arrChildren.IsEmpty());
+    EXPECT_EQ(tree->m_arrChildren[1]->m_strID, u"id-二期");  // as the parent's document gave it
+    EXPECT_EQ(names(tree->m_arrCabinets), u"K01;K02;");
+    EXPECT_EQ(output.printed, u"");
+}
+
+TEST_F(FoldersToTree, UnsafeNamesInDocumentsNeverLeadOutOfTheProject) {
+    // A document outside the project that a ".." would reach, listing a device.
+    HMProjectTree_INFO outside;
+    outside.m_strName = u"outside";
+    outside.m_strType = u"100";
+    outside.m_strDataSchema = kDataSchema;
+    addDevice(outside, u"stolen", u"9");
+    HMSaveNodeDocument(client, projects.logic(), &outside);
+
+    // The project's document names a sub-project ".."; K02's own document renames it "..\K01".
+    auto root = readRoot();
+    addChild(*root, u"..", u"100");
+    HMSaveNodeDocument(client, projectFolder(), root.get());
+    auto k02 = readDocument(projectFolder() + u"K02\\Hexmoor.xml");
+    k02->m_strName = u"..\\K01";
+    k02->m_strBoms = cloud.m_arrChildren[0]->m_strBoms;
+    HMSaveNodeDocument(client, projectFolder() + u"K02\\", k02.get());
+
+    auto tree = readRoot();
+    LinkChildrenAndLoad(tree.get(), projectFolder(), false);
+    ASSERT_EQ(names(tree->m_arrChildren), u"K01;二期;..\\K01;..;");
+    EXPECT_TRUE(tree->m_arrChildren[3]->m_arrChildren.IsEmpty());
+    EXPECT_EQ(names(tree->m_arrCabinets), u"K01;K11;..\\K01;");  // no "stolen"
+    HMProjectTree_INFO* renamed = tree->m_arrCabinets[2];
+    EXPECT_TRUE(renamed->m_arrPrimaryBom.IsEmpty());
+    EXPECT_TRUE(renamed->m_arrSecondaryBom.IsEmpty());
+    EXPECT_TRUE(output.printed.Contains(u"名称“..”不能用作" + projectFolder() + u"中的文件夹名"));
+    EXPECT_TRUE(output.printed.Contains(u"名称“..\\K01”不能用作" + projectFolder() + u"中的文件夹名"));
+}
+
+TEST_F(FoldersToTree, LocalProjectIsBuiltFromItsItmAndPrjFiles) {
+    projects.writeFile("本地/本地.itm", "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
+    projects.writeFile("本地/B柜/B柜.prj",
+                       "$BEGIN NOTE OF PRJ\r\n$BEGIN_ONE_NOTE\r\n柜编号\r\n  3,4  \r\n$END_ONE_NOTE\r\n$BEGIN_ONE_NOTE\r\n"
+                       "柜型号\r\n$END_ONE_NOTE\r\n$BEGIN_ONE_NOTE\r\n柜名称\r\n\r\n$END_ONE_NOTE\r\n$BEGIN_ONE_NOTE\r\n"
+                       "柜体尺寸\r\n600*800\r\n$END_ONE_NOTE\r\n$END NOTE OF PRJ\r\n$EOF");
+    projects.writeFile("本地/B柜/A.dwg", AssemblyFixture("device_a.dxf"));
+    projects.writeFile("本地/A柜/A柜.prj", "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
+    projects.writeFile("本地/子项/子项.itm", "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
+    projects.writeFile("本地/子项/C柜/C柜.prj", "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
+    projects.writeFile("本地/改名/旧名.prj", "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");  // not in its own folder
+    projects.writeFile("本地/Hexmoor.xml", "<not read/>");
+
+    HMProjectTree_INFO root;
+    BuildTreeFromFolders(projects.logic() + u"本地\\本地.itm", &root);
+
+    // Sub-projects before devices; the devices of the sub-project come first in the root's list.
+    ASSERT_EQ(names(root.m_arrChildren), u"子项;A柜;B柜;");
+    EXPECT_EQ(names(root.m_arrCabinets), u"C柜;A柜;B柜;");
+    const HMProjectTree_INFO* sub = root.m_arrChildren[0];
+    EXPECT_EQ(sub->m_strType, u"100");
+    EXPECT_EQ(sub->m_strCirNo, u"子项");
+    EXPECT_EQ(sub->m_strPath, projects.logic() + u"本地\\子项\\");
+    EXPECT_EQ(root.m_arrCabinets[0]->m_pParent, sub);
+    EXPECT_EQ(root.m_arrCabinets[0]->m_pRoot, &root);
+    const HMProjectTree_INFO* b = root.m_arrChildren[2];
+    EXPECT_EQ(b->m_strType, u"0");
+    EXPECT_EQ(b->m_strID, u"");
+    EXPECT_EQ(b->m_strPath, projects.logic() + u"本地\\B柜\\");
+    EXPECT_EQ(b->m_strCirNo, u"3,4");
+    EXPECT_EQ(b->m_strCirType, u"");  // a block without its value line gives no marker as a value
+    EXPECT_EQ(b->m_strCirName, u"");
+    EXPECT_EQ(b->m_strCirSize, u"600*800");
+    EXPECT_EQ(root.m_arrChildren[1]->m_strCirNo, u"");  // a device takes only what its .prj says
+    EXPECT_EQ(rowsText(b->m_arrSecondaryBom), u"继电器/RX-1/2/;断路器/NSX100/1/;");
+}
+
+// Extraction afresh from the drawings: the device's own rows, then the cabinet groups of the scan.
+class FoldersToTreeExtraction : public AssemblyTest {
+protected:
+    std::shared_ptr<CloudScript> script = std::make_shared<CloudScript>();
+    CHexmoorInteFace client{std::make_unique<ScriptedBackend>(script)};
+};
+
+TEST_F(FoldersToTreeExtraction, DevicesGetTheirRowsFromTheirDrawingsAndTheScan) {
+    TempFolder install;
+    SetCorvaneInstallDirOverride(install.logic());
+    ASSERT_TRUE(LayOutTemplateDrawing(install.logic()));
+    layOutStation();
+    layOutDevice("K01", "K01", false);
+
+    HMProjectTree_INFO root;
+    root.m_strName = u"Station";
+    root.m_strDataSchema = u"<NewDataSet/>";
+    for (const char16_t* name : {u"K01", u"K02"}) {
+        auto* device = new HMProjectTree_INFO;
+        device->m_strName = name;
+        device->m_strType = u"0";
+        device->m_strCirNo = name;
+        device->m_strDataSchema = u"<NewDataSet/>";
+        device->m_strBoms = u"<cabinet><product F_Numbers=\"9\" F_Name=\"旧\" F_Remark=\"\" F_Model=\"old\" "
+                            u"F_Parent_BOM_ID=\"\" F_IsSecondary=\"0\"/></cabinet>";
+        root.m_arrChildren.Add(device);
+    }
+    HMSaveNodeDocument(client, station(), &root);
+    HMSaveNodeDocument(client, station() + u"K01\\", root.m_arrChildren[0]);
+    // K02 is made as the cloud would make it: its folder holds only the template drawing.
+    CapturedOutput output;
+    ASSERT_TRUE(CreateDeviceFromNode(client, station(), root.m_arrChildren[1]));
+    SetCorvaneInstallDirOverride(CString());
+
+    HMProjectTree_INFO tree;
+    {
+        CXmlDocument document;
+        HMXmlCreateDocument(document);
+        HMXmlLoadFile(document, station() + u"Hexmoor.xml");
+        HMXmlReadNode(document, &tree);
+    }
+    QxScanPrimaryDiagram(station());
+    LinkChildrenAndLoad(&tree, station(), true);
+
+    ASSERT_EQ(tree.m_arrCabinets.GetSize(), 2);
+    const HMProjectTree_INFO* k01 = tree.m_arrCabinets[0];
+    const HMProjectTree_INFO* k02 = tree.m_arrCabinets[1];
+    // The documents' rows play no part; the device's own drawing keeps the drawers' rows out.
+    EXPECT_EQ(rowsText(k01->m_arrPrimaryBom), u"断路器/NSX100/1/;互感器/CT-1/1/;继电器/RX-1/1/;");
+    EXPECT_TRUE(k01->m_arrSecondaryBom.IsEmpty());
+    // The template drawing adds no row of its own.
+    EXPECT_EQ(rowsText(k02->m_arrSecondaryBom), u"继电器/RX-1/1/;");
+    EXPECT_EQ(rowsText(k02->m_arrPrimaryBom), u"N1/X1/3/;");
+    EXPECT_FALSE(g_bBomCheckFailed);
+}
+
+TEST_F(FoldersToTree, FoldersMadeFromACloudTreeBuildTheSameTreeBack) {
+    cloud.m_arrChildren[2]->m_strCirName = u"出线柜";  // K02 is there already: its .prj stays as it is
+    // Legacy bytes that also read as UTF-8 (GB18030 of 原图) must come back as written.
+    addDevice(cloud, u"K03", u"3")->m_strCirName = u"原图";
+    ASSERT_TRUE(UpdateLocalFromServer(client, projects.logic(), &cloud));
+    HMProjectTree_INFO root;
+    BuildTreeFromFolders(projectFolder() + u"变电站.itm", &root);
+
+    ASSERT_EQ(names(root.m_arrChildren), u"二期;K01;K02;K03;");
+    EXPECT_EQ(names(root.m_arrCabinets), u"K11;K01;K02;K03;");
+    const HMProjectTree_INFO* k01 = root.m_arrChildren[1];
+    EXPECT_EQ(k01->m_strCirNo, u"1");
+    EXPECT_EQ(k01->m_strCirName, u"进线柜");
+    EXPECT_EQ(k01->m_strCirType, u"KYN28");
+    EXPECT_EQ(k01->m_strCirSize, u"800*1500*2300");
+    EXPECT_EQ(root.m_arrChildren[2]->m_strCirName, u"进线柜");
+    EXPECT_EQ(root.m_arrChildren[3]->m_strCirName, u"原图");
+    EXPECT_TRUE(k01->m_arrSecondaryBom.IsEmpty());  // the template drawing holds no BOM table
+}

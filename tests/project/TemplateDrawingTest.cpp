@@ -1,0 +1,77 @@
+// The template drawing that new devices get: a drawing that the module's reader and an independent DXF
+// reader both take, with a title block whose name cell holds 图纸; laid out once, never over a person's own.
+#include "common/TempFolder.h"
+#include "drawing/access/QxDwgOpen.h"
+#include "drawing/title/TitleBlock.h"
+#include "project/folders/TemplateDrawing.h"
+#include "support/FileSystem.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+std::string run(const std::string& command) {
+    FILE* pipe = ::popen(command.c_str(), "r");
+    if (!pipe) return "popen failed";
+    std::string out;
+    char buffer[4096];
+    size_t n = 0;
+    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) out.append(buffer, n);
+    const int status = ::pclose(pipe);
+    return status == 0 ? out : out + " [exit " + std::to_string(status) + "]";
+}
+
+} // namespace
+
+TEST(TemplateDrawing, TheModulesReaderFindsItsTitleBlock) {
+    TempFolder install;
+    ASSERT_TRUE(LayOutTemplateDrawing(install.logic()));
+    QxDwgDatabase database(install.logic() + u"Support\\TEMPLATE\\图纸.DWG", 0);
+    ASSERT_TRUE(database);
+    CString number = u"x";
+    CString name;
+    EXPECT_TRUE(QxGetDwgTitle(database.get(), number, name));
+    EXPECT_EQ(name, CString(HM_TEMPLATE_DRAWING_NAME));
+    EXPECT_EQ(number, u"");  // left for the person to fill in
+}
+
+TEST(TemplateDrawing, AnIndependentReaderTakesItWithoutErrors) {
+    TempFolder install;
+    ASSERT_TRUE(LayOutTemplateDrawing(install.logic()));
+    const std::string script =
+        "import sys, ezdxf\n"
+        "from ezdxf.lldxf.encoding import decode_dxf_unicode as text\n"
+        "doc = ezdxf.readfile(sys.argv[1])\n"
+        "auditor = doc.audit()\n"
+        "ref = doc.modelspace().query('INSERT')[0]\n"
+        "apps = sorted(a for a in ('HORSIZE_OF_DRAWING', 'VERSIZE_OF_DRAWING', 'HORNUM_OF_TABLE', 'VERNUM_OF_TABLE',"
+        " 'HORBEGIN_OF_TABLE') if ref.has_xdata(a))\n"
+        "cells = [text(v) for c, v in ref.get_extension_dict()['CORVANE_TITLE'].tags]\n"
+        "texts = [text(t.dxf.text) for t in doc.modelspace().query('TEXT')]\n"
+        "print(doc.dxfversion, len(auditor.errors), len(apps), cells[0], cells[2], cells[-1], texts)\n";
+    const std::string path = install.native() + "/Support/TEMPLATE/图纸.DWG";
+    EXPECT_EQ(run("/usr/bin/python3 -c \"" + script + "\" '" + path + "'"),
+              "AC1015 0 5 $BEGINETITLE 图号|20|40|90|30|0|0| $ENDTITLE ['图纸']\n");
+}
+
+TEST(TemplateDrawing, ATemplateThatIsThereIsKept) {
+    TempFolder install;
+    install.writeFile("Support/TEMPLATE/图纸.DWG", "the office's own template");
+    EXPECT_TRUE(LayOutTemplateDrawing(install.logic()));
+    EXPECT_EQ(install.readFile("Support/TEMPLATE/图纸.DWG"), "the office's own template");
+
+    install.writeFile("blocked", "a file where the install folder would be");
+    EXPECT_FALSE(LayOutTemplateDrawing(install.logic() + u"blocked\\"));
+    EXPECT_FALSE(LayOutTemplateDrawing(CString()));
+}
+
+TEST(TemplateDrawing, QxcadLaysItOutInANewInstallFolder) {
+    TempFolder home;
+    const std::string install = home.native() + "/corvane";
+    const std::string out = run(std::string(QX_BINARY_DIR) + "/bin/qxcad --install-dir '" + install + "' HELP </dev/null 2>&1");
+    EXPECT_EQ(home.readFile("corvane/Support/TEMPLATE/图纸.DWG"), TemplateDrawingDxf()) << out;
+}
