@@ -89,6 +89,20 @@ TEST_F(FoldersToTree, ProjectWithoutItsOwnDocumentKeepsNoChildren) {
     EXPECT_EQ(output.printed, u"");
 }
 
+TEST_F(FoldersToTree, DocumentThatCannotBeReadLeavesItsNodeAsTheParentGaveIt) {
+    ASSERT_TRUE(QxFs::DeleteFile(projectFolder() + u"K01\\Hexmoor.xml"));
+    projects.makeFolder("变电站/K01/Hexmoor.xml");
+    auto tree = readRoot();
+    LinkChildrenAndLoad(tree.get(), projectFolder(), false);
+    const HMProjectTree_INFO* k01 = tree->m_arrCabinets[0];
+    EXPECT_EQ(k01->m_strID, u"id-K01");
+    EXPECT_EQ(k01->m_strCirNo, u"");
+    EXPECT_TRUE(k01->m_arrPrimaryBom.IsEmpty());
+    EXPECT_EQ(output.boxes.size(), 1u);  // the reader's box; the walk goes on
+    EXPECT_EQ(names(tree->m_arrCabinets), u"K01;K11;K02;");
+    EXPECT_EQ(tree->m_arrCabinets[1]->m_strCirNo, u"11");
+}
+
 TEST_F(FoldersToTree, UnsafeNamesInDocumentsNeverLeadOutOfTheProject) {
     // A document outside the project that a ".." would reach, listing a device.
     HMProjectTree_INFO outside;
@@ -131,13 +145,15 @@ TEST_F(FoldersToTree, LocalProjectIsBuiltFromItsItmAndPrjFiles) {
     projects.writeFile("本地/子项/C柜/C柜.prj", "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
     projects.writeFile("本地/改名/旧名.prj", "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");  // not in its own folder
     projects.writeFile("本地/Hexmoor.xml", "<not read/>");
+    projects.makeFolder("本地/E柜/E柜.prj");  // a device file that cannot be read
 
     HMProjectTree_INFO root;
     BuildTreeFromFolders(projects.logic() + u"本地\\本地.itm", &root);
 
     // Sub-projects before devices; the devices of the sub-project come first in the root's list.
-    ASSERT_EQ(names(root.m_arrChildren), u"子项;A柜;B柜;");
-    EXPECT_EQ(names(root.m_arrCabinets), u"C柜;A柜;B柜;");
+    ASSERT_EQ(names(root.m_arrChildren), u"子项;A柜;B柜;E柜;");
+    EXPECT_EQ(names(root.m_arrCabinets), u"C柜;A柜;B柜;E柜;");
+    EXPECT_EQ(root.m_arrChildren[3]->m_strCirNo, u"");
     const HMProjectTree_INFO* sub = root.m_arrChildren[0];
     EXPECT_EQ(sub->m_strType, u"100");
     EXPECT_EQ(sub->m_strCirNo, u"子项");

@@ -267,3 +267,14 @@ TEST_F(TreeToFolders, WriteBackSavesOnlyChangedNodesAndTheRootInTheGivenFolder) 
     EXPECT_EQ(readDocument(folder(u"变电站\\二期\\K11\\Hexmoor.xml"))->m_strCirNo, u"11");
     EXPECT_EQ(output.printed, u"");
 }
+
+TEST_F(TreeToFolders, TemplateThatCannotBeReadLeavesTheDeviceWithoutADrawing) {
+    ASSERT_TRUE(QxFs::DeleteFile(install.logic() + u"Support\\TEMPLATE\\图纸.DWG"));
+    install.makeFolder("Support/TEMPLATE/图纸.DWG");
+    HMProjectTree_INFO* k01 = project.m_arrChildren[0];
+    ASSERT_TRUE(CreateDeviceFromNode(client, projects.logic(), k01));
+    EXPECT_TRUE(projects.exists("K01/K01.prj"));
+    EXPECT_TRUE(projects.exists("K01/Hexmoor.xml"));
+    EXPECT_FALSE(projects.exists("K01/图纸.DWG"));
+    EXPECT_EQ(output.printed, u"***新设备" + folder(u"K01\\K01.prj") + u"已建成***\n");
+}
