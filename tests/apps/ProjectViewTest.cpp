@@ -156,3 +156,16 @@ TEST_F(ProjectView, InputsThatCannotBeUsedAreRefused) {
     EXPECT_FALSE(folder.exists("no"));
     EXPECT_NE(folder.readFile("err.txt").find("bom.xlsx"), std::string::npos);
 }
+
+TEST_F(ProjectView, ALongWalkShowsOneLinePerDeviceOnlyOnATerminal) {
+    layOut("D2", "K03");
+    // Standard error is a file: no progress lines among the messages.
+    ASSERT_EQ(inspect(itm() + " --csv").status, 0);
+    EXPECT_EQ(folder.readFile("err.txt").find("reading its drawings"), std::string::npos);
+    // Under a pseudo-terminal (script), one line for each device.
+    const std::string command = "script -qec \"" + std::string(QX_BINARY_DIR) + "/bin/qxinspect project " + itm() +
+                                " --csv >/dev/null\" /dev/null";
+    const InspectRun run = runCommand(command);
+    EXPECT_NE(run.out.find("device D1: reading its drawings"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("device D2: reading its drawings"), std::string::npos) << run.out;
+}
