@@ -4,9 +4,11 @@
 #include "drawing/ExtractionState.h"
 #include "drawing/merge/CabinetCheck.h"
 #include "drawing/parts/GetPartInfo.h"
+#include "platform/host/Progress.h"
 #include "project/ProjectFiles.h"
 #include "support/Format.h"
 #include "support/NumberText.h"
+#include "support/PathText.h"
 #include "support/TextHelpers.h"
 
 namespace {
@@ -98,6 +100,8 @@ void QxAddBomRow(BomRows& rows, const BOM_INFO& row) {
 }
 
 void QxGetDeviceSecondaryRows(CString prjPath, BomRows& rows) {
+    // The step that reads a device's drawings is what makes a project's walk long.
+    ShowProgressLine(QxFormat(u"device %s: reading its drawings", RemoveFileExtension(GetFileNameOfPath(prjPath))));
     rows.RemoveAll();
     CStringArray drawings;
     ListDrawingsOfFile(prjPath, drawings);

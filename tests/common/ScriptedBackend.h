@@ -4,8 +4,10 @@
 
 #include "platform/cloud/HexmoorClient.h"
 
+#include <functional>
 #include <map>
 #include <memory>
+#include <string>
 #include <vector>
 
 struct CloudScript {
@@ -18,6 +20,13 @@ struct CloudScript {
     CString loginEnterprise = u"ent";
     CString loginUser = u"user";
     CString loginCredential = u"secret";
+
+    // Project operations. Trees that projectInfo returns are the client's to free.
+    std::function<HMProjectTree_INFO*(HMProjectTree_INFO* local)> projectInfo;
+    std::function<bool(HMProjectTree_INFO* tree, bool flag)> submitBom;
+    std::function<bool(HMProjectTree_INFO* tree)> submitItm;
+    BomRows importRows;
+    BomRows dqRows;
 
     // What happened.
     int loginCalls = 0;
@@ -33,6 +42,17 @@ struct CloudScript {
     std::vector<Collected> collected;
     std::vector<CString> projectNameQueries;
     bool loggedIn = false;
+    int projectInfoCalls = 0;
+    int submitBomCalls = 0;
+    int submitItmCalls = 0;
+    int submitOneCabCalls = 0;
+    int bomCmpCalls = 0;
+    // The devices of the tree that bomCmp was given, each as name and row counts "name:primary/secondary".
+    std::vector<std::string> comparedDevices;
+    struct ImportQuery {
+        CString projectId, cabinetId;
+    };
+    std::vector<ImportQuery> importQueries;
 };
 
 class ScriptedBackend final : public IHexmoorBackend {
@@ -66,19 +86,44 @@ public:
         const auto it = m_script->projectNames.find(id.str());
         return it == m_script->projectNames.end() ? CString() : it->second;
     }
-    HMProjectTree_INFO* getProjectInfo(HMProjectTree_INFO*) override { return nullptr; }
+    HMProjectTree_INFO* getProjectInfo(HMProjectTree_INFO* local) override {
+        ++m_script->projectInfoCalls;
+        return m_script->projectInfo ? m_script->projectInfo(local) : nullptr;
+    }
     HMProjectTree_INFO* getOneCabProjectInfo() override {
         ++m_script->oneCabCalls;
         auto* tree = new HMProjectTree_INFO;
         tree->m_strName = u"cabinet";
         return tree;
     }
-    bool submitItm(HMProjectTree_INFO*) override { return false; }
-    bool submitBom(HMProjectTree_INFO*, bool) override { return false; }
-    void bomCmp(HMProjectTree_INFO*) override {}
-    bool submitOneCabCir2(HMProjectTree_INFO*) override { return false; }
-    bool getDqBoms(BomRows&) override { return false; }
-    bool getImportBoms(const CString&, const CString&, BomRows&) override { return false; }
+    bool submitItm(HMProjectTree_INFO* tree) override {
+        ++m_script->submitItmCalls;
+        return m_script->submitItm ? m_script->submitItm(tree) : false;
+    }
+    bool submitBom(HMProjectTree_INFO* tree, bool flag) override {
+        ++m_script->submitBomCalls;
+        return m_script->submitBom ? m_script->submitBom(tree, flag) : false;
+    }
+    void bomCmp(HMProjectTree_INFO* tree) override {
+        ++m_script->bomCmpCalls;
+        for (const HMProjectTree_INFO* device : tree->m_arrCabinets)
+            m_script->comparedDevices.push_back(device->m_strName.ToUtf8() + ":" +
+                                                std::to_string(device->m_arrPrimaryBom.GetSize()) + "/" +
+                                                std::to_string(device->m_arrSecondaryBom.GetSize()));
+    }
+    bool submitOneCabCir2(HMProjectTree_INFO*) override {
+        ++m_script->submitOneCabCalls;
+        return true;
+    }
+    bool getDqBoms(BomRows& rows) override {
+        rows = m_script->dqRows;
+        return true;
+    }
+    bool getImportBoms(const CString& projectId, const CString& cabinetId, BomRows& rows) override {
+        m_script->importQueries.push_back({projectId, cabinetId});
+        rows = m_script->importRows;
+        return true;
+    }
 
 private:
     std::shared_ptr<CloudScript> m_script;

@@ -88,7 +88,7 @@ TEST_F(EmbeddedCentre, AStoreThatCannotBeOpenedRefusesTheLoginWithOneMessage) {
     EXPECT_EQ(client.autoLogin(), -1);
     EXPECT_EQ(client.autoLogin(), -1);
     const CString printed = output.printed;
-    const int first = printed.Find(u"cannot be opened");
+    const int first = printed.Find(u"is damaged");
     EXPECT_GE(first, 0);
-    EXPECT_EQ(printed.Find(u"cannot be opened", first + 1), -1);
+    EXPECT_EQ(printed.Find(u"is damaged", first + 1), -1);
 }

@@ -1,0 +1,123 @@
+// HMBomSubmit on a whole project against the embedded BOM centre: the root read from its Hexmoor.xml, the
+// scan of the primary diagram, the walk that extracts every device's rows from its drawings, the submit of
+// a new revision of every device and the write-back of the changed documents. Projects come from
+// bench/make_submit_project.py; $QX_BENCH_SUBMIT_PROJECTS lists their "Project" folders separated by ":", one
+// benchmark each, so that runs of several scales show how the cost grows. The project's Hexmoor.xml files
+// are rewritten: the project is first sent as a new project to a centre in a temporary install folder.
+#include "module/Session.h"
+#include "module/commands/Commands.h"
+#include "module/exports/Exports.h"
+#include "platform/InstallPath.h"
+#include "platform/host/Documents.h"
+#include "platform/host/HostOutput.h"
+#include "platform/params/ParameterLibrary.h"
+#include "project/ProjectFiles.h"
+#include "project/folders/TreeToFolders.h"
+#include "project/tree/FoldersToTree.h"
+#include "support/FileSystem.h"
+#include "support/Locations.h"
+#include "support/PathText.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+class QuietOutput final : public IHostOutput {
+public:
+    void Print(const CString& text) override { printed += text.GetLength(); }
+    void MessageBox(const CString& text, const CString&, unsigned) override { boxes.push_back(text); }
+    long long printed = 0;
+    std::vector<CString> boxes;
+};
+
+std::vector<std::string> benchProjects() {
+    std::vector<std::string> projects;
+    const char* list = std::getenv("QX_BENCH_SUBMIT_PROJECTS");
+    std::stringstream in(list ? list : "Project");
+    for (std::string folder; std::getline(in, folder, ':');)
+        if (!folder.empty()) projects.push_back(folder);
+    return projects;
+}
+
+// A temporary install folder whose embedded centre knows the project, made current, with a session.
+class SubmitSetting {
+public:
+    explicit SubmitSetting(const CString& itm) {
+        char pattern[] = "/tmp/qx-submit-bench-XXXXXX";
+        if (!::mkdtemp(pattern)) return;
+        m_install = pattern;
+        std::filesystem::create_directories(m_install + "/Data");
+        ::unsetenv("HEXMOOR_STORE");
+        SetCorvaneInstallDirOverride(QxFs::FromNative(m_install) + u"\\");
+        QxLSetLoginInfo_Varnholt_CV201301(u"bench", u"bench", u"bench", u"localhost:8585");
+        HMStartSession();
+
+        HMProjectTree_INFO tree;
+        tree.m_strName = RemoveFileExtension(GetFileNameOfPath(itm));
+        tree.m_strPath = GetParentPath(itm) + u"\\";
+        BuildTreeFromFolders(itm, &tree);
+        if (!QxSys1Refer(&tree)) return;
+        WriteBackChangedNodes(*g_pHexmoorClient, tree.m_strPath, &tree);
+        SetRecentProject(itm);
+        m_devices = tree.m_arrCabinets.GetSize();
+    }
+    ~SubmitSetting() {
+        HMEndSession();
+        SetCorvaneInstallDirOverride(CString());
+        if (!m_install.empty()) std::filesystem::remove_all(m_install);
+    }
+    SubmitSetting(const SubmitSetting&) = delete;
+    SubmitSetting& operator=(const SubmitSetting&) = delete;
+
+    int devices() const { return m_devices; }
+
+private:
+    std::string m_install;
+    int m_devices = 0;
+};
+
+void submitProject(benchmark::State& state, const std::string& nativeFolder) {
+    CString folder = QxFs::FromNative(nativeFolder);
+    folder.TrimRight(u'\\');
+    const CString itm = folder + u"\\" + GetFileNameOfPath(folder) + u".itm";
+    if (!QxFs::Exists(itm)) {
+        state.SkipWithError("no project: run bench/make_submit_project.py OUT, set QX_BENCH_SUBMIT_PROJECTS=OUT/Project");
+        return;
+    }
+    QuietOutput output;
+    SetHostOutput(&output);
+    {
+        const SubmitSetting setting(itm);
+        if (setting.devices() == 0) {
+            state.SkipWithError("the project could not be sent to the centre");
+        } else {
+            for (auto _ : state) {
+                // A fresh host each time, so that every scan opens the drawing anew.
+                acDocManagerPtr()->reset();
+                HMBomSubmit();
+            }
+            state.counters["devices"] = setting.devices();
+            state.counters["boxes"] = static_cast<double>(output.boxes.size());
+        }
+    }
+    SetHostOutput(nullptr);
+    acDocManagerPtr()->reset();
+}
+
+const bool registered = [] {
+    for (const std::string& project : benchProjects())
+        benchmark::RegisterBenchmark(("HMBomSubmit/" + project).c_str(), submitProject, project)
+            ->Unit(benchmark::kMillisecond)
+            ->Iterations(3);
+    return true;
+}();
+
+} // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,171 @@
+// qxinspect project: the dry run of a submit on the assembly tests' substation, as JSON, CSV and a workbook.
+#include "common/TempFolder.h"
+#include "support/FileSystem.h"
+
+#include <array>
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <sys/wait.h>
+
+namespace {
+
+struct InspectRun {
+    int status = -1;
+    std::string out;
+};
+
+InspectRun runCommand(const std::string& command) {
+    InspectRun run;
+    FILE* pipe = ::popen(command.c_str(), "r");
+    if (!pipe) return run;
+    std::array<char, 4096> buffer;
+    size_t n;
+    while ((n = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0) run.out.append(buffer.data(), n);
+    const int status = ::pclose(pipe);
+    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return run;
+}
+
+std::string fixture(const std::string& name) {
+    std::string bytes;
+    QxFs::ReadBytes(QxFs::FromNative(std::string(QX_TEST_DATA_DIR) + "/assembly/" + name), bytes);
+    return bytes;
+}
+
+std::string devicePrj(const std::string& cabinetNo) {
+    return "$BEGIN NOTE OF PRJ\r\n$BEGIN_ONE_NOTE\r\n柜编号\r\n" + cabinetNo +
+           "\r\n$END_ONE_NOTE\r\n$END NOTE OF PRJ\r\n$BEGIN CONTENT OF PRJ\r\n$END CONTENT OF PRJ\r\n$EOF";
+}
+
+class ProjectView : public testing::Test {
+protected:
+    // Station: the primary diagram with its secondary drawings, and devices D1 (K02, with its own drawing)
+    // and the given second device.
+    void layOut(const std::string& secondName, const std::string& secondCabinets) {
+        folder.writeFile("Station/Station.itm", "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
+        folder.writeFile("Station/一次系统图.dwg", fixture("primary.dxf"));
+        for (const char* n : {"1", "2", "3"})
+            folder.writeFile(std::string("Station/Secondary/S") + n + ".dwg", fixture(std::string("sec_s") + n + ".dxf"));
+        folder.writeFile("Station/D1/D1.prj", devicePrj("K02"));
+        folder.writeFile("Station/D1/A.dwg", fixture("device_a.dxf"));
+        folder.writeFile("Station/" + secondName + "/" + secondName + ".prj", devicePrj(secondCabinets));
+    }
+    InspectRun inspect(const std::string& arguments) {
+        return runCommand(std::string(QX_BINARY_DIR) + "/bin/qxinspect project " + arguments + " 2>'" + folder.native() + "/err.txt'");
+    }
+    std::string itm() const { return "'" + folder.native() + "/Station/Station.itm'"; }
+    // Every file below Station with its size: what a read-only view must leave as it was.
+    std::string listing() {
+        return runCommand("cd '" + folder.native() + "/Station' && find . -printf '%p %s\\n' | sort").out;
+    }
+
+    TempFolder folder;
+};
+
+} // namespace
+
+TEST_F(ProjectView, ALocalProjectShowsWhatHMItmSubmitWouldSendAndWhyNot) {
+    layOut("D2", "K03,K04");
+    const std::string before = listing();
+    const InspectRun run = inspect(itm());
+    ASSERT_EQ(run.status, 0);
+    const auto document = nlohmann::json::parse(run.out);
+    EXPECT_EQ(document["command"], "HMItmSubmit");
+    ASSERT_EQ(document["devices"].size(), 2u);
+    const auto& d1 = document["devices"][0];
+    EXPECT_EQ(d1["path"], "D1");
+    EXPECT_EQ(d1["m_arrPrimaryBom"][0]["m_strRowName"], "N1");
+    EXPECT_EQ(d1["m_arrPrimaryBom"][0]["m_strRowCount"], "3");
+    EXPECT_EQ(document["devices"][1]["m_nCabCount"], 2);
+    ASSERT_EQ(document["messages"].size(), 1u);
+    EXPECT_NE(document["messages"][0].get<std::string>().find("屏柜 K03 和屏柜 K04"), std::string::npos);
+    EXPECT_EQ(document["g_bBomCheckFailed"], true);
+    EXPECT_EQ(document["wouldSend"], false);
+    EXPECT_EQ(document["whyNot"], "a cabinet check failed");
+    EXPECT_EQ(listing(), before);
+}
+
+TEST_F(ProjectView, AProjectTheCloudKnowsIsReadThroughItsDocumentsAsHMBomSubmitReadsIt) {
+    layOut("D2", "K03");
+    folder.writeFile("Station/Hexmoor.xml",
+                     "<?xml version=\"1.0\"?><Hexmoor><Node Name=\"Station\" ID=\"P-1\" Type=\"\"><DataSchema><NewDataSet/>"
+                     "</DataSchema><SubNodes><SubNode Name=\"D1\" ID=\"d-1\" Type=\"0\"/></SubNodes></Node></Hexmoor>");
+    folder.writeFile("Station/D1/Hexmoor.xml",
+                     "<?xml version=\"1.0\"?><Hexmoor><Node Name=\"D1\" ID=\"d-1\" Type=\"0\" CirNo=\"K02\" CirName=\"\" "
+                     "CirType=\"\" CirSize=\"\"><DataSchema><NewDataSet/></DataSchema></Node></Hexmoor>");
+    const std::string before = listing();
+    const InspectRun run = inspect(itm());
+    ASSERT_EQ(run.status, 0);
+    const auto document = nlohmann::json::parse(run.out);
+    EXPECT_EQ(document["command"], "HMBomSubmit");
+    EXPECT_EQ(document["m_strID"], "P-1");
+    ASSERT_EQ(document["devices"].size(), 1u);  // D2 is no node of the cloud's project
+    EXPECT_EQ(document["devices"][0]["m_strID"], "d-1");
+    EXPECT_EQ(document["devices"][0]["m_arrPrimaryBom"][0]["m_strRowCode"], "E1");
+    EXPECT_EQ(document["wouldSend"], true);
+    EXPECT_TRUE(document["whyNot"].is_null());
+    EXPECT_EQ(listing(), before);
+}
+
+TEST_F(ProjectView, CsvHasOneLinePerRowWithQuotedFields) {
+    layOut("D,2", "K03");
+    const InspectRun run = inspect(itm() + " --csv");
+    ASSERT_EQ(run.status, 0);
+    EXPECT_EQ(run.out.rfind("device,kind,label,name,model,count,remark,code\n", 0), 0u);
+    EXPECT_NE(run.out.find("\nD1,primary,,N1,X1,3,,E1\n"), std::string::npos);
+    EXPECT_NE(run.out.find("\nD1,secondary,1KA,继电器,RX-1,2,,R1\n"), std::string::npos);
+    EXPECT_NE(run.out.find("\n\"D,2\",primary,,指示灯,AD16,1,,L1\n"), std::string::npos);
+}
+
+TEST_F(ProjectView, WorkbookHasASummaryAndOneSheetPerDevice) {
+    layOut("D2", "K03,K03");  // one group named twice: two identical cabinets
+    const std::string book = folder.native() + "/bom.xlsx";
+    ASSERT_EQ(inspect(itm() + " --xlsx '" + book + "'").status, 0);
+    // Each sheet's rows, cells joined by "|", through Python's own zip reader.
+    const std::string script =
+        "import re, sys, zipfile\n"
+        "z = zipfile.ZipFile(sys.argv[1])\n"
+        "strings = re.findall(r'<t[^>]*>([^<]*)</t>', z.read('xl/sharedStrings.xml').decode())\n"
+        "names = re.findall(r'<sheet name=\"([^\"]*)\"', z.read('xl/workbook.xml').decode())\n"
+        "for i, name in enumerate(names):\n"
+        "    sheet = z.read('xl/worksheets/sheet%d.xml' % (i + 1)).decode()\n"
+        "    for row in re.findall(r'<row[^>]*>(.*?)</row>', sheet):\n"
+        "        cells = []\n"
+        "        for attributes, value in re.findall(r'<c ([^>]*)><v>([^<]*)</v></c>', row):\n"
+        "            cells.append(strings[int(value)] if 't=\"s\"' in attributes else value)\n"
+        "        print(name + ':' + '|'.join(cells))\n";
+    folder.writeFile("sheets.py", script);
+    const InspectRun read = runCommand("/usr/bin/python3 '" + folder.native() + "/sheets.py' '" + book + "'");
+    ASSERT_EQ(read.status, 0) << read.out;
+    EXPECT_NE(read.out.find("Summary:name|model|code|count|devices\n"), std::string::npos) << read.out;
+    EXPECT_NE(read.out.find("Summary:指示灯|AD16|L1|2|1\n"), std::string::npos) << read.out;  // 1 a cabinet, 2 cabinets
+    EXPECT_NE(read.out.find("Summary:N1|X1|E1|3|1\n"), std::string::npos) << read.out;
+    EXPECT_NE(read.out.find("D1:primary|N1|X1|3|E1\n"), std::string::npos) << read.out;
+    EXPECT_NE(read.out.find("D2:primary|指示灯|AD16|1|L1\n"), std::string::npos) << read.out;
+}
+
+TEST_F(ProjectView, InputsThatCannotBeUsedAreRefused) {
+    layOut("D2", "K03");
+    EXPECT_EQ(inspect("'" + folder.native() + "/Station/D1/D1.prj'").status, 1);
+    EXPECT_EQ(inspect("'" + folder.native() + "/Station/Missing.itm'").status, 1);
+    EXPECT_EQ(inspect(itm() + " --csv --xlsx x.xlsx").status, 2);
+    // A workbook whose folder is missing is not written, and nothing is left behind.
+    EXPECT_EQ(inspect(itm() + " --xlsx '" + folder.native() + "/no/such/bom.xlsx'").status, 1);
+    EXPECT_FALSE(folder.exists("no"));
+    EXPECT_NE(folder.readFile("err.txt").find("bom.xlsx"), std::string::npos);
+}
+
+TEST_F(ProjectView, ALongWalkShowsOneLinePerDeviceOnlyOnATerminal) {
+    layOut("D2", "K03");
+    // Standard error is a file: no progress lines among the messages.
+    ASSERT_EQ(inspect(itm() + " --csv").status, 0);
+    EXPECT_EQ(folder.readFile("err.txt").find("reading its drawings"), std::string::npos);
+    // Under a pseudo-terminal (script), one line for each device.
+    const std::string command = "script -qec \"" + std::string(QX_BINARY_DIR) + "/bin/qxinspect project " + itm() +
+                                " --csv >/dev/null\" /dev/null";
+    const InspectRun run = runCommand(command);
+    EXPECT_NE(run.out.find("device D1: reading its drawings"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("device D2: reading its drawings"), std::string::npos) << run.out;
+}

@@ -1,0 +1,47 @@
+// The project commands in qxcad, as a person runs them: they log in silently from the stored login and say
+// plainly why they stop when there is nothing to work on.
+#include "common/TempFolder.h"
+
+#include <array>
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <string>
+#include <sys/wait.h>
+
+namespace {
+
+struct QxcadRun {
+    int status = -1;
+    std::string out;
+};
+
+QxcadRun qxcad(const TempFolder& dir, const std::string& args, const std::string& input = "") {
+    const std::string command = "printf '" + input + "' | " + QX_BINARY_DIR + "/bin/qxcad --install-dir '" +
+                                dir.native() + "/corvane' " + args + " 2>'" + dir.native() + "/err.txt'";
+    QxcadRun run;
+    FILE* pipe = ::popen(command.c_str(), "r");
+    if (!pipe) return run;
+    std::array<char, 4096> buffer;
+    size_t n;
+    while ((n = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0) run.out.append(buffer.data(), n);
+    const int status = ::pclose(pipe);
+    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return run;
+}
+
+} // namespace
+
+TEST(QxcadProjectCommands, WithoutAProjectTheCloudKnowsEachCommandSaysSoAndTheRunSucceeds) {
+    TempFolder dir;
+    ASSERT_EQ(qxcad(dir, "HMLogin", "acme\\nann\\nsecret\\n").status, 0);
+    dir.writeFile("corvane/Data/recent.dat", "");
+    const QxcadRun run = qxcad(dir, "HMBomSubmit HMBomCmp HMUpdate HMXmCreate");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_NE(run.out.find("项目的Hexmoor相关信息不存在，无法提交明细！请选择提交项目。"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("项目的Hexmoor相关信息不存在，无法进行比对！"), std::string::npos);
+    EXPECT_NE(run.out.find("项目的Hexmoor相关信息不存在，无法从Hexmoor调用明细！"), std::string::npos);
+    // The centre has no project to make: nothing is made and the project manager is not called.
+    EXPECT_NE(run.out.find("has no project"), std::string::npos);
+    EXPECT_EQ(run.out.find("***"), std::string::npos);
+    EXPECT_EQ(dir.readFile("corvane/Data/recent.dat"), "");
+}

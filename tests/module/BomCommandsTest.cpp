@@ -1,0 +1,199 @@
+// HMBomSubmit, HMBomCmp and HMUpdate on a project made from a scripted cloud, with the drawings of the
+// assembly tests drawn into it afterwards, as a person would.
+#include "ProjectCommandFixture.h"
+#include "exchange/HexmoorReader.h"
+#include "exchange/HexmoorWriter.h"
+
+#include <functional>
+
+namespace {
+
+// Station with D1 (cabinet K02) and D2 (the given cabinets), as the cloud has it.
+std::function<HMProjectTree_INFO*(HMProjectTree_INFO*)> stationInCloud(const CString& d2Cabinets) {
+    return [d2Cabinets](HMProjectTree_INFO*) {
+        HMProjectTree_INFO* root = CloudNode(nullptr, u"Station", u"");
+        CloudNode(root, u"D1", u"0", u"K02");
+        CloudNode(root, u"D2", u"0", d2Cabinets);
+        return root;
+    };
+}
+
+bool hasRow(const BomRows& rows, const CString& name, const CString& model, const CString& count) {
+    for (const BOM_INFO& row : rows)
+        if (row.m_strRowName == name && row.m_strRowModel == model && row.m_strRowCount == count) return true;
+    return false;
+}
+
+} // namespace
+
+class BomCommands : public ProjectCommandTest {
+protected:
+    // Made from the cloud, then drawn: the primary diagram and its secondary drawings, D1's own drawing.
+    void makeAndDrawStation(const CString& d2Cabinets) {
+        cloud().projectInfo = stationInCloud(d2Cabinets);
+        run(u"HMXmCreate");
+        ASSERT_EQ(GetRecentProject(), stationFile());
+        layOutStation();
+        install.writeFile(projectPath("Station/D1/A.dwg"), AssemblyDrawing("device_a.dxf"));
+        queuedCommands();
+        output.printed.Empty();
+        cloud().projectInfo = nullptr;
+        cloud().projectInfoCalls = 0;
+    }
+    std::string document(const std::string& relative) const { return install.readFile(projectPath("Station/" + relative)); }
+};
+
+TEST_F(BomCommands, SubmitSendsEveryDeviceWithRowsFromItsDrawingsAndSavesTheChangedNodesOnly) {
+    makeAndDrawStation(u"K03");
+    const std::string d2Before = document("D2/Hexmoor.xml");
+    const std::string rootBefore = document("Hexmoor.xml");
+    std::vector<std::string> sent;
+    cloud().submitBom = [&sent](HMProjectTree_INFO* tree, bool flag) {
+        EXPECT_FALSE(flag);
+        EXPECT_EQ(tree->m_arrCabinets.GetSize(), 2);
+        HMProjectTree_INFO* d1 = tree->m_arrCabinets[0];
+        EXPECT_EQ(d1->m_strID, CString(u"id-D1"));
+        // K02's counted primary parts, and D1's own drawing for the secondary rows.
+        EXPECT_TRUE(hasRow(d1->m_arrPrimaryBom, u"N1", u"X1", u"3"));
+        EXPECT_TRUE(hasRow(d1->m_arrSecondaryBom, u"继电器", u"RX-1", u"2"));
+        EXPECT_TRUE(hasRow(tree->m_arrCabinets[1]->m_arrPrimaryBom, u"指示灯", u"AD16", u"1"));
+        // The library marks D1 alone; it changes D2 in memory too, which must not reach D2's file.
+        d1->m_bChanged = true;
+        d1->m_strBoms = u"<cabinet ID=\"id-D1\"><product F_Name=\"N1\" F_Model=\"X1\" F_Numbers=\"3\"/></cabinet>";
+        tree->m_arrCabinets[1]->m_strCirName = u"changed in memory";
+        sent.push_back("submitted");
+        return true;
+    };
+    run(u"HMBomSubmit");
+
+    EXPECT_EQ(sent.size(), 1u);
+    EXPECT_TRUE(output.boxes.empty());
+    EXPECT_NE(document("D1/Hexmoor.xml").find("F_Name=\"N1\""), std::string::npos);
+    EXPECT_EQ(document("D2/Hexmoor.xml"), d2Before);
+    EXPECT_EQ(document("Hexmoor.xml"), rootBefore);
+    EXPECT_FALSE(g_bBomCheckFailed);
+}
+
+TEST_F(BomCommands, AFailedCabinetCheckSendsNothingAndWritesNothing) {
+    makeAndDrawStation(u"K03,K04");  // K03 counts its lamp once, K04 twice: the cabinets differ
+    const std::string d1Before = document("D1/Hexmoor.xml");
+    run(u"HMBomSubmit");
+
+    EXPECT_EQ(cloud().submitBomCalls, 0);
+    ASSERT_EQ(output.boxes.size(), 1u);
+    EXPECT_TRUE(output.boxes[0].text.StartsWith(u"屏柜 K03 和屏柜 K04 内容应该一致"));
+    EXPECT_FALSE(g_bBomCheckFailed);
+    EXPECT_EQ(document("D1/Hexmoor.xml"), d1Before);
+
+    // The comparison stops the same way, and a later submit starts with the flag lowered.
+    run(u"HMBomCmp");
+    EXPECT_EQ(cloud().bomCmpCalls, 0);
+    EXPECT_FALSE(g_bBomCheckFailed);
+}
+
+TEST_F(BomCommands, ARefusedSubmitIsToldAndStillSavesWhatTheLibraryMarked) {
+    makeAndDrawStation(u"K03");
+    cloud().submitBom = [](HMProjectTree_INFO* tree, bool) {
+        tree->m_arrCabinets[1]->m_bChanged = true;
+        tree->m_arrCabinets[1]->m_strCirName = u"从云端";
+        return false;
+    };
+    run(u"HMBomSubmit");
+    ASSERT_EQ(output.boxes.size(), 1u);
+    EXPECT_EQ(output.boxes[0].text, CString(u"提交明细失败！"));
+    EXPECT_NE(document("D2/Hexmoor.xml").find("CirName=\"从云端\""), std::string::npos);
+}
+
+TEST_F(BomCommands, CompareGivesTheCloudTheExtractedRowsAndWritesNothing) {
+    makeAndDrawStation(u"K03");
+    const std::string d1Before = document("D1/Hexmoor.xml");
+    run(u"HMBomCmp");
+    EXPECT_EQ(cloud().bomCmpCalls, 1);
+    ASSERT_EQ(cloud().comparedDevices.size(), 2u);
+    EXPECT_EQ(cloud().comparedDevices[1], "D2:1/0");
+    EXPECT_EQ(document("D1/Hexmoor.xml"), d1Before);
+    EXPECT_EQ(cloud().submitBomCalls, 0);
+}
+
+TEST_F(BomCommands, WithoutDevicesSubmitRefusesAndCompareStillAsks) {
+    cloud().projectInfo = [](HMProjectTree_INFO*) { return CloudNode(nullptr, u"Empty", u""); };
+    run(u"HMXmCreate");
+    run(u"HMBomSubmit");
+    ASSERT_EQ(output.boxes.size(), 1u);
+    EXPECT_EQ(output.boxes[0].text, CString(u"此项目没有屏柜，不能提交明细信息！"));
+    EXPECT_EQ(cloud().submitBomCalls, 0);
+    run(u"HMBomCmp");
+    EXPECT_EQ(cloud().bomCmpCalls, 1);
+}
+
+TEST_F(BomCommands, WithoutACloudDocumentEachCommandSaysSoWithTheProjectPath) {
+    const struct {
+        const char16_t* command;
+        const char16_t* message;
+    } commands[] = {
+        {u"HMBomSubmit", u"项目%s的Hexmoor相关信息不存在，无法提交明细！请选择提交项目。\n"},
+        {u"HMBomCmp", u"项目%s的Hexmoor相关信息不存在，无法进行比对！\n"},
+        {u"HMUpdate", u"项目%s的Hexmoor相关信息不存在，无法从Hexmoor调用明细！\n"},
+    };
+    // No current project: an empty %s. A recent.dat naming a project that moved away: its path.
+    for (const CString& recent : {CString(), CString(projects() + u"Moved\\Moved.itm")}) {
+        if (!recent.IsEmpty()) SetRecentProject(recent);
+        for (const auto& each : commands) {
+            output.printed.Empty();
+            run(each.command);
+            EXPECT_TRUE(output.printed.EndsWith(QxFormat(each.message, recent))) << CString(each.command).ToUtf8();
+        }
+    }
+    EXPECT_EQ(cloud().submitBomCalls + cloud().bomCmpCalls + cloud().projectInfoCalls, 0);
+    EXPECT_FALSE(install.exists("My Projects/Moved"));
+}
+
+TEST_F(BomCommands, ADocumentThatDoesNotReadIsToldAndKeptAsItIs) {
+    install.writeFile(projectPath("Broken/Broken.itm"), "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
+    install.writeFile(projectPath("Broken/Hexmoor.xml"), "<Hexmoor><Node Name=\"Broken\"");
+    SetRecentProject(projects() + u"Broken\\Broken.itm");
+    run(u"HMBomSubmit");
+    run(u"HMUpdate");
+    EXPECT_GE(output.boxes.size(), 2u);  // the reader's box, then the submit's "no cabinets"
+    EXPECT_EQ(cloud().submitBomCalls, 0);
+    EXPECT_EQ(install.readFile(projectPath("Broken/Hexmoor.xml")), "<Hexmoor><Node Name=\"Broken\"");
+    EXPECT_TRUE(queuedCommands().empty());
+}
+
+using UpdateCommand = BomCommands;
+
+TEST_F(UpdateCommand, MakesTheDeviceTheCloudGainedAndKeepsEveryLocalFile) {
+    makeAndDrawStation(u"K03");
+    install.writeFile(projectPath("Station/D1/notes.txt"), "mine");
+    int localDevices = -1;
+    cloud().projectInfo = [&localDevices](HMProjectTree_INFO* local) -> HMProjectTree_INFO* {
+        if (!local) return nullptr;
+        localDevices = local->m_arrCabinets.GetSize();
+        HMProjectTree_INFO* root = stationInCloud(u"K03")(nullptr);
+        root->m_strID = local->m_strID;
+        CloudNode(root, u"D3", u"0", u"K05");
+        root->m_arrCabinets[0]->m_strCirName = u"新名称";
+        return root;
+    };
+    run(u"HMUpdate");
+
+    EXPECT_EQ(localDevices, 2);
+    EXPECT_TRUE(install.exists(projectPath("Station/D3/D3.prj")));
+    EXPECT_TRUE(install.exists(projectPath("Station/D3/图纸.DWG")));
+    EXPECT_EQ(install.readFile(projectPath("Station/D1/notes.txt")), "mine");
+    EXPECT_EQ(install.readFile(projectPath("Station/D1/A.dwg")), AssemblyDrawing("device_a.dxf"));
+    EXPECT_NE(document("Hexmoor.xml").find("Name=\"D3\""), std::string::npos);
+    EXPECT_NE(document("D1/Hexmoor.xml").find("CirName=\"新名称\""), std::string::npos);
+    EXPECT_TRUE(output.printed.EndsWith(u"项目Station更新完毕！\n"));
+    EXPECT_EQ(queuedCommands(), std::vector<CString>{u"xmmanage\n"});
+}
+
+TEST_F(UpdateCommand, WithoutAnAnswerFromTheCloudNothingIsWritten) {
+    makeAndDrawStation(u"K03");
+    const std::string rootBefore = document("Hexmoor.xml");
+    run(u"HMUpdate");
+    EXPECT_EQ(cloud().projectInfoCalls, 1);
+    EXPECT_EQ(document("Hexmoor.xml"), rootBefore);
+    EXPECT_FALSE(output.printed.Contains(u"更新完毕"));
+    EXPECT_TRUE(queuedCommands().empty());
+}

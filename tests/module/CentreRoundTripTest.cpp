@@ -1,0 +1,129 @@
+// The project commands against the embedded BOM centre: one install sends its project, a second install that
+// shares the centre's store makes it from the cloud and later brings it in step.
+#include "ProjectCommandFixture.h"
+#include "common/ScriptedPrompts.h"
+#include "module/exports/Exports.h"
+#include "platform/InstallPath.h"
+#include "project/folders/TreeToFolders.h"
+#include "project/tree/FoldersToTree.h"
+
+#include <cstdlib>
+
+namespace {
+
+bool hasRow(const BomRows& rows, const CString& name, const CString& model, const CString& count) {
+    for (const BOM_INFO& row : rows)
+        if (row.m_strRowName == name && row.m_strRowModel == model && row.m_strRowCount == count) return true;
+    return false;
+}
+
+} // namespace
+
+class CentreRoundTrip : public ProjectCommandTest {
+protected:
+    void SetUp() override {
+        ProjectCommandTest::SetUp();
+        layOutStation();
+        layOutDevice("D1", "K02");
+        useEmbeddedCentre();
+    }
+    void TearDown() override {
+        ::unsetenv("HEXMOOR_STORE");
+        ProjectCommandTest::TearDown();
+    }
+
+    // What HMItmSubmit does once its dialog ended with OK: the tree of the folders goes to the centre, and
+    // the nodes it marked get their documents.
+    void sendStationAsNewProject() {
+        HMProjectTree_INFO tree;
+        tree.m_strName = u"Station";
+        tree.m_strPath = projects() + u"Station\\";
+        BuildTreeFromFolders(stationFile(), &tree);
+        ASSERT_TRUE(QxSys1Refer(&tree));
+        WriteBackChangedNodes(*g_pHexmoorClient, projects() + u"Station\\", &tree);
+        SetRecentProject(stationFile());
+    }
+    BomRows centreRows(const CString& cabinet) {
+        BomRows rows;
+        EXPECT_TRUE(QxGetHMBomsArray(rows, stationFile(), cabinet, u""));
+        return rows;
+    }
+
+    // Moves the session to a second install folder that shares the first one's centre.
+    void switchToSecondInstall() {
+        const std::string store = install.native() + "/LocalData/hexmoor.db";
+        HMEndSession();
+        ::setenv("HEXMOOR_STORE", store.c_str(), 1);
+        SetCorvaneInstallDirOverride(second.logic());
+        second.makeFolder("Data");
+        second.makeFolder("My Projects");
+        ASSERT_TRUE(LayOutTemplateDrawing(second.logic()));
+        QxLSetLoginInfo_Varnholt_CV201301(u"acme", u"ann", u"secret", u"localhost:8585");
+        HMStartSession();
+    }
+    void switchToFirstInstall() {
+        HMEndSession();
+        SetCorvaneInstallDirOverride(install.logic());
+        HMStartSession();
+    }
+
+    TempFolder second;
+};
+
+TEST_F(CentreRoundTrip, SubmittedRowsReachTheCentreAndTheDeviceDocument) {
+    sendStationAsNewProject();
+    const BomRows before = centreRows(u"K02");
+    EXPECT_FALSE(hasRow(before, u"N1", u"X1", u"3"));  // the primary diagram was not read for the new project
+
+    run(u"HMBomSubmit");
+    EXPECT_TRUE(output.boxes.empty());
+    const BomRows after = centreRows(u"K02");
+    EXPECT_TRUE(hasRow(after, u"N1", u"X1", u"3"));
+    EXPECT_TRUE(hasRow(after, u"继电器", u"RX-1", u"2"));
+    const std::string document = install.readFile(projectPath("Station/D1/Hexmoor.xml"));
+    EXPECT_NE(document.find("F_Name=\"N1\""), std::string::npos);
+
+    output.printed.Empty();
+    run(u"HMBomCmp");  // drawings and centre agree now
+    EXPECT_TRUE(output.printed.Contains(u"0 differ from the centre"));
+}
+
+TEST_F(CentreRoundTrip, AFailedCabinetCheckLeavesTheCentreAsItWas) {
+    layOutDevice("D2", "K03,K04");
+    sendStationAsNewProject();
+    const BomRows before = centreRows(u"K02");
+    run(u"HMBomSubmit");
+    ASSERT_EQ(output.boxes.size(), 1u);
+    EXPECT_TRUE(output.boxes[0].text.Contains(u"一次元件内容不一样"));
+    EXPECT_EQ(centreRows(u"K02"), before);
+    EXPECT_FALSE(g_bBomCheckFailed);
+}
+
+TEST_F(CentreRoundTrip, ASecondInstallMakesTheProjectAndLaterTakesTheChange) {
+    sendStationAsNewProject();
+    run(u"HMBomSubmit");
+
+    switchToSecondInstall();
+    ScriptedPrompts prompts;
+    prompts.answers.push_back(u"0");  // the centre's one project
+    run(u"HMXmCreate");
+    const std::string copy = "My Projects/Station/";
+    ASSERT_TRUE(second.exists(copy + "D1/D1.prj"));
+    EXPECT_NE(second.readFile(copy + "D1/Hexmoor.xml").find("F_Name=\"N1\""), std::string::npos);
+    EXPECT_EQ(queuedCommands(), std::vector<CString>{u"xmmanage\n"});
+
+    // The first install's device gains a drawing and sends again.
+    switchToFirstInstall();
+    ::unsetenv("HEXMOOR_STORE");
+    install.writeFile(projectPath("Station/D1/B.dwg"), AssemblyDrawing("device_b.dxf"));
+    run(u"HMBomSubmit");
+    EXPECT_TRUE(hasRow(centreRows(u"K02"), u"继电器", u"RX-2", u"1"));
+
+    switchToSecondInstall();
+    EXPECT_EQ(second.readFile(copy + "D1/Hexmoor.xml").find("RX-2"), std::string::npos);
+    output.printed.Empty();
+    run(u"HMUpdate");
+    EXPECT_TRUE(output.printed.Contains(u"项目Station更新完毕！"));
+    EXPECT_NE(second.readFile(copy + "D1/Hexmoor.xml").find("RX-2"), std::string::npos);
+    EXPECT_TRUE(second.exists(copy + "D1/图纸.DWG"));
+}
