@@ -11,7 +11,6 @@
 #include "support/TextFile.h"
 
 std::unique_ptr<CHexmoorInteFace> g_pHexmoorClient;
-bool g_bBomCheckFailed = false;
 bool g_bForceLogin = false;
 
 namespace {
@@ -77,7 +76,11 @@ void HMStartSession() {
     takeUpHandOver(installDir);
 }
 
-void HMEndSession() { g_pHexmoorClient.reset(); }
+void HMEndSession() {
+    QxFreeReferGroups(g_arrReferGroups);
+    QxFreeCircuits(g_arrCircuits);
+    g_pHexmoorClient.reset();
+}
 
 bool EnsureHMLogin() {
     if (!g_pHexmoorClient) return false;

@@ -1,12 +1,13 @@
 // The session with the cloud: the one client object and the flags that every command and export shares.
+// g_bBomCheckFailed and the extraction arrays are the drawing extraction's (drawing/ExtractionState.h).
 #pragma once
 
+#include "drawing/ExtractionState.h"
 #include "platform/cloud/HexmoorClient.h"
 
 #include <memory>
 
 extern std::unique_ptr<CHexmoorInteFace> g_pHexmoorClient;
-extern bool g_bBomCheckFailed;
 extern bool g_bForceLogin;
 
 // The endpoint of the cloud until Data\HMHost.dat or a stored login names another.

@@ -1,0 +1,295 @@
+// The cabinet groups of a primary diagram: counting a circuit's parts, master symbols, drawers and groups,
+// the filter of secondary rows, the marker, and the scan's treatment of the host's state.
+#include "AssemblyFixtures.h"
+#include "drawing/access/QxDwgOpen.h"
+#include "drawing/assembly/CircuitMarker.h"
+#include "drawing/assembly/CircuitRows.h"
+#include "drawing/assembly/LinkedSymbols.h"
+#include "drawing/assembly/PrimaryScan.h"
+#include "drawing/assembly/ReferDrawing.h"
+#include "drawing/assembly/ReferGroups.h"
+#include "drawing/model/DrawingBuilder.h"
+#include "drawing/primary/CircuitBom.h"
+
+namespace {
+
+struct CircuitTableColumns {
+    CircuitRowKeys keys;
+    CStringArray types, codes, names, counts;
+
+    bool add(const CString& key, const CStringArray& t, const CStringArray& c, const CStringArray& n,
+             const CStringArray& k) {
+        return QxAddCircuitRows(keys, types, codes, names, counts, key, t, c, n, k);
+    }
+};
+
+CString partsText(const CReferSourcePartArray& parts) {
+    CString text;
+    for (const CReferSourcePartBomInfo* part : parts)
+        text += part->m_strType + u"/" + part->m_strCode + u"/" + part->m_strName + u"/" + part->m_strCount + u";";
+    return text;
+}
+
+AcDbObjectId blockNamed(AcDbDatabase* database, const CString& name) {
+    AcDbBlockTable* table = nullptr;
+    AcDbObjectId id;
+    if (database->getBlockTable(table, AcDb::kForRead) != Acad::eOk) return id;
+    table->getAt(name, id);
+    table->close();
+    return id;
+}
+
+std::vector<const AcDbPolyline*> markersOf(AcDbDatabase* database, const CString& block) {
+    std::vector<const AcDbPolyline*> markers;
+    AcDbObjectPointer<AcDbBlockTableRecord> record(blockNamed(database, block), AcDb::kForRead);
+    if (!record) return markers;
+    for (AcDbObjectId id : record->entityIds()) {
+        AcDbEntity* entity = AcDbEntity::cast(id.objectUnchecked());
+        AcGePoint3d centre;
+        if (QxIsCircuitMarker(entity, centre)) markers.push_back(AcDbPolyline::cast(entity));
+    }
+    return markers;
+}
+
+} // namespace
+
+TEST(CircuitRowsTest, PartsOfOneCircuitAddUpIgnoringCaseUnlessOneMasterHoldsThem) {
+    CircuitTableColumns table;
+    ASSERT_TRUE(table.add(u"", {u"abc", u"", u"T2"}, {u"c1", u"", u"c2"}, {u"n", u"x", u"m"}, {u"2", u"5", u"1"}));
+    // A row without type and code is passed over.
+    EXPECT_EQ(table.types, (CStringArray{u"abc", u"T2"}));
+    ASSERT_TRUE(table.add(u"", {u"ABC"}, {u"C1"}, {u"N"}, {u"3"}));
+    EXPECT_EQ(table.counts, (CStringArray{u"5", u"1"}));
+    EXPECT_EQ(table.types[0], u"abc");
+
+    // References of one master count once; a count of 0 or no number adds nothing.
+    ASSERT_TRUE(table.add(u"M1", {u"T2"}, {u"c2"}, {u"m"}, {u"1"}));
+    ASSERT_TRUE(table.add(u"M1", {u"T2"}, {u"c2"}, {u"m"}, {u"1"}));
+    ASSERT_TRUE(table.add(u"", {u"T2"}, {u"c2"}, {u"m"}, {u"0"}));
+    ASSERT_TRUE(table.add(u"", {u"T2"}, {u"c2"}, {u"m"}, {u"x"}));
+    EXPECT_EQ(table.counts[1], u"2");
+    EXPECT_EQ(table.keys[1], (CStringArray{u"", u"M1", u"", u""}));
+
+    // A negative count in the table is taken as 0.
+    table.counts[1] = u"-7";
+    ASSERT_TRUE(table.add(u"", {u"T2"}, {u"c2"}, {u"m"}, {u"4"}));
+    EXPECT_EQ(table.counts[1], u"4");
+}
+
+TEST(CircuitRowsTest, ColumnsOfUnequalLengthAddNothing) {
+    CircuitTableColumns table;
+    EXPECT_FALSE(table.add(u"", {u"a", u"b"}, {u"c"}, {u"n", u"m"}, {u"1", u"1"}));
+    EXPECT_TRUE(table.types.IsEmpty());
+    ASSERT_TRUE(table.add(u"", {u"a"}, {u"c"}, {u"n"}, {u"1"}));
+    table.keys.RemoveAll();
+    EXPECT_FALSE(table.add(u"", {u"z"}, {u"z"}, {u"z"}, {u"1"}));
+    EXPECT_EQ(table.types.GetSize(), 1);
+}
+
+TEST(CircuitNumberTest, SplitsCabinetAndDrawerAtTheFirstBrackets) {
+    CString cabinet, drawer;
+    ASSERT_TRUE(QxSplitCircuitNo(u"K03(2)", cabinet, drawer));
+    EXPECT_EQ(cabinet, u"K03");
+    EXPECT_EQ(drawer, u"2");
+    ASSERT_TRUE(QxSplitCircuitNo(u"K03((2))", cabinet, drawer));
+    EXPECT_EQ(drawer, u"(2");
+    for (const char16_t* plain : {u"K03", u"(2)", u"K03)", u"K03(2", u")K03(2", u""})
+        EXPECT_FALSE(QxSplitCircuitNo(plain, cabinet, drawer)) << CString(plain);
+}
+
+TEST(LinkedSymbolsTest, CountsOnlyLinksThatRunBothWays) {
+    DrawingBuilder builder;
+    const AcDbObjectId master = builder.addCircle({0, 0, 0}, 1);
+    const AcDbObjectId a = builder.addCircle({1, 0, 0}, 1);
+    const AcDbObjectId b = builder.addCircle({2, 0, 0}, 1);
+    const AcDbObjectId stranger = builder.addCircle({3, 0, 0}, 1);
+    const AcDbObjectId other = builder.addCircle({4, 0, 0}, 1);
+    builder.setXDataLinks(master, QX_SYMB1_TYPEHANDLE, {a, stranger, b});
+    builder.setXDataLinks(a, QX_SYMB1_TYPEHANDLE, {master});
+    builder.setXDataLinks(b, QX_SYMB1_TYPEHANDLE, {other, master});
+    builder.setXDataLinks(stranger, QX_SYMB1_TYPEHANDLE, {other});
+
+    CStringArray handles{u"stale"};
+    const CString masterHandle = master.handle().text();
+    QxGetLinkedSymbols(&builder.database(), masterHandle, QX_SYMB1_TYPEHANDLE, handles);
+    EXPECT_EQ(handles, (CStringArray{a.handle().text(), b.handle().text()}));
+    // Each end of a two-way link finds the other.
+    QxGetLinkedSymbols(&builder.database(), a.handle().text(), QX_SYMB1_TYPEHANDLE, handles);
+    EXPECT_EQ(handles, (CStringArray{masterHandle}));
+    QxGetLinkedSymbols(&builder.database(), stranger.handle().text(), QX_SYMB1_TYPEHANDLE, handles);
+    EXPECT_TRUE(handles.IsEmpty());
+    QxGetLinkedSymbols(&builder.database(), u"FFFFFF", QX_SYMB1_TYPEHANDLE, handles);
+    EXPECT_TRUE(handles.IsEmpty());
+}
+
+TEST_F(AssemblyTest, ScanMakesGroupsDrawersAndCountedRows) {
+    layOutStation();
+    QxScanPrimaryDiagram(station());
+    ASSERT_EQ(g_arrCircuits.GetSize(), 7);
+    ASSERT_EQ(g_arrReferGroups.GetSize(), 6);
+
+    const CReferSourceGroupInfo& k01 = *g_arrReferGroups[0];
+    EXPECT_EQ(k01.m_strName, u"K01");
+    EXPECT_EQ(k01.m_strUse, u"进线");  // the first circuit's
+    EXPECT_EQ(k01.m_strType, u"KYN28");
+    EXPECT_TRUE(k01.m_arrParts.IsEmpty());
+    EXPECT_TRUE(k01.m_strDrawing.IsEmpty());
+    ASSERT_EQ(k01.m_arrDrawers.GetSize(), 2);
+
+    // Drawer 1: nested symbols; an empty code takes the type. The secondary row that the primary diagram
+    // counts is left out, and the moved path resolved below the primary drawing's folder.
+    const CDrawerInfo& first = *k01.m_arrDrawers[0];
+    EXPECT_EQ(first.m_strName, u"1");
+    EXPECT_EQ(partsText(first.m_arrParts), u"NSX100/C100/断路器/1;CT-1/CT-1/互感器/1;");
+    EXPECT_EQ(first.m_strDrawing, station() + u"Secondary\\S1.dwg");
+    EXPECT_EQ(first.m_strTitleNo, u"S-001");
+    EXPECT_EQ(first.m_strTitleName, u"进线二次");
+    ASSERT_EQ(first.m_arrDwgBoms.GetSize(), 1);
+    EXPECT_EQ(first.m_arrDwgBoms[0]->Labels, (CStringArray{u"1KA"}));
+    EXPECT_EQ(first.m_arrDwgBoms[0]->Counts, (CStringArray{u"2"}));
+    EXPECT_EQ(first.m_arrDwgBoms[0]->Extras.GetSize(), 1);
+
+    // Drawer 2: the marker's record; its part filters a row of other case; no title: the file name.
+    const CDrawerInfo& second = *k01.m_arrDrawers[1];
+    EXPECT_EQ(second.m_strName, u"2");
+    EXPECT_EQ(partsText(second.m_arrParts), u"RX-1/R1/继电器/1;");
+    EXPECT_EQ(second.m_strTitleNo, u"S2");
+    EXPECT_TRUE(second.m_strTitleName.IsEmpty());
+    EXPECT_EQ(second.m_arrDwgBoms[0]->Labels, (CStringArray{u"2HL"}));
+
+    const CReferSourceGroupInfo& k02 = *g_arrReferGroups[1];
+    EXPECT_EQ(k02.m_strName, u"K02");
+    EXPECT_TRUE(k02.m_arrDrawers.IsEmpty());
+    EXPECT_EQ(partsText(k02.m_arrParts), u"X1/E1/N1/3;");
+    EXPECT_EQ(k02.m_strTitleNo, u"S-003");
+    EXPECT_EQ(k02.m_arrDwgBoms[0]->Labels, (CStringArray{u"3KA"}));
+
+    // One master symbol: count once; no master: count twice. No drawing: no rows and no titles.
+    EXPECT_EQ(partsText(g_arrReferGroups[2]->m_arrParts), u"AD16/L1/指示灯/1;");
+    EXPECT_EQ(partsText(g_arrReferGroups[3]->m_arrParts), u"AD16/L1/指示灯/2;");
+    EXPECT_TRUE(g_arrReferGroups[3]->m_arrDwgBoms.IsEmpty());
+    EXPECT_TRUE(g_arrReferGroups[3]->m_strTitleNo.IsEmpty());
+    EXPECT_EQ(g_arrReferGroups[4]->m_strName, u"K05");
+    EXPECT_EQ(g_arrReferGroups[5]->m_strName, u"K05");
+    EXPECT_EQ(g_arrReferGroups[5]->m_strUse, u"备用二");
+}
+
+TEST_F(AssemblyTest, ScanAddsTheMarkerToCircuitBlocksOnlyWhereItIsMissing) {
+    layOutStation();
+    const CString primary = station() + u"一次系统图.dwg";
+    QxScanPrimaryDiagram(station());
+    ASSERT_TRUE(QxIsDwgOpen(primary));
+    AcDbDatabase* database = nullptr;
+    ASSERT_FALSE(QxOpenDwgDatabase(primary, 1, database));  // the editor's document holds it
+
+    const auto added = markersOf(database, u"CIR_A");
+    ASSERT_EQ(added.size(), 1u);
+    const AcDbPolyline& marker = *added[0];
+    AcGePoint2d p0, p1;
+    double bulge = 0, start = 0, end = 0;
+    marker.getPointAt(0, p0);
+    marker.getPointAt(1, p1);
+    marker.getBulgeAt(1, bulge);
+    marker.getWidthsAt(0, start, end);
+    EXPECT_EQ(p0.x, 9.5);  // the block's origin is (10, 20)
+    EXPECT_EQ(p1.x, 10.5);
+    EXPECT_EQ(p0.y, 20.0);
+    EXPECT_EQ(bulge, 1.0);
+    EXPECT_EQ(start, 2.0);
+    EXPECT_EQ(end, 2.0);
+    EXPECT_EQ(marker.layer(), u"0");
+    EXPECT_EQ(marker.colorIndex(), 1);
+    EXPECT_EQ(marker.visibility(), AcDb::kInvisible);
+
+    EXPECT_EQ(markersOf(database, u"CIR_B").size(), 1u);      // had one
+    EXPECT_EQ(markersOf(database, u"CIR_PLAIN").size(), 1u);  // K02 and both K05 share it
+    EXPECT_TRUE(markersOf(database, u"SYMBOL").empty());      // symbols carry no marker
+    EXPECT_EQ(acDocManagerPtr()->mdiActiveDocument()->lockCount(), 0);
+    // The file on disk is not written.
+    EXPECT_EQ(m_folder.readFile("Station/一次系统图.dwg"), AssemblyFixture("primary.dxf"));
+}
+
+TEST_F(AssemblyTest, FolderWithoutOneDrawingKeepsTheGroupsOfTheLastScan) {
+    layOutStation();
+    QxScanPrimaryDiagram(station());
+    ASSERT_EQ(g_arrReferGroups.GetSize(), 6);
+    CReferSourceGroupInfo* const kept = g_arrReferGroups[0];
+
+    m_folder.makeFolder("Empty");
+    QxScanPrimaryDiagram(m_folder.logic() + u"Empty\\");
+    QxScanPrimaryDiagram(m_folder.logic() + u"Missing\\");
+    m_folder.writeFile("Two/a.dwg", AssemblyFixture("primary.dxf"));
+    m_folder.writeFile("Two/B.DWG", AssemblyFixture("primary.dxf"));
+    m_folder.writeFile("Dxf/a.dxf", AssemblyFixture("primary.dxf"));  // no "*.dwg": no drawing
+    QxScanPrimaryDiagram(m_folder.logic() + u"Two\\");
+    QxScanPrimaryDiagram(m_folder.logic() + u"Dxf\\");
+    EXPECT_EQ(g_arrReferGroups.GetSize(), 6);
+    EXPECT_EQ(g_arrReferGroups[0], kept);
+    EXPECT_EQ(g_arrCircuits.GetSize(), 7);
+}
+
+TEST_F(AssemblyTest, ScanRestoresTheWorkingDatabaseAndCurrentDocument) {
+    layOutStation();
+    const CString primary = station() + u"一次系统图.dwg";
+    AcApDocument* untitled = acDocManagerPtr()->curDocument();
+    AcApDocument* opened = acDocManagerPtr()->openDocument(primary);
+    ASSERT_NE(opened, nullptr);
+    acDocManagerPtr()->setCurDocument(untitled, AcAp::kNone, true);
+    AcDbDatabase elsewhere;
+    acdbHostApplicationServices()->setWorkingDatabase(&elsewhere);
+
+    QxScanPrimaryDiagram(station());
+    EXPECT_EQ(g_arrReferGroups.GetSize(), 6);
+    EXPECT_EQ(acDocManagerPtr()->curDocument(), untitled);
+    EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), &elsewhere);
+    acdbHostApplicationServices()->setWorkingDatabase(nullptr);
+}
+
+TEST_F(AssemblyTest, UnreadablePrimaryDrawingEmptiesTheArraysAndRestoresEverything) {
+    layOutStation();
+    QxScanPrimaryDiagram(station());
+    ASSERT_FALSE(g_arrReferGroups.IsEmpty());
+    acDocManagerPtr()->reset();
+    AcApDocument* untitled = acDocManagerPtr()->curDocument();
+
+    m_folder.writeFile("Broken/broken.dwg", "AC1032 binary junk\0\x01\x02");
+    QxScanPrimaryDiagram(m_folder.logic() + u"Broken\\");
+    EXPECT_TRUE(g_arrReferGroups.IsEmpty());
+    EXPECT_TRUE(g_arrCircuits.IsEmpty());
+    EXPECT_EQ(acDocManagerPtr()->curDocument(), untitled);
+    EXPECT_EQ(acDocManagerPtr()->documentCount(), 1);
+    EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), untitled->database());
+}
+
+TEST_F(AssemblyTest, ReferDrawingNeedsOneExistingFile) {
+    layOutStation();
+    CDrawerInfo drawer;
+    drawer.m_strTitleNo = u"kept";
+    drawer.m_strDrawing = station() + u"Secondary\\S1.dwg|" + station() + u"Secondary\\S2.dwg";
+    QxReadReferDrawing(drawer);
+    drawer.m_strDrawing = station() + u"Secondary\\";
+    QxReadReferDrawing(drawer);
+    EXPECT_TRUE(drawer.m_arrDwgBoms.IsEmpty());
+    EXPECT_EQ(drawer.m_strTitleNo, u"kept");
+
+    // Read twice: the rows are replaced, not added. The filter compares code and type ignoring case.
+    auto* part = new CReferSourcePartBomInfo;
+    part->m_strType = u"rx-1";
+    part->m_strCode = u"r1";
+    drawer.m_arrParts.Add(part);
+    drawer.m_strDrawing = station() + u"Secondary\\S1.dwg";
+    QxReadReferDrawing(drawer);
+    QxReadReferDrawing(drawer);
+    ASSERT_EQ(drawer.m_arrDwgBoms.GetSize(), 1);
+    EXPECT_EQ(drawer.m_arrDwgBoms[0]->Labels, (CStringArray{u"1QF"}));
+    EXPECT_EQ(drawer.m_arrDwgBoms[0]->Path, drawer.m_strDrawing);
+
+    // A drawing that does not open gives no rows, and its file name stands in for the titles.
+    m_folder.writeFile("Station/Secondary/Broken.dwg", "AC1032 not DXF");
+    drawer.m_strDrawing = station() + u"Secondary\\Broken.dwg";
+    QxReadReferDrawing(drawer);
+    ASSERT_EQ(drawer.m_arrDwgBoms.GetSize(), 1);
+    EXPECT_TRUE(drawer.m_arrDwgBoms[0]->Labels.IsEmpty());
+    EXPECT_EQ(drawer.m_strTitleNo, u"Broken");
+    EXPECT_TRUE(drawer.m_strTitleName.IsEmpty());
+}

@@ -1,0 +1,257 @@
+// The BOM arrays of a device: its own drawings' rows, the groups its cabinet numbers name, the add, removal
+// and skip rules, and each failure of the cabinet equality check with its message.
+#include "AssemblyFixtures.h"
+#include "common/CapturedOutput.h"
+#include "drawing/assembly/PrimaryScan.h"
+#include "drawing/merge/CabinetCheck.h"
+#include "drawing/merge/DeviceBomMerge.h"
+
+#include <vector>
+
+namespace {
+
+struct PartSpec {
+    PartSpec(CString t, CString n, CString c, CString k = {}) : type(t), name(n), count(c), code(k) {}
+    CString type, name, count, code;
+};
+struct RowSpec {
+    RowSpec(CString n, CString t, CString c) : name(n), type(t), count(c) {}
+    CString name, type, count;
+};
+
+void addParts(CDrawerInfo& target, const std::vector<PartSpec>& parts) {
+    for (const PartSpec& spec : parts) {
+        auto* part = new CReferSourcePartBomInfo;
+        part->m_strType = spec.type;
+        part->m_strName = spec.name;
+        part->m_strCount = spec.count;
+        part->m_strCode = spec.code.IsEmpty() ? spec.type : spec.code;
+        target.m_arrParts.Add(part);
+    }
+}
+
+void addRows(CDrawerInfo& target, const std::vector<RowSpec>& rows) {
+    auto* bom = new CBomOfDwg;
+    bom->Path = target.m_strDrawing;
+    for (const RowSpec& row : rows) {
+        bom->Names.Add(row.name);
+        bom->Types.Add(row.type);
+        bom->Counts.Add(row.count);
+        bom->Codes.Add(row.type);
+        bom->Labels.Add(u"L");
+    }
+    target.m_arrDwgBoms.Add(bom);
+}
+
+CReferSourceGroupInfo& addGroup(const CString& name, const std::vector<PartSpec>& parts = {},
+                                const std::vector<RowSpec>& rows = {}) {
+    auto* group = new CReferSourceGroupInfo;
+    group->m_strName = name;
+    group->m_strDrawing = u"D:\\s.dwg";
+    addParts(*group, parts);
+    if (!rows.empty()) addRows(*group, rows);
+    g_arrReferGroups.Add(group);
+    return *group;
+}
+
+CDrawerInfo& addDrawer(CReferSourceGroupInfo& group, const CString& name, const std::vector<PartSpec>& parts,
+                       const std::vector<RowSpec>& rows = {}) {
+    auto* drawer = new CDrawerInfo;
+    drawer->m_strName = name;
+    drawer->m_strDrawing = u"D:\\s\\" + name + u".dwg";
+    addParts(*drawer, parts);
+    if (!rows.empty()) addRows(*drawer, rows);
+    group.m_arrDrawers.Add(drawer);
+    return *drawer;
+}
+
+BOM_INFO row(const CString& name, const CString& model, const CString& count, const CString& code = u"",
+             const CString& label = u"") {
+    BOM_INFO info;
+    info.m_strRowLabel = label;
+    info.m_strRowName = name;
+    info.m_strRowModel = model;
+    info.m_strRowCount = count;
+    info.m_strRowCode = code;
+    return info;
+}
+
+CString rowsText(const BomRows& rows) {
+    CString text;
+    for (const BOM_INFO& r : rows) text += r.m_strRowName + u"/" + r.m_strRowModel + u"/" + r.m_strRowCount + u";";
+    return text;
+}
+
+class DeviceMergeTest : public AssemblyTest {
+protected:
+    HMProjectTree_INFO node;
+    CapturedOutput output;
+
+    CString message(const char16_t* format) const { return QxFormat(format, CString(u"K01"), CString(u"K02")); }
+};
+
+} // namespace
+
+TEST_F(DeviceMergeTest, CabinetListsOfEitherCommaMergeTheFirstGroupOnce) {
+    addGroup(u"K01", {{u"T1", u"n1", u"1"}}, {{u"s", u"S", u"1"}});
+    addGroup(u"K02", {{u"T1", u"n1", u"1", u"other code"}}, {{u"s", u"S", u"9"}});
+    addGroup(u"K03", {{u"T9", u"n9", u"1"}});
+    for (const char16_t* numbers : {u"K01，K02", u"K01,K02", u"K01,K01", u"K02,K01,"}) {
+        HMProjectTree_INFO device;
+        device.m_strCirNo = numbers;
+        EXPECT_TRUE(QxMergeDeviceBom(&device)) << CString(numbers);
+        // Counts are those of one cabinet; drawing rows that differ do not fail the check.
+        EXPECT_EQ(rowsText(device.m_arrPrimaryBom), u"n1/T1/1;");
+        EXPECT_EQ(device.m_nCabCount, CString(numbers) == u"K02,K01," ? 3 : 2);
+    }
+    EXPECT_TRUE(output.boxes.empty());
+    EXPECT_FALSE(g_bBomCheckFailed);
+
+    // The whole text is a name too; a name that no group has merges nothing and passes.
+    addGroup(u"K05,K06", {{u"T5", u"n5", u"1"}});
+    node.m_strCirNo = u"K05,K06";
+    EXPECT_TRUE(QxMergeDeviceBom(&node));
+    EXPECT_EQ(rowsText(node.m_arrPrimaryBom), u"n5/T5/1;");
+    HMProjectTree_INFO none;
+    none.m_strCirNo = u"K99";
+    EXPECT_TRUE(QxMergeDeviceBom(&none));
+    EXPECT_TRUE(none.m_arrPrimaryBom.IsEmpty());
+    EXPECT_EQ(none.m_nCabCount, 1);
+}
+
+TEST_F(DeviceMergeTest, OwnRowsWinOverDrawerRowsAndPartsRemoveOneSecondaryRow) {
+    CReferSourceGroupInfo& group = addGroup(u"K01");
+    addDrawer(group, u"1", {{u"T1", u"n1", u"2"}}, {{u"drawer", u"D", u"1"}});
+    addDrawer(group, u"2", {{u"T1", u"n1", u"3"}}, {{u"drawer", u"D", u"1"}});
+    node.m_strCirNo = u"K01";
+    node.m_arrSecondaryBom.Add(row(u"n1", u"T1", u"1"));
+    node.m_arrSecondaryBom.Add(row(u"own", u"O", u"1"));
+    node.m_arrSecondaryBom.Add(row(u"n1", u"T1", u"1"));
+    node.m_arrSecondaryBom.Add(row(u"n1", u"T1", u"1"));
+    ASSERT_TRUE(QxMergeDeviceBom(&node));
+    EXPECT_EQ(rowsText(node.m_arrPrimaryBom), u"n1/T1/5;");
+    // Each part added removes one row of its name and model, even one of the device's own drawings.
+    EXPECT_EQ(rowsText(node.m_arrSecondaryBom), u"own/O/1;n1/T1/1;");
+}
+
+TEST_F(DeviceMergeTest, WithoutOwnRowsEveryDrawerOfTheGroupAddsItsRows) {
+    CReferSourceGroupInfo& group = addGroup(u"K01", {{u"ignored", u"g", u"1"}}, {{u"ignored", u"g", u"1"}});
+    addDrawer(group, u"1", {}, {{u"a", u"A", u"2"}, {u"b", u"B", u"abc"}});
+    addDrawer(group, u"2", {}, {{u"a", u"A", u"3"}, {u"b", u"B", u"2"}});
+    node.m_strCirNo = u"K01";
+    ASSERT_TRUE(QxMergeDeviceBom(&node));
+    // The group's own parts and rows are ignored once it has drawers; "abc" adds as 0.
+    EXPECT_EQ(rowsText(node.m_arrSecondaryBom), u"a/A/5;b/B/2;");
+    EXPECT_TRUE(node.m_arrPrimaryBom.IsEmpty());
+}
+
+TEST_F(DeviceMergeTest, PlainGroupsOfOneNameFillTheRowsOnceAndAddTheirParts) {
+    addGroup(u"K01", {{u"T1", u"n1", u"1"}}, {{u"r", u"R", u"1"}, {u"r", u"R", u"2"}});
+    addGroup(u"K01", {{u"T1", u"n1", u"2"}, {u"T2", u"n2", u"x"}}, {{u"late", u"L", u"1"}});
+    node.m_strCirNo = u"K01";
+    ASSERT_TRUE(QxMergeDeviceBom(&node));
+    // Rows of a plain group are appended as they are, without adding up.
+    EXPECT_EQ(rowsText(node.m_arrSecondaryBom), u"r/R/1;r/R/2;");
+    // A row the add rule appends keeps its count text as it stands.
+    EXPECT_EQ(rowsText(node.m_arrPrimaryBom), u"n1/T1/3;n2/T2/x;");
+    EXPECT_EQ(node.m_arrPrimaryBom[0].m_strRowCode, u"T1");
+    EXPECT_TRUE(node.m_arrPrimaryBom[0].m_strRowLabel.IsEmpty());
+}
+
+TEST_F(DeviceMergeTest, EachFailureOfTheCheckShowsItsMessageAndRaisesTheFlag) {
+    struct Case {
+        const char16_t* message;
+        std::function<void(CReferSourceGroupInfo&)> change;
+    };
+    const std::vector<Case> cases{
+        {u"屏柜 %s 和屏柜 %s 内容应该一致，但是现在不一致，一次元件条目数量不同，请检查一次系统图。",
+         [](CReferSourceGroupInfo& b) { addParts(b, {{u"T9", u"n9", u"1"}}); }},
+        {u"屏柜 %s 和屏柜 %s 内容应该一致，但是现在不一致，一次元件内容不一样，请检查一次系统图。",
+         [](CReferSourceGroupInfo& b) { b.m_arrParts[0]->m_strCount = u"2"; }},
+        {u"屏柜 %s 和屏柜 %s 内容应该一致，但是现在不一致，关联二次明细文件不同，请检查一次系统图。",
+         [](CReferSourceGroupInfo& b) { b.m_strTitleName = u"other"; }},
+        {u"屏柜 %s 和屏柜 %s 内容应该一致，但是现在不一致，抽屉数量不同，请检查一次系统图。",
+         [](CReferSourceGroupInfo& b) { addDrawer(b, u"3", {}); }},
+        // A second drawer with fewer parts than the first.
+        {u"屏柜 %s 和屏柜 %s 内容应该一致，但是现在不一致，一次元件内容不一样，请检查一次系统图。",
+         [](CReferSourceGroupInfo& b) {
+             CReferSourcePartArray& parts = b.m_arrDrawers[0]->m_arrParts;
+             delete parts[1];
+             parts.RemoveAt(1);
+         }},
+        {u"屏柜 %s 和屏柜 %s 内容应该一致，但是现在不一致，关联二次明细文件不同，请检查一次系统图。",
+         [](CReferSourceGroupInfo& b) { b.m_arrDrawers[1]->m_strDrawing = u"D:\\other.dwg"; }},
+    };
+    for (const Case& c : cases) {
+        QxFreeReferGroups(g_arrReferGroups);
+        for (const char16_t* name : {u"K01", u"K02"}) {
+            CReferSourceGroupInfo& group = addGroup(name, {{u"T1", u"n1", u"1"}});
+            group.m_strTitleNo = u"S-1";
+            group.m_strDrawing = u"D:\\s.dwg";
+            addDrawer(group, u"1", {{u"T1", u"n1", u"1"}, {u"T2", u"n2", u"1"}});
+            addDrawer(group, u"2", {{u"T3", u"n3", u"1"}});
+        }
+        c.change(*g_arrReferGroups[1]);
+        output.boxes.clear();
+        g_bBomCheckFailed = false;
+        HMProjectTree_INFO device;
+        device.m_strCirNo = u"K01,K02";
+        EXPECT_FALSE(QxMergeDeviceBom(&device));
+        ASSERT_EQ(output.boxes.size(), 1u);
+        EXPECT_EQ(output.boxes[0].text, message(c.message));
+        EXPECT_EQ(output.boxes[0].caption, u"Corvane");
+        EXPECT_EQ(output.boxes[0].style, 64u);
+        EXPECT_TRUE(g_bBomCheckFailed);
+        // What the first group merged stays.
+        EXPECT_EQ(device.m_arrPrimaryBom.GetSize(), 3);
+    }
+}
+
+TEST_F(DeviceMergeTest, CheckPassesCodesAndLongerSecondDrawers) {
+    for (const char16_t* name : {u"K01", u"K02"}) {
+        CReferSourceGroupInfo& group = addGroup(name, {});
+        group.m_strTitleNo = u"same";
+        addDrawer(group, u"1", {{u"T1", u"n1", u"1", CString(name)}});
+    }
+    addParts(*g_arrReferGroups[1]->m_arrDrawers[0], {{u"T2", u"n2", u"1"}});
+    EXPECT_TRUE(QxCheckCabinetsEqual(0, 1));
+    EXPECT_FALSE(QxCheckCabinetsEqual(1, 0));
+    EXPECT_EQ(output.boxes.size(), 1u);
+}
+
+TEST_F(DeviceMergeTest, DeviceRowsComeFromItsOwnDrawingsOncePerMergedLabel) {
+    layOutDevice("K01", "K01", false);
+    layOutDevice("K02", "K02", true);
+    BomRows rows;
+    rows.Add(row(u"stale", u"S", u"1"));
+    QxGetDeviceSecondaryRows(station() + u"K01\\K01.prj", rows);
+    // 1KA and 2KA share one table row of count 2: it is taken once.
+    ASSERT_EQ(rows.GetSize(), 2);
+    EXPECT_EQ(rows[0], row(u"继电器", u"RX-1", u"2", u"R1", u"1KA"));
+    EXPECT_EQ(rows[1], row(u"断路器", u"NSX100", u"1", u"C100", u"4QF"));
+
+    // Only the row taken just before is compared: a row between lets the repeat through.
+    QxGetDeviceSecondaryRows(station() + u"K02\\K02.prj", rows);
+    EXPECT_EQ(rowsText(rows), u"继电器/RX-1/2;继电器/RX-2/1;继电器/RX-1/2;断路器/NSX100/1;");
+
+    QxGetDeviceSecondaryRows(station() + u"K09\\K09.prj", rows);
+    EXPECT_TRUE(rows.IsEmpty());
+}
+
+TEST_F(DeviceMergeTest, ScannedProjectGivesTheDeviceItsRows) {
+    layOutStation();
+    layOutDevice("K01", "K01", false);
+    QxScanPrimaryDiagram(station());
+    node.m_strCirNo = u"K01";
+    QxGetDeviceSecondaryRows(station() + u"K01\\K01.prj", node.m_arrSecondaryBom);
+    ASSERT_TRUE(QxMergeDeviceBom(&node));
+    EXPECT_EQ(rowsText(node.m_arrPrimaryBom), u"断路器/NSX100/1;互感器/CT-1/1;继电器/RX-1/1;");
+    // The device's own rows keep the drawers' rows out; the primary parts each remove one.
+    EXPECT_TRUE(node.m_arrSecondaryBom.IsEmpty());
+
+    HMProjectTree_INFO k02;
+    k02.m_strCirNo = u"K02";
+    ASSERT_TRUE(QxMergeDeviceBom(&k02));
+    EXPECT_EQ(rowsText(k02.m_arrSecondaryBom), u"继电器/RX-1/1;");
+    EXPECT_EQ(rowsText(k02.m_arrPrimaryBom), u"N1/X1/3;");
+}

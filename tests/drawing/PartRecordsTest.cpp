@@ -1,0 +1,250 @@
+// Part records of drawings: the groups of a label record and what they inherit, which rows count, the
+// merge by location and label across drawings, components, and the drawing's location.
+#include "AssemblyFixtures.h"
+#include "drawing/bom/BomTableKeys.h"
+#include "drawing/model/DrawingBuilder.h"
+#include "drawing/parts/DwgLocation.h"
+#include "drawing/parts/GetPartInfo.h"
+#include "drawing/parts/RecordGroups.h"
+
+#include <optional>
+
+namespace {
+
+struct RowSpec {
+    CString label = u"1KA";
+    std::optional<CString> number = CString(u"1");
+    CString type = u"RX-1";
+    std::optional<CString> code = CString(u"R1");
+    CString name = u"继电器";
+    CString count = u"1";
+    CString note = u" ";
+    std::optional<CString> location;
+    std::optional<CStringArray> labelLines = CStringArray{u"标号:1KA"};
+    std::optional<CStringArray> componentLines;
+};
+
+// A table row anchored in its label cell, every link with its back link.
+AcDbObjectId addRow(DrawingBuilder& builder, const RowSpec& spec) {
+    const AcDbObjectId anchor = builder.addMText(spec.label, {0, 0, 0});
+    builder.setXDataStrings(anchor, QXBOM_LABEL, {spec.label});
+    auto link = [&](const CString& text, const char16_t* forward, const char16_t* back) {
+        const AcDbObjectId cell = builder.addMText(text, {0, 0, 0});
+        builder.setXDataLinks(anchor, forward, {cell});
+        builder.setXDataLinks(cell, back, {anchor});
+        return cell;
+    };
+    if (spec.number) link(*spec.number, QXBOM_LABEL_NOHANDLE, QXBOM_NO_LABELHANDLE);
+    const AcDbObjectId type = link(spec.type, QXBOM_LABEL_TYPEHANDLE, QXBOM_TYPE_LABELHANDLE);
+    if (spec.code) builder.setXDataStrings(type, QXBOM_CODE, {*spec.code});
+    builder.setXDataStrings(type, QXBOM_PRICE, {u"9.5"});
+    builder.setXDataStrings(type, QXBOM_DEVICETYPE, {u"继电器类"});
+    link(spec.name, QXBOM_LABEL_NAMEHANDLE, QXBOM_NAME_LABELHANDLE);
+    link(spec.count, QXBOM_LABEL_COUNTHANDLE, QXBOM_COUNT_LABELHANDLE);
+    link(spec.note, QXBOM_LABEL_NOTEHANDLE, QXBOM_NOTE_LABELHANDLE);
+    if (spec.location) link(*spec.location, QXBOM_LABEL_LOCATIONHANDLE, QXBOM_LOCATION_LABELHANDLE);
+    auto textRecord = [&](const char16_t* name, const CStringArray& lines) {
+        ResItems items;
+        for (const CString& line : lines) items.push_back(ResItem::text(1, line));
+        builder.addXrecord(anchor, name, items);
+    };
+    if (spec.labelLines) textRecord(u"QXBOM_LABEL", *spec.labelLines);
+    if (spec.componentLines) textRecord(u"QXBOM_COMPONENT", *spec.componentLines);
+    return anchor;
+}
+
+struct PartsOf {
+    CPartBomDataBaseArray parts;
+    ~PartsOf() { QxFreePartBoms(parts); }
+    bool read(DrawingBuilder& builder, const CString& path = u"X:\\d.dwg", const CString& location = u"+A1") {
+        return CGetPartInfo().GetPartsOfDatabase(&builder.database(), path, 1, location, parts);
+    }
+};
+
+} // namespace
+
+TEST(RecordGroupsTest, GroupsOpenAtEachLabelAndInheritWhatTheyDoNotState) {
+    const RecordGroups groups = QxSplitRecordGroups(
+        {u"序号:7", u"板号:B1", u"标号:1KA", u"其他:x", u"板号:B2", u"合并过的标号数组:A", u"标号:2KA", u"序号:8",
+         u"合并过的标号数组:B"},
+        LabelRecordKeys());
+    ASSERT_EQ(groups.groups.size(), 3u);
+    // A first line other than a label: the label is empty when the next label closes the group.
+    EXPECT_EQ(groups.groups[0][kLabel], u"");
+    EXPECT_EQ(groups.groups[0][kSeqNo], u"7");
+    EXPECT_EQ(groups.groups[1][kLabel], u"1KA");
+    EXPECT_EQ(groups.groups[1][kBoardNo], u"B2");
+    EXPECT_EQ(groups.groups[2][kLabel], u"2KA");
+    EXPECT_EQ(groups.groups[2][kBoardNo], u"B2");
+    EXPECT_EQ(groups.groups[2][kSeqNo], u"8");
+    EXPECT_EQ(groups.last[kMergedLabels], u"B");
+
+    EXPECT_TRUE(QxSplitRecordGroups({}, LabelRecordKeys()).groups.empty());
+    // A label on the last line closes the group before it and then its own.
+    const RecordGroups closing = QxSplitRecordGroups({u"标号:A", u"名称:n", u"标号:B"}, ComponentRecordKeys());
+    ASSERT_EQ(closing.groups.size(), 2u);
+    EXPECT_EQ(closing.groups[1][kComponentLabel], u"B");
+    EXPECT_EQ(closing.groups[1][kComponentName], u"n");
+}
+
+TEST(PartRecordsTest, LabelGroupsBecomeRecordsWithTheRowsFields) {
+    DrawingBuilder builder;
+    RowSpec spec;
+    spec.number = u"ZZ12";
+    spec.note = u"备注";
+    spec.labelLines = CStringArray{u"标号:1KA", u"序号:3", u"板号:B1", u"接线图章组件:STAMP::", u"合并过的标号数组:1KA,2KA",
+                       u"标号:2KA", u"元件顺序号:9", u"标号: "};
+    const AcDbObjectId anchor = addRow(builder, spec);
+    PartsOf read;
+    ASSERT_TRUE(read.read(builder));
+    ASSERT_EQ(read.parts.GetSize(), 2);  // the label " " is passed over
+
+    const CPartBomDataBase& first = *read.parts[0];
+    EXPECT_EQ(first.Location, u"+A1");
+    EXPECT_EQ(first.Label, u"1KA");
+    EXPECT_EQ(first.MergedLabels, u"1KA,2KA");
+    EXPECT_EQ(first.SeqNo, u"3");
+    EXPECT_EQ(first.ElementOrderNo, u"3");  // empty: the sequence number
+    EXPECT_EQ(first.WireStampBlock, u"STAMP");
+    ASSERT_EQ(first.PartBoms.GetSize(), 1);
+    const COnePartBom& row = *first.PartBoms[0];
+    EXPECT_EQ(row.No, u"12");
+    EXPECT_EQ(row.Type, u"RX-1");
+    EXPECT_EQ(row.Code, u"R1");
+    EXPECT_EQ(row.Price, u"9.5");
+    EXPECT_EQ(row.DeviceType, u"继电器类");
+    EXPECT_EQ(row.Note, u"备注");
+    EXPECT_EQ(row.Label, u"1KA");
+    EXPECT_EQ(row.Handle, anchor.handle().text());
+    EXPECT_EQ(row.Path, u"X:\\d.dwg");
+    EXPECT_EQ(row.PathFlag, 1);
+    EXPECT_EQ(row.DwgLocation, u"+A1");
+
+    const CPartBomDataBase& second = *read.parts[1];
+    EXPECT_EQ(second.Label, u"2KA");
+    EXPECT_EQ(second.BoardNo, u"B1");  // inherited
+    EXPECT_EQ(second.ElementOrderNo, u"9");
+    EXPECT_EQ(second.PartBoms[0]->Label, u"2KA");
+}
+
+TEST(PartRecordsTest, RowsCountOnlyWithALinkedNumberOfDigits) {
+    DrawingBuilder builder;
+    RowSpec spec;
+    for (const char16_t* number : {u"A12", u"", u"Z", u"1.5"}) {
+        spec.number = CString(number);
+        addRow(builder, spec);
+    }
+    spec.number.reset();  // no number link at all
+    addRow(builder, spec);
+    PartsOf read;
+    read.read(builder);
+    EXPECT_TRUE(read.parts.IsEmpty());
+
+    // A row that counts but has no label record gives no record either.
+    spec.number = u"5";
+    spec.labelLines.reset();
+    addRow(builder, spec);
+    read.read(builder);
+    EXPECT_TRUE(read.parts.IsEmpty());
+}
+
+TEST(PartRecordsTest, SameRowOnceAndTheLocationCellMovesTheDevice) {
+    DrawingBuilder builder;
+    RowSpec spec;
+    spec.code.reset();  // no code: the part record does not take the type instead
+    addRow(builder, spec);
+    spec.count = u"7";  // only count differs: the same row, the first stays
+    addRow(builder, spec);
+    spec.type = u"rx-1";
+    addRow(builder, spec);  // type differs only in case: the same row
+    spec.note = u"另";
+    addRow(builder, spec);  // another note: another row
+    spec.location = u"+B2";
+    addRow(builder, spec);
+    PartsOf read;
+    read.read(builder);
+    ASSERT_EQ(read.parts.GetSize(), 2);
+    ASSERT_EQ(read.parts[0]->PartBoms.GetSize(), 2);
+    EXPECT_EQ(read.parts[0]->PartBoms[0]->Count, u"1");
+    EXPECT_TRUE(read.parts[0]->PartBoms[0]->Code.IsEmpty());
+    EXPECT_EQ(read.parts[0]->PartBoms[1]->Note, u"另");
+    EXPECT_EQ(read.parts[1]->Location, u"+B2");
+    EXPECT_EQ(read.parts[1]->PartBoms[0]->DwgLocation, u"+A1");
+}
+
+TEST(PartRecordsTest, ComponentsLandOnTheFirstRowOfTheirLabel) {
+    DrawingBuilder builder;
+    RowSpec spec;
+    spec.componentLines = CStringArray{u"标号:1KA", u"名称:线圈", u"编码:C1", u"型号:T1", u"数量:2", u"标号:9XX", u"名称:无主"};
+    addRow(builder, spec);
+    spec.type = u"RX-2";
+    spec.componentLines = CStringArray{u"标号:1KA", u"名称:触点"};
+    addRow(builder, spec);
+    PartsOf read;
+    read.read(builder);
+    ASSERT_EQ(read.parts.GetSize(), 1);
+    ASSERT_EQ(read.parts[0]->PartBoms.GetSize(), 2);
+    const auto& components = read.parts[0]->PartBoms[0]->Components;
+    ASSERT_EQ(components.GetSize(), 2);  // the one of label 9XX is dropped
+    EXPECT_EQ(components[0]->Name, u"线圈");
+    EXPECT_EQ(components[0]->Type, u"T1");
+    EXPECT_EQ(components[0]->Code, u"C1");
+    EXPECT_EQ(components[0]->Count, u"2");
+    EXPECT_EQ(components[1]->Name, u"触点");
+    EXPECT_TRUE(components[1]->Type.IsEmpty());  // each cell's record starts afresh
+    EXPECT_TRUE(read.parts[0]->PartBoms[1]->Components.IsEmpty());
+}
+
+TEST(DwgLocationTest, TheItemBehindTheCaption) {
+    DrawingBuilder builder;
+    CString location = u"stale";
+    QxGetDwgLocation(&builder.database(), location);
+    EXPECT_TRUE(location.IsEmpty());
+    QxGetDwgLocation(nullptr, location);
+    EXPECT_TRUE(location.IsEmpty());
+
+    const AcDbObjectId own = builder.namedDictionary(QX_DWG_DICITIONARY);
+    const AcDbObjectId record =
+        builder.addXrecordTo(own, QX_LOCATION_XRECORD, DrawingBuilder::TextItems(1, {u"x", u"安装 位 置", u"+A1", u"位置", u"+B"}));
+    QxGetDwgLocation(&builder.database(), location);
+    EXPECT_EQ(location, u"+A1");
+
+    AcDbObjectPointer<AcDbXrecord> changed(record, AcDb::kForWrite);
+    changed->setItems(DrawingBuilder::TextItems(1, {u"x", u"位置"}));  // the caption ends the record
+    QxGetDwgLocation(&builder.database(), location);
+    EXPECT_TRUE(location.IsEmpty());
+}
+
+TEST_F(AssemblyTest, PartsOfSeveralDrawingsMergeByLocationAndLabel) {
+    m_folder.writeFile("d/A.dwg", AssemblyFixture("device_a.dxf"));
+    m_folder.writeFile("d/B.dwg", AssemblyFixture("device_b.dxf"));
+    m_folder.writeFile("d/broken.dwg", "not a drawing");
+    const CString folder = m_folder.logic() + u"d\\";
+    CPartBomDataBaseArray parts;
+    EXPECT_FALSE(CGetPartInfo().GetPartsOfDwgs({}, parts));
+    ASSERT_TRUE(CGetPartInfo().GetPartsOfDwgs({folder + u"A.dwg", folder + u"broken.dwg", folder + u"B.dwg"}, parts));
+
+    ASSERT_EQ(parts.GetSize(), 3);
+    EXPECT_EQ(parts[0]->Label, u"1KA");
+    EXPECT_EQ(parts[0]->Location, u"+A1");
+    EXPECT_EQ(parts[1]->Label, u"2KA");
+    EXPECT_EQ(parts[1]->WireStampBlock, u"STAMP");  // inherited from the 1KA group
+    EXPECT_EQ(parts[2]->Label, u"4QF");
+    EXPECT_EQ(parts[2]->Location, u"+B2");
+
+    // The later drawing adds its row to the earlier drawing's device, and its component lands on the
+    // earlier drawing's row.
+    ASSERT_EQ(parts[0]->PartBoms.GetSize(), 2);
+    const COnePartBom& early = *parts[0]->PartBoms[0];
+    EXPECT_EQ(early.Path, folder + u"A.dwg");
+    EXPECT_EQ(early.No, u"1");
+    EXPECT_EQ(early.Price, u"12.5");
+    EXPECT_EQ(parts[0]->PartBoms[1]->Path, folder + u"B.dwg");
+    EXPECT_EQ(parts[0]->PartBoms[1]->Type, u"RX-2");
+    ASSERT_EQ(early.Components.GetSize(), 2);
+    EXPECT_EQ(early.Components[1]->Name, u"触点");
+    EXPECT_EQ(early.Components[1]->Count, u"4");
+
+    QxFreePartBoms(parts);
+    EXPECT_TRUE(parts.IsEmpty());
+}
