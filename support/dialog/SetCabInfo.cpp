@@ -14,12 +14,6 @@ constexpr int kCabinetNumberColumn = 1;
 
 } // namespace
 
-const char16_t* const QxCabInfoTemplate::kCaption = u"屏柜属性设置";
-const char16_t* const QxCabInfoTemplate::kListLabel = u"屏柜列表";
-const char16_t* const QxCabInfoTemplate::kOkText = u"确定";
-const char16_t* const QxCabInfoTemplate::kCancelText = u"取消";
-const char16_t* const QxCabInfoTemplate::kHeadings[5] = {u"设备名称", u"柜编号", u"柜名称", u"柜型号", u"柜体尺寸"};
-
 CString QxCabinetNumberBase(const CString& circuitNumber) {
     const int open = circuitNumber.Find(u'(');
     if (open > 0 && circuitNumber.Find(u')', 1) >= 0) return circuitNumber.Left(open);

@@ -12,11 +12,11 @@ struct QxCabInfoTemplate {
     static constexpr int kListId = 110;
     static constexpr int kListWidthUnits = 338;
     static constexpr int kListHeightUnits = 115;
-    static const char16_t* const kCaption;
-    static const char16_t* const kListLabel;
-    static const char16_t* const kOkText;
-    static const char16_t* const kCancelText;
-    static const char16_t* const kHeadings[5];
+    static constexpr const char16_t* kCaption = u"屏柜属性设置";
+    static constexpr const char16_t* kListLabel = u"屏柜列表";
+    static constexpr const char16_t* kOkText = u"确定";
+    static constexpr const char16_t* kCancelText = u"取消";
+    static constexpr const char16_t* kHeadings[5] = {u"设备名称", u"柜编号", u"柜名称", u"柜型号", u"柜体尺寸"};
 };
 
 class QX_API CSetCabInfo : public CAdUiBaseDialog {
