@@ -19,7 +19,16 @@ CSortedListCtrl::CSortedListCtrl(bool sortable, bool ownsItemData)
 // The window goes: the items' data first (as each item's deletion notice does), then the column records.
 CSortedListCtrl::~CSortedListCtrl() { DeleteAllItems(); }
 
+// A new window: whatever an earlier run of the dialog left goes.
 void CSortedListCtrl::Create(CMessageWnd* parent, int windowWidth, int windowHeight) {
+    DeleteAllItems();
+    m_columns.clear();
+    m_records.clear();
+    m_textEditor.reset();
+    m_dropDown.reset();
+    m_editRow = m_editColumn = -1;
+    m_scrollX = 0;
+    m_needsPaint = false;
     m_parent = parent;
     m_windowWidth = std::max(windowWidth, 4);
     m_windowHeight = std::max(windowHeight, 4);
