@@ -42,6 +42,7 @@ bool CSetCabInfo::OnInitDialog() {
 void CSetCabInfo::prepareList() {
     m_listCtrl.Create(this, horizontalPixels(QxCabInfoTemplate::kListWidthUnits),
                       verticalPixels(QxCabInfoTemplate::kListHeightUnits));
+    m_listCtrl.SetExtendedStyle(LVS_EX_FULLROWSELECT | LVS_EX_HEADERDRAGDROP);
     const int width = (m_listCtrl.GetWindowRect().Width() - 15) / kColumnCount - 1;
     const auto& headings = QxCabInfoTemplate::kHeadings;
     m_listCtrl.InsertColumn(0, headings[0], LVCFMT_LEFT, width, 0, QX_CELL_READONLY);

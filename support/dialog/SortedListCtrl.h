@@ -23,6 +23,7 @@ struct tagSUBITEMINFO {
 };
 
 enum : int { LVCFMT_LEFT = 0, LVCFMT_RIGHT = 1, LVCFMT_CENTER = 2 };
+enum : unsigned { LVS_EX_HEADERDRAGDROP = 0x10, LVS_EX_FULLROWSELECT = 0x20 };
 
 struct LVCOLUMN {
     CString pszText;
@@ -61,6 +62,9 @@ public:
     void Create(CMessageWnd* parent, int windowWidth, int windowHeight);
     CRect GetWindowRect() const { return {0, 0, m_windowWidth, m_windowHeight}; }
     CRect GetClientRect() const { return {0, 0, m_windowWidth - 4, m_windowHeight - 4}; }
+    // Kept as the window keeps it; the terminal shows every row whole and columns in their own order.
+    void SetExtendedStyle(unsigned style) { m_extendedStyle = style; }
+    unsigned GetExtendedStyle() const { return m_extendedStyle; }
 
     // Columns. A failed insert gives -1 and makes no column record.
     int InsertColumn(int column, const LVCOLUMN& description, int kind, const CStringArray* choices = nullptr);
@@ -190,4 +194,5 @@ private:
     int m_selectionMark = -1;
     bool m_needsPaint = false;
     bool m_hasFocus = false;
+    unsigned m_extendedStyle = 0;
 };
