@@ -139,3 +139,18 @@ TEST_F(TerminalDialog, AtATerminalThePersonIsPromptedAndSeesTheOpenEditor) {
     EXPECT_NE(shown().find("Editing row 1, column 2: [A1], entries:  1) "), std::string::npos);
     EXPECT_NE(shown().find("PICK N"), std::string::npos);
 }
+
+TEST_F(TerminalDialog, OddLinesAndBracketedNumbersNeverBreakTheDialog) {
+    circuits.add(u"(");
+    circuits.add(u")(");
+    circuits.add(u"A(()");
+    circuits.add(u"");
+    project.add(u"");
+    project.add(u"(", u")");
+    run({u"", u"PICK", u"PICK x", u"=", u"1", u"1 ", u" 1 2 ()", u"2 2\t(", u"99999999 2 x", u"1 2 A(", u"\x01\x02",
+         u"pick 1", u"1 2", u"PICK 4", u"UP"});
+    EXPECT_TRUE(dialog.HasEnded());  // the end of input cancelled it
+    EXPECT_EQ(dialog.GetListCtrl().GetColumnInfo(1).arrChoices, (CStringArray{u"(", u")(", u"A", u""}));
+    EXPECT_EQ(dialog.GetListCtrl().GetItemText(0, 1), u"");
+    EXPECT_EQ(project.device(1).m_strCirNo, u")");
+}
