@@ -2,6 +2,7 @@
 // (or typed at its prompt), shows what the module prints and asks, and unloads the module at the end.
 #include "CommandRunner.h"
 #include "ModuleLoader.h"
+#include "TerminalDialogs.h"
 #include "platform/InstallPath.h"
 #include "platform/host/Prompts.h"
 #include "project/folders/TemplateDrawing.h"
@@ -48,6 +49,7 @@ int main(int argc, char** argv) {
     if (yes) SetConsoleYesNoAnswer(true);
     if (no) SetConsoleYesNoAnswer(false);
     prepareInstallFolder();
+    InstallTerminalDialogs();
 
     if (modulePath.empty()) modulePath = DefaultModulePath(argv[0]);
     ModuleLoader module(modulePath);

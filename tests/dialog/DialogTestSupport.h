@@ -1,0 +1,109 @@
+// What the dialog's suites share: circuits of a scan, a project with devices, a parent window that records
+// the list's messages, and a window system that clicks cells and paints as a window would.
+#pragma once
+
+#include "drawing/ExtractionState.h"
+#include "project/ProjectTree.h"
+#include "support/dialog/SortedListCtrl.h"
+
+#include <vector>
+
+// Circuits in g_arrCircuits for the length of one test.
+class ScannedCircuits {
+public:
+    ScannedCircuits() { QxFreeCircuits(g_arrCircuits); }
+    ~ScannedCircuits() { QxFreeCircuits(g_arrCircuits); }
+    ScannedCircuits(const ScannedCircuits&) = delete;
+    ScannedCircuits& operator=(const ScannedCircuits&) = delete;
+
+    void add(const CString& number, const CString& use = {}, const CString& type = {}, const CString& voltage = {}) {
+        auto* circuit = new CCir1Attrubute;
+        circuit->No = number;
+        circuit->Use = use;
+        circuit->Type = type;
+        circuit->Cir1Voltage = voltage;
+        g_arrCircuits.Add(circuit);
+    }
+};
+
+// A project root whose devices are its direct children, in the order added.
+struct ProjectWithDevices {
+    HMProjectTree_INFO root;
+
+    HMProjectTree_INFO& add(const CString& name, const CString& number = {}, const CString& cabinetName = {}) {
+        auto* device = new HMProjectTree_INFO;
+        device->m_strName = name;
+        device->m_strType = u"0";
+        device->m_strCirNo = number;
+        device->m_strCirName = cabinetName;
+        device->m_pRoot = &root;
+        device->m_pParent = &root;
+        root.m_arrChildren.Add(device);
+        root.m_arrCabinets.Add(device);
+        return *device;
+    }
+    HMProjectTree_INFO& device(int index) { return *root.m_arrCabinets[index]; }
+};
+
+class RecordingParent final : public CMessageWnd {
+public:
+    struct Message {
+        UINT message;
+        WPARAM wParam;
+        LPARAM lParam;
+        QxListCell cell;  // what the address in wParam named, for the change notifications
+    };
+
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
+        Message record{message, wParam, lParam, {}};
+        if ((message == QXLM_COMBO_CELL_CHANGED || message == QXLM_EDIT_CELL_CHANGED) && wParam != 0)
+            record.cell = *reinterpret_cast<const QxListCell*>(wParam);
+        messages.push_back(record);
+        return 0;
+    }
+    int count(UINT message) const {
+        int n = 0;
+        for (const Message& m : messages) n += m.message == message ? 1 : 0;
+        return n;
+    }
+
+    std::vector<Message> messages;
+};
+
+// The window system of a test.
+class ListDriver {
+public:
+    ListDriver(CSortedListCtrl& list, CMessageWnd& parent) : m_list(list), m_parent(parent) {}
+
+    CPoint cellMiddle(int row, int column) const {
+        const CPoint position = m_list.GetItemPosition(row);
+        const CRect heading = m_list.GetHeaderItemRect(column);
+        return {position.x + (heading.left + heading.right) / 2, position.y + m_list.GetRowHeight() / 2};
+    }
+    // A click and what follows it: the posted messages, then the paint.
+    void click(int row, int column, bool control = false) {
+        m_list.OnLButtonDown(cellMiddle(row, column), control);
+        settle();
+    }
+    void settle() {
+        m_parent.DeliverPostedMessages();
+        for (int round = 0; round < 4 && m_list.NeedsPaint(); ++round) m_list.OnPaint();
+    }
+    void type(const CString& text) {
+        if (textEditorOpen()) m_list.GetTextEditor()->UserTypes(text);
+        else if (dropDownOpen()) m_list.GetDropDownEditor()->UserTypes(text);
+        settle();
+    }
+    void key(int keyCode) {
+        m_list.GetTextEditor()->UserPressesKey(keyCode);
+        settle();
+    }
+    bool textEditorOpen() const { return m_list.GetTextEditor() && m_list.GetTextEditor()->IsWindowVisible(); }
+    bool dropDownOpen() const {
+        return m_list.GetDropDownEditor() && m_list.GetDropDownEditor()->IsWindowVisible();
+    }
+
+private:
+    CSortedListCtrl& m_list;
+    CMessageWnd& m_parent;
+};

@@ -1,0 +1,323 @@
+// The editing list: which editor opens where and when, the live write-through, closing, the keyboard moves
+// at the table's edges, and sorting.
+#include "DialogTestSupport.h"
+
+#include <gtest/gtest.h>
+#include <stdexcept>
+
+namespace {
+
+// A list like the cabinet dialog's: a read-only column, a drop-down column, three text columns.
+class EditingList : public ::testing::Test {
+protected:
+    void SetUp() override {
+        list.Create(&parent, 500, 190);
+        list.InsertColumn(0, u"name", LVCFMT_LEFT, 97, 0, QX_CELL_READONLY);
+        const CStringArray choices{u"A1", u"A2"};
+        list.InsertColumn(1, u"number", LVCFMT_LEFT, 97, 1, QX_CELL_DROPDOWN, &choices);
+        for (int column = 2; column < 5; ++column) list.InsertColumn(column, u"text", LVCFMT_LEFT, 97, column, QX_CELL_TEXT);
+        for (int row = 0; row < 3; ++row) {
+            list.InsertItem(row, CString(u"row") + CString(static_cast<char16_t>(u'0' + row)));
+            for (int column = 1; column < 5; ++column) list.SetItemText(row, column, u"old");
+        }
+        driver.settle();
+    }
+
+    RecordingParent parent;
+    CSortedListCtrl list{false, false};
+    ListDriver driver{list, parent};
+};
+
+} // namespace
+
+TEST_F(EditingList, AClickChoosesTheCellAndOnlyThePaintAfterItShowsTheTextEditor) {
+    list.OnLButtonDown(driver.cellMiddle(1, 3));
+    EXPECT_EQ(list.GetEditRow(), 1);
+    EXPECT_EQ(list.GetEditColumn(), 3);
+    EXPECT_FALSE(driver.textEditorOpen());
+
+    list.OnPaint();
+    ASSERT_TRUE(driver.textEditorOpen());
+    EXPECT_EQ(list.GetTextEditor()->GetWindowText(), u"old");
+    EXPECT_TRUE(list.GetTextEditor()->HasFocus());
+    EXPECT_EQ(list.GetTextEditor()->GetWindowRect().left, list.GetHeaderItemRect(3).left);
+    EXPECT_FALSE(driver.dropDownOpen());
+    // Giving the editor its text is no change of the cell.
+    EXPECT_EQ(parent.count(QXLM_EDIT_CELL_CHANGED), 0);
+}
+
+TEST_F(EditingList, TypingWritesTheCellAtOnceAndNamesTheCellToTheParent) {
+    driver.click(2, 4);
+    driver.type(u"new");
+    EXPECT_EQ(list.GetItemText(2, 4), u"new");
+    ASSERT_EQ(parent.count(QXLM_EDIT_CELL_CHANGED), 1);
+    EXPECT_EQ(parent.messages.back().cell.row, 2);
+    EXPECT_EQ(parent.messages.back().cell.column, 4);
+    EXPECT_EQ(parent.messages.back().lParam, reinterpret_cast<LPARAM>(list.GetSafeHwnd()));
+
+    // Closing the editor then has nothing to write and tells nobody.
+    driver.click(0, 2);
+    EXPECT_EQ(list.GetItemText(2, 4), u"new");
+    EXPECT_EQ(parent.count(QXLM_EDIT_CELL_CHANGED), 1);
+}
+
+TEST_F(EditingList, ADropDownCellAsksTheParentFirstThenOffersTheColumnsChoices) {
+    driver.click(0, 1);
+    ASSERT_EQ(parent.count(QXLM_COMBO_OPENING), 1);
+    EXPECT_EQ(parent.messages.front().wParam, 0u);
+    EXPECT_EQ(parent.messages.front().lParam, 1);
+    ASSERT_TRUE(driver.dropDownOpen());
+    EXPECT_EQ(list.GetDropDownEditor()->GetEntries(), (CStringArray{u"A1", u"A2"}));
+    EXPECT_EQ(list.GetDropDownEditor()->GetWindowText(), u"old");
+    EXPECT_FALSE(driver.textEditorOpen());
+
+    // The parent may change the choices when it is asked; without any, one empty entry is offered.
+    list.GetColumnInfo(1).arrChoices.RemoveAll();
+    driver.click(1, 1);
+    EXPECT_EQ(list.GetDropDownEditor()->GetEntries(), (CStringArray{u""}));
+}
+
+TEST_F(EditingList, PickingAnEntryWritesTheEntryNotTheOldTextOfTheEditor) {
+    driver.click(1, 1);
+    list.GetDropDownEditor()->UserPicks(1);
+    driver.settle();
+    EXPECT_EQ(list.GetItemText(1, 1), u"A2");
+    ASSERT_EQ(parent.count(QXLM_COMBO_CELL_CHANGED), 1);
+    EXPECT_EQ(parent.messages.back().cell.row, 1);
+}
+
+TEST_F(EditingList, ClearingTheDropDownChangesTheCellOnlyWhenTheEditorCloses) {
+    driver.click(1, 1);
+    driver.type(u"  ");
+    EXPECT_EQ(list.GetItemText(1, 1), u"old");
+    EXPECT_EQ(parent.count(QXLM_COMBO_CELL_CHANGED), 0);
+
+    list.OnRButtonDown(driver.cellMiddle(2, 0));
+    EXPECT_EQ(list.GetItemText(1, 1), u"  ");
+    EXPECT_EQ(parent.count(QXLM_COMBO_CELL_CHANGED), 0);
+    EXPECT_FALSE(driver.dropDownOpen());
+    EXPECT_EQ(list.GetEditRow(), -1);
+}
+
+TEST_F(EditingList, ScrollingClosesTheEditorAndKeepsWhatWasTyped) {
+    driver.click(0, 2);
+    driver.type(u"kept");
+    list.OnVScroll(1);
+    driver.settle();
+    EXPECT_FALSE(driver.textEditorOpen());
+    EXPECT_EQ(list.GetEditRow(), -1);
+    EXPECT_EQ(list.GetItemText(0, 2), u"kept");
+}
+
+TEST_F(EditingList, AReadOnlyCellOpensNothing) {
+    driver.click(1, 0);
+    EXPECT_FALSE(driver.textEditorOpen());
+    EXPECT_FALSE(driver.dropDownOpen());
+    EXPECT_EQ(parent.count(QXLM_ICON_CLICKED), 0);
+}
+
+TEST_F(EditingList, AClickBelowTheLastRowNeverOpensAnEditor) {
+    driver.click(2, 3);
+    ASSERT_TRUE(driver.textEditorOpen());
+    const CPoint below{driver.cellMiddle(2, 3).x, list.GetItemRect(2).bottom + 5};
+    list.OnLButtonDown(below);
+    driver.settle();
+    EXPECT_EQ(list.GetEditRow(), -1);
+    EXPECT_FALSE(driver.textEditorOpen());
+    EXPECT_EQ(list.GetSelectionMark(), 2);  // the control keeps its mark; the height test decides
+}
+
+TEST_F(EditingList, TheIconZoneOfTheFirstColumnPostsToTheParentInsteadOfEditing) {
+    list.OnLButtonDown({5, driver.cellMiddle(1, 0).y});
+    EXPECT_EQ(parent.count(QXLM_ICON_CLICKED), 0);  // posted: it waits for the message loop
+    driver.settle();
+    ASSERT_EQ(parent.count(QXLM_ICON_CLICKED), 1);
+    EXPECT_EQ(parent.messages.back().wParam, 1u);
+
+    // A first column narrower than 16 pixels is icon zone all over.
+    list.SetColumnWidth(0, 15);
+    driver.click(2, 0);
+    EXPECT_EQ(parent.count(QXLM_ICON_CLICKED), 2);
+    EXPECT_EQ(list.GetEditRow(), -1);
+}
+
+TEST_F(EditingList, WithSeveralRowsSelectedThePaintClosesTheEditorInsteadOfOpeningOne) {
+    driver.click(0, 2);
+    driver.type(u"typed");
+    driver.click(1, 2, true);
+    EXPECT_EQ(list.GetSelectedCount(), 2);
+    EXPECT_EQ(list.GetEditRow(), -1);
+    EXPECT_FALSE(driver.textEditorOpen());
+    EXPECT_EQ(list.GetItemText(0, 2), u"typed");
+}
+
+TEST_F(EditingList, EnterMovesDownAndFromTheLastRowToTheTopOfTheNextColumn) {
+    driver.click(1, 2);
+    driver.type(u"x");
+    driver.key(VK_RETURN);
+    EXPECT_EQ(list.GetEditRow(), 2);
+    EXPECT_EQ(list.GetEditColumn(), 2);
+    EXPECT_TRUE(driver.textEditorOpen());
+    EXPECT_EQ(list.GetItemText(1, 2), u"x");
+
+    driver.key(VK_DOWN);
+    EXPECT_EQ(list.GetEditRow(), 0);
+    EXPECT_EQ(list.GetEditColumn(), 3);
+    EXPECT_TRUE(list.IsSelected(0));
+    EXPECT_EQ(list.GetSelectedCount(), 1);
+}
+
+TEST_F(EditingList, EnterOnTheLastRowOfTheLastColumnLeavesNoCellInEdit) {
+    driver.click(2, 4);
+    driver.key(VK_RETURN);
+    EXPECT_EQ(list.GetEditRow(), -1);
+    EXPECT_FALSE(driver.textEditorOpen());
+    EXPECT_FALSE(driver.dropDownOpen());
+    // A further key has no editor to come from.
+    list.SendMessage(QXLM_EDIT_DOWN);
+    driver.settle();
+    EXPECT_EQ(list.GetEditRow(), -1);
+}
+
+TEST_F(EditingList, UpFromTheTopGoesToTheLastRowOfTheColumnToTheLeftWhereTheDropDownOpens) {
+    driver.click(0, 2);
+    driver.key(VK_UP);
+    EXPECT_EQ(list.GetEditRow(), 2);
+    EXPECT_EQ(list.GetEditColumn(), 1);
+    EXPECT_TRUE(driver.dropDownOpen());
+    // Keys of the text editor mean nothing while the drop-down is the open editor.
+    list.SendMessage(QXLM_EDIT_UP);
+    EXPECT_EQ(list.GetEditRow(), 2);
+}
+
+TEST(EditingListEdges, UpInTheFirstCellEndsTheEditAndASingleRowWalksAcrossColumns) {
+    RecordingParent parent;
+    CSortedListCtrl list(false, false);
+    ListDriver driver(list, parent);
+    list.Create(&parent, 300, 100);
+    list.InsertColumn(0, u"a", LVCFMT_LEFT, 90, 0, QX_CELL_TEXT);
+    list.InsertColumn(1, u"b", LVCFMT_LEFT, 90, 1, QX_CELL_TEXT);
+    list.InsertItem(0, u"only");
+
+    driver.click(0, 0);
+    driver.key(VK_DOWN);  // the only row is the last: on to the next column
+    EXPECT_EQ(list.GetEditColumn(), 1);
+    EXPECT_EQ(list.GetEditRow(), 0);
+    driver.key(VK_UP);
+    EXPECT_EQ(list.GetEditColumn(), 0);
+    driver.key(VK_UP);
+    EXPECT_EQ(list.GetEditRow(), -1);
+    EXPECT_FALSE(driver.textEditorOpen());
+}
+
+TEST_F(EditingList, TheColumnMovesSkipColumnsOfNoWidthAndEndBehindTheLastCell) {
+    list.SetColumnWidth(3, 0);
+    driver.click(1, 2);
+    list.SendMessage(QXLM_NEXT_COLUMN);
+    driver.settle();
+    EXPECT_EQ(list.GetEditColumn(), 4);
+    list.SendMessage(QXLM_NEXT_COLUMN);
+    driver.settle();
+    EXPECT_EQ(list.GetEditRow(), 2);
+    EXPECT_EQ(list.GetEditColumn(), 0);
+
+    driver.click(2, 4);
+    list.SendMessage(QXLM_NEXT_COLUMN);
+    driver.settle();
+    EXPECT_EQ(list.GetEditRow(), -1);
+}
+
+TEST_F(EditingList, ColumnRecordsFollowInsertsAndDeletesAndAMissingOneIsRefused) {
+    EXPECT_EQ(list.InsertColumn(-1, u"bad", LVCFMT_LEFT, 10, 0, QX_CELL_TEXT), -1);
+    EXPECT_EQ(list.GetColumnCount(), 5);
+    EXPECT_TRUE(list.DeleteColumn(1));
+    EXPECT_EQ(list.GetColumnInfo(1).nKind, QX_CELL_TEXT);
+    EXPECT_EQ(list.GetItemText(0, 1), u"old");
+    EXPECT_THROW(list.GetColumnInfo(4), std::invalid_argument);
+    EXPECT_EQ(list.GetItemText(7, 1), u"");
+}
+
+namespace {
+
+class Counted final : public CListItemData {
+public:
+    explicit Counted(int& destroyed) : m_destroyed(destroyed) {}
+    ~Counted() override { ++m_destroyed; }
+
+private:
+    int& m_destroyed;
+};
+
+// Orders items by the number their data holds.
+class NumberList final : public CSortedListCtrl {
+public:
+    using CSortedListCtrl::CSortedListCtrl;
+    int CompareItems(DWORD_PTR first, DWORD_PTR second) override {
+        const int a = static_cast<int>(first);
+        const int b = static_cast<int>(second);
+        const int order = a < b ? -1 : (a > b ? 1 : 0);
+        return GetHeaderCtrl().IsAscending() ? order : -order;
+    }
+};
+
+} // namespace
+
+TEST(SortedList, AHeadingClickSortsAscendingThenDescendingAndAlwaysTellsTheParent) {
+    RecordingParent parent;
+    NumberList list(true, false);
+    list.Create(&parent, 300, 200);
+    list.InsertColumn(0, u"n", LVCFMT_LEFT, 90, 0, QX_CELL_TEXT);
+    for (const int value : {2, 3, 1}) list.SetItemData(list.InsertItem(list.GetItemCount(), CString(std::to_string(value))), value);
+
+    EXPECT_EQ(list.OnColumnClick(0), 0);
+    EXPECT_EQ(list.GetHeaderCtrl().GetSortColumn(), 0);
+    EXPECT_TRUE(list.GetHeaderCtrl().IsAscending());
+    EXPECT_EQ(list.GetItemText(0, 0) + list.GetItemText(1, 0) + list.GetItemText(2, 0), u"123");
+    list.OnColumnClick(0);
+    EXPECT_FALSE(list.GetHeaderCtrl().IsAscending());
+    EXPECT_EQ(list.GetItemText(0, 0) + list.GetItemText(1, 0) + list.GetItemText(2, 0), u"321");
+    EXPECT_EQ(parent.count(QXLM_COLUMNCLICKED), 2);
+
+    NumberList unsorted(false, false);
+    unsorted.Create(&parent, 300, 200);
+    unsorted.InsertColumn(0, u"n", LVCFMT_LEFT, 90, 0, QX_CELL_TEXT);
+    unsorted.SetItemData(unsorted.InsertItem(0, u"2"), 2);
+    unsorted.SetItemData(unsorted.InsertItem(1, u"1"), 1);
+    unsorted.OnColumnClick(0);
+    EXPECT_EQ(unsorted.GetItemText(0, 0), u"2");
+    EXPECT_EQ(unsorted.GetHeaderCtrl().GetSortColumn(), -1);
+    EXPECT_EQ(parent.count(QXLM_COLUMNCLICKED), 3);
+}
+
+TEST(SortedList, AListThatOwnsItsItemDataDestroysItWithTheItems) {
+    int destroyed = 0;
+    {
+        CSortedListCtrl list(false, true);
+        list.InsertColumn(0, u"n", LVCFMT_LEFT, 90, 0, QX_CELL_TEXT);
+        for (int row = 0; row < 3; ++row)
+            list.SetItemData(list.InsertItem(row, u"x"), reinterpret_cast<DWORD_PTR>(new Counted(destroyed)));
+        list.InsertItem(3, u"no data");
+        list.DeleteItem(1);
+        EXPECT_EQ(destroyed, 1);
+    }
+    EXPECT_EQ(destroyed, 3);
+
+    Counted kept(destroyed);
+    {
+        CSortedListCtrl list(false, false);
+        list.InsertColumn(0, u"n", LVCFMT_LEFT, 90, 0, QX_CELL_TEXT);
+        list.SetItemData(list.InsertItem(0, u"x"), reinterpret_cast<DWORD_PTR>(&kept));
+    }
+    EXPECT_EQ(destroyed, 3);
+}
+
+TEST(SortedList, TheFullRowModeAndGridLinesAreSwitchedAndRepaint) {
+    CSortedListCtrl list(false, false);
+    list.SetFullRow(true);
+    EXPECT_TRUE(list.IsFullRow());
+    EXPECT_TRUE(list.NeedsPaint());
+    list.OnPaint();
+    list.SetVerticalGrid(true);
+    EXPECT_TRUE(list.HasVerticalGrid());
+    EXPECT_TRUE(list.NeedsPaint());
+}

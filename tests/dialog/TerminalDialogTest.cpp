@@ -1,0 +1,156 @@
+// The cabinet dialog on qxcad's terminal, answered by lines as a script gives them.
+#include "apps/qxcad/CabinetDialogTerminal.h"
+#include "DialogTestSupport.h"
+#include "common/CapturedOutput.h"
+
+#include <deque>
+#include <gtest/gtest.h>
+#include <sstream>
+
+namespace {
+
+class TerminalDialog : public ::testing::Test {
+protected:
+    // Runs the dialog on the given lines; the end of the list is the end of input.
+    void run(std::deque<CString> lines, bool interactive = false) {
+        dialog.m_pProjectTree = &project.root;
+        dialog.OnInitDialog();
+        CabinetDialogTerminal terminal(
+            dialog,
+            [&lines]() -> std::optional<CString> {
+                if (lines.empty()) return std::nullopt;
+                CString line = lines.front();
+                lines.pop_front();
+                return line;
+            },
+            screen, interactive);
+        terminal.Run();
+    }
+    std::string shown() const { return screen.str(); }
+
+    ScannedCircuits circuits;
+    ProjectWithDevices project;
+    CapturedOutput output;
+    CSetCabInfo dialog;
+    std::ostringstream screen;
+};
+
+} // namespace
+
+TEST_F(TerminalDialog, ShowsTheCaptionHeadingsAndRowsThenWritesBackOnOk) {
+    circuits.add(u"A1(W1)", u"进线", u"KYN28", u"10kV");
+    project.add(u"1#进线");
+    project.add(u"2#出线", u"old");
+    run({u"1 2 A1", u"2 2 B2", u"2 3 出线柜", u"ok"});
+    EXPECT_TRUE(dialog.HasEnded());
+    EXPECT_NE(shown().find("屏柜属性设置"), std::string::npos);
+    EXPECT_NE(shown().find("2 柜编号"), std::string::npos);
+    EXPECT_NE(shown().find("1#进线"), std::string::npos);
+    EXPECT_NE(shown().find("Cabinet numbers offered: A1"), std::string::npos);
+    EXPECT_EQ(project.device(0).m_strCirNo, u"A1");
+    EXPECT_EQ(project.device(0).m_strCirName, u"进线");
+    EXPECT_EQ(project.device(0).m_strCirSize, u"10kV");
+    EXPECT_EQ(project.device(1).m_strCirNo, u"B2");
+    EXPECT_EQ(project.device(1).m_strCirName, u"出线柜");
+}
+
+TEST_F(TerminalDialog, TheEndOfInputCancelsAndNothingChanges) {
+    project.add(u"d1", u"A1", u"name");
+    run({u"1 2 Z", u"1 3 edited"});
+    EXPECT_TRUE(dialog.HasEnded());
+    EXPECT_EQ(project.device(0).m_strCirNo, u"A1");
+    EXPECT_EQ(project.device(0).m_strCirName, u"name");
+
+    CSetCabInfo again;
+    again.m_pProjectTree = &project.root;
+    std::deque<CString> lines{u"1 3 edited", u"CANCEL", u"OK"};
+    run(lines);
+    EXPECT_EQ(project.device(0).m_strCirName, u"name");
+}
+
+TEST_F(TerminalDialog, AFailedCheckKeepsTheDialogOpenForTheNextLines) {
+    project.add(u"d1", u"");
+    project.add(u"d2", u"A.1");
+    run({u"OK", u"1 2 A1", u"Ok", u"2 2 A2", u"oK"});
+    ASSERT_EQ(output.boxes.size(), 2u);
+    EXPECT_EQ(output.boxes[0].text, u"设备 d1 柜编号属性为空，无法作为屏柜提交！");
+    EXPECT_EQ(output.boxes[1].text, u"设备 d2 柜编号属性有非法字符存在！");
+    EXPECT_TRUE(dialog.HasEnded());
+    EXPECT_EQ(project.device(0).m_strCirNo, u"A1");
+    EXPECT_EQ(project.device(1).m_strCirNo, u"A2");
+}
+
+TEST_F(TerminalDialog, TheTextIsAllAfterTheOneBlankBehindTheColumn) {
+    project.add(u"d1", u"A1", u"name");
+    run({u"1 2  A1(x) ", u"1 3 ", u"OK"});
+    EXPECT_EQ(project.device(0).m_strCirNo, u" A1(x) ");
+    EXPECT_EQ(project.device(0).m_strCirName, u"");
+}
+
+TEST_F(TerminalDialog, PicksAnEntryOfTheOpenDropDownAndTypesIntoTheOpenEditor) {
+    circuits.add(u"A1", u"u1");
+    circuits.add(u"B1", u"u2");
+    project.add(u"d1");
+    run({u"1 2", u"PICK 2", u"PICK 3", u"1 4", u"=typed", u"ok"});
+    EXPECT_EQ(project.device(0).m_strCirNo, u"B1");
+    EXPECT_EQ(project.device(0).m_strCirName, u"u2");
+    EXPECT_EQ(project.device(0).m_strCirType, u"typed");
+    EXPECT_NE(shown().find("The drop-down has entries 1 to 2."), std::string::npos);
+}
+
+TEST_F(TerminalDialog, TypingPastTheTableIsToldAndChangesNothing) {
+    project.add(u"d1", u"A1");
+    project.add(u"d2", u"A2");
+    run({u"3 2 X", u"0 2 X", u"1 6 X", u"1 1 renamed", u"2 5 big", u"ENTER", u"=lost", u"DOWN", u"what", u"OK"});
+    EXPECT_NE(shown().find("There is no row 3: the table has 2 rows."), std::string::npos);
+    EXPECT_NE(shown().find("There is no row 0"), std::string::npos);
+    EXPECT_NE(shown().find("There is no column 6"), std::string::npos);
+    EXPECT_NE(shown().find("this cell cannot be changed"), std::string::npos);
+    EXPECT_NE(shown().find("No text editor is open."), std::string::npos);
+    EXPECT_NE(shown().find("Not understood: \"what\""), std::string::npos);
+    EXPECT_TRUE(dialog.HasEnded());
+    EXPECT_EQ(project.device(0).m_strName, u"d1");
+    EXPECT_EQ(project.device(1).m_strCirSize, u"big");
+    EXPECT_EQ(project.device(0).m_strCirNo, u"A1");
+}
+
+TEST_F(TerminalDialog, EnterWalksDownTheColumnThenOnToTheNextOne) {
+    project.add(u"d1", u"A1");
+    project.add(u"d2", u"A2");
+    run({u"1 3 n1", u"ENTER", u"=n2", u"DOWN", u"=t1", u"UP", u"=n2b", u"OK"});
+    EXPECT_EQ(project.device(0).m_strCirName, u"n1");
+    EXPECT_EQ(project.device(1).m_strCirName, u"n2b");
+    EXPECT_EQ(project.device(0).m_strCirType, u"t1");
+}
+
+TEST_F(TerminalDialog, ReachesTheLastOfHundredsOfDevicesByScrolling) {
+    for (int i = 0; i < 300; ++i) project.add(CString(std::to_string(i)), CString("N" + std::to_string(i)));
+    run({u"300 3 far", u"1 3 near", u"150 2 mid", u"OK"});
+    EXPECT_EQ(project.device(299).m_strCirName, u"far");
+    EXPECT_EQ(project.device(0).m_strCirName, u"near");
+    EXPECT_EQ(project.device(149).m_strCirNo, u"mid");
+    EXPECT_EQ(project.device(298).m_strCirName, u"");
+}
+
+TEST_F(TerminalDialog, AtATerminalThePersonIsPromptedAndSeesTheOpenEditor) {
+    project.add(u"d1", u"A1");
+    run({u"1 2", u"cancel"}, true);
+    EXPECT_NE(shown().find("屏柜属性设置> "), std::string::npos);
+    EXPECT_NE(shown().find("Editing row 1, column 2: [A1], entries:  1) "), std::string::npos);
+    EXPECT_NE(shown().find("PICK N"), std::string::npos);
+}
+
+TEST_F(TerminalDialog, OddLinesAndBracketedNumbersNeverBreakTheDialog) {
+    circuits.add(u"(");
+    circuits.add(u")(");
+    circuits.add(u"A(()");
+    circuits.add(u"");
+    project.add(u"");
+    project.add(u"(", u")");
+    run({u"", u"PICK", u"PICK x", u"=", u"1", u"1 ", u" 1 2 ()", u"2 2\t(", u"99999999 2 x", u"1 2 A(", u"\x01\x02",
+         u"pick 1", u"1 2", u"PICK 4", u"UP"});
+    EXPECT_TRUE(dialog.HasEnded());  // the end of input cancelled it
+    EXPECT_EQ(dialog.GetListCtrl().GetColumnInfo(1).arrChoices, (CStringArray{u"(", u")(", u"A", u""}));
+    EXPECT_EQ(dialog.GetListCtrl().GetItemText(0, 1), u"");
+    EXPECT_EQ(project.device(1).m_strCirNo, u")");
+}
