@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <pthread.h>
 #include <fstream>
 #include <thread>
 #include <unistd.h>
@@ -61,11 +62,22 @@ void readTable(COperateMdb& database, const CString& table) {
     }
 }
 
+// The watchdog must not take the fuzzer's alarm: libFuzzer ignores SIGALRM outside its own thread, and a
+// hang would then go unseen.
+void startWatchdog() {
+    sigset_t alarm, previous;
+    sigemptyset(&alarm);
+    sigaddset(&alarm, SIGALRM);
+    pthread_sigmask(SIG_BLOCK, &alarm, &previous);
+    std::thread(watchChildren).detach();
+    pthread_sigmask(SIG_SETMASK, &previous, nullptr);
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     fuzz::SilenceHost();
-    std::thread(watchChildren).detach();
+    startWatchdog();
     return 0;
 }
 
