@@ -20,12 +20,12 @@ struct RowSpec {
 };
 
 void addParts(CDrawerInfo& target, const std::vector<PartSpec>& parts) {
-    for (const PartSpec& spec : parts) {
+    for (const PartSpec& wanted : parts) {
         auto* part = new CReferSourcePartBomInfo;
-        part->m_strType = spec.type;
-        part->m_strName = spec.name;
-        part->m_strCount = spec.count;
-        part->m_strCode = spec.code.IsEmpty() ? spec.type : spec.code;
+        part->m_strType = wanted.type;
+        part->m_strName = wanted.name;
+        part->m_strCount = wanted.count;
+        part->m_strCode = wanted.code.IsEmpty() ? wanted.type : wanted.code;
         target.m_arrParts.Add(part);
     }
 }

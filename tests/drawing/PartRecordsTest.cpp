@@ -25,31 +25,31 @@ struct RowSpec {
 };
 
 // A table row anchored in its label cell, every link with its back link.
-AcDbObjectId addRow(DrawingBuilder& builder, const RowSpec& spec) {
-    const AcDbObjectId anchor = builder.addMText(spec.label, {0, 0, 0});
-    builder.setXDataStrings(anchor, QXBOM_LABEL, {spec.label});
+AcDbObjectId addRow(DrawingBuilder& builder, const RowSpec& wanted) {
+    const AcDbObjectId anchor = builder.addMText(wanted.label, {0, 0, 0});
+    builder.setXDataStrings(anchor, QXBOM_LABEL, {wanted.label});
     auto link = [&](const CString& text, const char16_t* forward, const char16_t* back) {
         const AcDbObjectId cell = builder.addMText(text, {0, 0, 0});
         builder.setXDataLinks(anchor, forward, {cell});
         builder.setXDataLinks(cell, back, {anchor});
         return cell;
     };
-    if (spec.number) link(*spec.number, QXBOM_LABEL_NOHANDLE, QXBOM_NO_LABELHANDLE);
-    const AcDbObjectId type = link(spec.type, QXBOM_LABEL_TYPEHANDLE, QXBOM_TYPE_LABELHANDLE);
-    if (spec.code) builder.setXDataStrings(type, QXBOM_CODE, {*spec.code});
+    if (wanted.number) link(*wanted.number, QXBOM_LABEL_NOHANDLE, QXBOM_NO_LABELHANDLE);
+    const AcDbObjectId type = link(wanted.type, QXBOM_LABEL_TYPEHANDLE, QXBOM_TYPE_LABELHANDLE);
+    if (wanted.code) builder.setXDataStrings(type, QXBOM_CODE, {*wanted.code});
     builder.setXDataStrings(type, QXBOM_PRICE, {u"9.5"});
     builder.setXDataStrings(type, QXBOM_DEVICETYPE, {u"继电器类"});
-    link(spec.name, QXBOM_LABEL_NAMEHANDLE, QXBOM_NAME_LABELHANDLE);
-    link(spec.count, QXBOM_LABEL_COUNTHANDLE, QXBOM_COUNT_LABELHANDLE);
-    link(spec.note, QXBOM_LABEL_NOTEHANDLE, QXBOM_NOTE_LABELHANDLE);
-    if (spec.location) link(*spec.location, QXBOM_LABEL_LOCATIONHANDLE, QXBOM_LOCATION_LABELHANDLE);
+    link(wanted.name, QXBOM_LABEL_NAMEHANDLE, QXBOM_NAME_LABELHANDLE);
+    link(wanted.count, QXBOM_LABEL_COUNTHANDLE, QXBOM_COUNT_LABELHANDLE);
+    link(wanted.note, QXBOM_LABEL_NOTEHANDLE, QXBOM_NOTE_LABELHANDLE);
+    if (wanted.location) link(*wanted.location, QXBOM_LABEL_LOCATIONHANDLE, QXBOM_LOCATION_LABELHANDLE);
     auto textRecord = [&](const char16_t* name, const CStringArray& lines) {
         ResItems items;
         for (const CString& line : lines) items.push_back(ResItem::text(1, line));
         builder.addXrecord(anchor, name, items);
     };
-    if (spec.labelLines) textRecord(u"QXBOM_LABEL", *spec.labelLines);
-    if (spec.componentLines) textRecord(u"QXBOM_COMPONENT", *spec.componentLines);
+    if (wanted.labelLines) textRecord(u"QXBOM_LABEL", *wanted.labelLines);
+    if (wanted.componentLines) textRecord(u"QXBOM_COMPONENT", *wanted.componentLines);
     return anchor;
 }
 
@@ -89,12 +89,12 @@ TEST(RecordGroupsTest, GroupsOpenAtEachLabelAndInheritWhatTheyDoNotState) {
 
 TEST(PartRecordsTest, LabelGroupsBecomeRecordsWithTheRowsFields) {
     DrawingBuilder builder;
-    RowSpec spec;
-    spec.number = u"ZZ12";
-    spec.note = u"备注";
-    spec.labelLines = CStringArray{u"标号:1KA", u"序号:3", u"板号:B1", u"接线图章组件:STAMP::", u"合并过的标号数组:1KA,2KA",
+    RowSpec wanted;
+    wanted.number = u"ZZ12";
+    wanted.note = u"备注";
+    wanted.labelLines = CStringArray{u"标号:1KA", u"序号:3", u"板号:B1", u"接线图章组件:STAMP::", u"合并过的标号数组:1KA,2KA",
                        u"标号:2KA", u"元件顺序号:9", u"标号: "};
-    const AcDbObjectId anchor = addRow(builder, spec);
+    const AcDbObjectId anchor = addRow(builder, wanted);
     PartsOf read;
     ASSERT_TRUE(read.read(builder));
     ASSERT_EQ(read.parts.GetSize(), 2);  // the label " " is passed over
@@ -129,38 +129,38 @@ TEST(PartRecordsTest, LabelGroupsBecomeRecordsWithTheRowsFields) {
 
 TEST(PartRecordsTest, RowsCountOnlyWithALinkedNumberOfDigits) {
     DrawingBuilder builder;
-    RowSpec spec;
+    RowSpec wanted;
     for (const char16_t* number : {u"A12", u"", u"Z", u"1.5"}) {
-        spec.number = CString(number);
-        addRow(builder, spec);
+        wanted.number = CString(number);
+        addRow(builder, wanted);
     }
-    spec.number.reset();  // no number link at all
-    addRow(builder, spec);
+    wanted.number.reset();  // no number link at all
+    addRow(builder, wanted);
     PartsOf read;
     read.read(builder);
     EXPECT_TRUE(read.parts.IsEmpty());
 
     // A row that counts but has no label record gives no record either.
-    spec.number = u"5";
-    spec.labelLines.reset();
-    addRow(builder, spec);
+    wanted.number = u"5";
+    wanted.labelLines.reset();
+    addRow(builder, wanted);
     read.read(builder);
     EXPECT_TRUE(read.parts.IsEmpty());
 }
 
 TEST(PartRecordsTest, SameRowOnceAndTheLocationCellMovesTheDevice) {
     DrawingBuilder builder;
-    RowSpec spec;
-    spec.code.reset();  // no code: the part record does not take the type instead
-    addRow(builder, spec);
-    spec.count = u"7";  // only count differs: the same row, the first stays
-    addRow(builder, spec);
-    spec.type = u"rx-1";
-    addRow(builder, spec);  // type differs only in case: the same row
-    spec.note = u"另";
-    addRow(builder, spec);  // another note: another row
-    spec.location = u"+B2";
-    addRow(builder, spec);
+    RowSpec wanted;
+    wanted.code.reset();  // no code: the part record does not take the type instead
+    addRow(builder, wanted);
+    wanted.count = u"7";  // only count differs: the same row, the first stays
+    addRow(builder, wanted);
+    wanted.type = u"rx-1";
+    addRow(builder, wanted);  // type differs only in case: the same row
+    wanted.note = u"另";
+    addRow(builder, wanted);  // another note: another row
+    wanted.location = u"+B2";
+    addRow(builder, wanted);
     PartsOf read;
     read.read(builder);
     ASSERT_EQ(read.parts.GetSize(), 2);
@@ -174,12 +174,12 @@ TEST(PartRecordsTest, SameRowOnceAndTheLocationCellMovesTheDevice) {
 
 TEST(PartRecordsTest, ComponentsLandOnTheFirstRowOfTheirLabel) {
     DrawingBuilder builder;
-    RowSpec spec;
-    spec.componentLines = CStringArray{u"标号:1KA", u"名称:线圈", u"编码:C1", u"型号:T1", u"数量:2", u"标号:9XX", u"名称:无主"};
-    addRow(builder, spec);
-    spec.type = u"RX-2";
-    spec.componentLines = CStringArray{u"标号:1KA", u"名称:触点"};
-    addRow(builder, spec);
+    RowSpec wanted;
+    wanted.componentLines = CStringArray{u"标号:1KA", u"名称:线圈", u"编码:C1", u"型号:T1", u"数量:2", u"标号:9XX", u"名称:无主"};
+    addRow(builder, wanted);
+    wanted.type = u"RX-2";
+    wanted.componentLines = CStringArray{u"标号:1KA", u"名称:触点"};
+    addRow(builder, wanted);
     PartsOf read;
     read.read(builder);
     ASSERT_EQ(read.parts.GetSize(), 1);
