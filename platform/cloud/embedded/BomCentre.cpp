@@ -1,49 +1,17 @@
-// The embedded BOM centre: accounts, login and usage files.
+// The embedded BOM centre: the session and the person around the centre's operations.
 #include "platform/cloud/embedded/BomCentre.h"
 
 #include "platform/InstallPath.h"
 #include "platform/cloud/HexmoorClient.h"
-#include "platform/cloud/embedded/CredentialHash.h"
-#include "platform/cloud/embedded/SqliteStore.h"
+#include "platform/cloud/centre/CentreError.h"
+#include "platform/cloud/embedded/SqliteCentreStore.h"
 #include "platform/host/HostOutput.h"
 #include "platform/host/Prompts.h"
 #include "support/FileSystem.h"
 
-#include <chrono>
 #include <cstdlib>
-#include <ctime>
 
 namespace {
-
-const char* const kSchema = R"sql(
-CREATE TABLE IF NOT EXISTS accounts (
-    enterprise TEXT NOT NULL,
-    user TEXT NOT NULL,
-    credential_hash TEXT NOT NULL,
-    created TEXT NOT NULL,
-    PRIMARY KEY (enterprise, user));
-CREATE TABLE IF NOT EXISTS usage_files (
-    id INTEGER PRIMARY KEY,
-    enterprise TEXT NOT NULL,
-    user TEXT NOT NULL,
-    item TEXT NOT NULL,
-    key TEXT NOT NULL,
-    text TEXT NOT NULL,
-    received TEXT NOT NULL);
-CREATE TABLE IF NOT EXISTS projects (
-    id TEXT PRIMARY KEY,
-    enterprise TEXT NOT NULL,
-    name TEXT NOT NULL);
-)sql";
-
-CString utcNow() {
-    const std::time_t now = std::time(nullptr);
-    std::tm tm{};
-    ::gmtime_r(&now, &tm);
-    char buffer[32];
-    std::strftime(buffer, sizeof buffer, "%Y-%m-%dT%H:%M:%SZ", &tm);
-    return CString(buffer);
-}
 
 // Asks for one login item, offering what the client holds; an empty answer keeps it.
 std::optional<CString> askWithDefault(const CString& question, const CString& current) {
@@ -54,9 +22,19 @@ std::optional<CString> askWithDefault(const CString& question, const CString& cu
     return answer->IsEmpty() ? current : *answer;
 }
 
+void tell(const CString& message) { acutPrintf(u"\nHexmoor: %s\n", message); }
+
 } // namespace
 
-CEmbeddedBomCentre::CEmbeddedBomCentre() = default;
+CEmbeddedBomCentre::CEmbeddedBomCentre()
+    : m_opener([]() -> std::unique_ptr<ICentreStore> {
+          const std::string path = StorePath();
+          if (path.empty()) throw CCentreStoreError(u"The BOM centre store cannot be opened: the install folder does not exist.");
+          return std::make_unique<CSqliteCentreStore>(path);
+      }) {}
+
+CEmbeddedBomCentre::CEmbeddedBomCentre(StoreOpener opener) : m_opener(std::move(opener)) {}
+
 CEmbeddedBomCentre::~CEmbeddedBomCentre() = default;
 
 std::string CEmbeddedBomCentre::StorePath() {
@@ -69,34 +47,32 @@ std::string CEmbeddedBomCentre::StorePath() {
     return native ? *native : std::string();
 }
 
-SqliteStore* CEmbeddedBomCentre::store() {
-    if (m_store || m_storeFailed) return m_store.get();
-    const std::string path = StorePath();
-    std::string error = "the install folder does not exist";
-    if (!path.empty()) m_store = SqliteStore::Open(path, error);
-    if (m_store && !m_store->execute(kSchema)) {
-        error = "the file is not a BOM centre store";
-        m_store.reset();
+CBomCentreOperations* CEmbeddedBomCentre::operations() {
+    if (m_operations || m_storeFailed) return m_operations.get();
+    try {
+        m_store = m_opener();
+        m_operations = std::make_unique<CBomCentreOperations>(*m_store);
+    } catch (const CCentreStoreError& error) {
+        // A store held by another process may be free at the next try; any other failure stays.
+        m_storeFailed = !error.locked();
+        tell(error.message());
     }
-    if (!m_store) {
-        m_storeFailed = true;
-        acutPrintf(u"\nHexmoor: the BOM centre store %s cannot be opened: %s\n", CString(path), CString(error));
-    }
-    return m_store.get();
+    return m_operations.get();
 }
 
-int CEmbeddedBomCentre::checkAccount(const CString& enterprise, const CString& user, const CString& credential) {
-    SqliteStore* db = store();
-    if (!db) return -1;
-    auto lookup = db->prepare("SELECT credential_hash FROM accounts WHERE enterprise = ?1 AND user = ?2");
-    lookup.bind(1, enterprise).bind(2, user);
-    if (lookup.step()) return VerifyCredential(lookup.text(0), credential) ? 1 : -1;
-
-    const CString hash = HashCredential(credential);
-    if (hash.IsEmpty()) return -1;
-    auto insert = db->prepare("INSERT INTO accounts (enterprise, user, credential_hash, created) VALUES (?1, ?2, ?3, ?4)");
-    insert.bind(1, enterprise).bind(2, user).bind(3, hash).bind(4, utcNow());
-    return insert.run() ? 1 : -1;
+template <typename Result, typename Work>
+Result CEmbeddedBomCentre::guarded(Result failed, Work&& work) {
+    if (!m_loggedIn) return failed;
+    CBomCentreOperations* centre = operations();
+    if (!centre) return failed;
+    try {
+        return work(*centre);
+    } catch (const CCentreError& error) {
+        tell(error.message());
+    } catch (const std::exception& error) {
+        tell(QxFormat(u"The BOM centre failed: %s.", CString(error.what())));
+    }
+    return failed;
 }
 
 int CEmbeddedBomCentre::Login(CHexmoorInteFace& client) {
@@ -117,66 +93,102 @@ int CEmbeddedBomCentre::autoLogin(CHexmoorInteFace& client) {
     m_loggedIn = false;
     if (client.m_strEnterprise.IsEmpty() || client.m_strUser.IsEmpty()) return 0;
     if (client.m_strCredential.IsEmpty()) return -1;
-    const int result = checkAccount(client.m_strEnterprise, client.m_strUser, client.m_strCredential);
+    CBomCentreOperations* centre = operations();
+    if (!centre) return -1;
+    int result = -1;
+    try {
+        result = centre->CheckAccount(client.m_strEnterprise, client.m_strUser, client.m_strCredential);
+    } catch (const CCentreError& error) {
+        tell(error.message());
+    }
     if (result < 1) return result;
     m_loggedIn = true;
-    m_enterprise = client.m_strEnterprise;
-    m_user = client.m_strUser;
+    m_user = {client.m_strEnterprise, client.m_strUser};
     return 1;
 }
 
 bool CEmbeddedBomCentre::UserInfoCollect(const CString& item, const CString& key, const CString& text) {
-    SqliteStore* db = store();
-    if (!m_loggedIn || !db) return false;
-    auto insert = db->prepare(
-        "INSERT INTO usage_files (enterprise, user, item, key, text, received) VALUES (?1, ?2, ?3, ?4, ?5, ?6)");
-    insert.bind(1, m_enterprise).bind(2, m_user).bind(3, item).bind(4, key).bind(5, text).bind(6, utcNow());
-    return insert.run();
+    return guarded(false, [&](CBomCentreOperations& centre) {
+        centre.KeepUsageFile(m_user, item, key, text);
+        return true;
+    });
 }
 
 CString CEmbeddedBomCentre::getProjectName(const CString& id) {
-    SqliteStore* db = store();
-    if (!m_loggedIn || !db) return CString();
-    auto lookup = db->prepare("SELECT name FROM projects WHERE id = ?1 AND enterprise = ?2");
-    lookup.bind(1, id).bind(2, m_enterprise);
-    return lookup.step() ? lookup.text(0) : CString();
+    return guarded(CString(), [&](CBomCentreOperations& centre) { return centre.ProjectName(m_user, id); });
 }
 
-void CEmbeddedBomCentre::notYetAvailable(const char* operation) {
-    acutPrintf(u"\nHexmoor: %s is not available in this build of the BOM centre.\n", CString(operation));
+HMProjectTree_INFO* CEmbeddedBomCentre::chooseProject() {
+    return guarded(static_cast<HMProjectTree_INFO*>(nullptr), [&](CBomCentreOperations& centre) -> HMProjectTree_INFO* {
+        const auto projects = centre.Projects(m_user);
+        if (projects.empty()) {
+            tell(QxFormat(u"The enterprise %s has no project in the BOM centre yet.", m_user.enterprise));
+            return nullptr;
+        }
+        CStringArray options;
+        for (const CentreProject& project : projects)
+            options.Add(QxFormat(u"%s (ID %d, created %s)", project.name, project.id, project.created));
+        const auto chosen = HostPrompts().AskChoice(u"Hexmoor project", options);
+        if (!chosen || *chosen < 0 || *chosen >= static_cast<int>(projects.size())) return nullptr;
+        return centre.ProjectTree(m_user, CString(std::to_string(projects[static_cast<size_t>(*chosen)].id))).release();
+    });
 }
 
-HMProjectTree_INFO* CEmbeddedBomCentre::getProjectInfo(HMProjectTree_INFO*) {
-    notYetAvailable("getProjectInfo");
-    return nullptr;
+HMProjectTree_INFO* CEmbeddedBomCentre::getProjectInfo(HMProjectTree_INFO* local) {
+    if (!local) return chooseProject();
+    return guarded(static_cast<HMProjectTree_INFO*>(nullptr), [&](CBomCentreOperations& centre) -> HMProjectTree_INFO* {
+        auto tree = centre.ProjectTree(m_user, local->m_strID);
+        if (!tree) tell(QxFormat(u"The BOM centre has no project of the ID \"%s\" (\"%s\").", local->m_strID, local->m_strName));
+        return tree.release();
+    });
 }
 
-// No project holds cabinets in this build of the centre, so there is no cabinet tree to give.
-HMProjectTree_INFO* CEmbeddedBomCentre::getOneCabProjectInfo() { return nullptr; }
-
-bool CEmbeddedBomCentre::submitItm(HMProjectTree_INFO*) {
-    notYetAvailable("submitItm");
-    return false;
+HMProjectTree_INFO* CEmbeddedBomCentre::getOneCabProjectInfo() {
+    return guarded(static_cast<HMProjectTree_INFO*>(nullptr),
+                   [&](CBomCentreOperations& centre) { return centre.OneCabinetTree(m_user).release(); });
 }
 
-bool CEmbeddedBomCentre::submitBom(HMProjectTree_INFO*, bool) {
-    notYetAvailable("submitBom");
-    return false;
+bool CEmbeddedBomCentre::submitItm(HMProjectTree_INFO* tree) {
+    if (!tree) return false;
+    return guarded(false, [&](CBomCentreOperations& centre) {
+        centre.SubmitItm(m_user, *tree);
+        return true;
+    });
 }
 
-void CEmbeddedBomCentre::bomCmp(HMProjectTree_INFO*) { notYetAvailable("bomCmp"); }
-
-bool CEmbeddedBomCentre::submitOneCabCir2(HMProjectTree_INFO*) {
-    notYetAvailable("submitOneCabCir2");
-    return false;
+bool CEmbeddedBomCentre::reportSubmit(const SubmitReport& report, const char16_t* operation) {
+    for (const CString& skipped : report.skipped) tell(QxFormat(u"%s did not take %s.", CString(operation), skipped));
+    return report.skipped.empty();
 }
 
-bool CEmbeddedBomCentre::getDqBoms(BomRows&) {
-    notYetAvailable("getDqBoms");
-    return false;
+// The accepted rows go back into m_strBoms whichever the flag, so that the nodes written back hold them.
+bool CEmbeddedBomCentre::submitBom(HMProjectTree_INFO* tree, bool) {
+    if (!tree) return false;
+    return guarded(false, [&](CBomCentreOperations& centre) { return reportSubmit(centre.SubmitBom(m_user, *tree), u"submitBom"); });
 }
 
-bool CEmbeddedBomCentre::getImportBoms(const CString&, const CString&, BomRows&) {
-    notYetAvailable("getImportBoms");
-    return false;
+bool CEmbeddedBomCentre::submitOneCabCir2(HMProjectTree_INFO* tree) {
+    if (!tree) return false;
+    return guarded(false, [&](CBomCentreOperations& centre) {
+        return reportSubmit(centre.SubmitSecondary(m_user, *tree), u"submitOneCabCir2");
+    });
+}
+
+void CEmbeddedBomCentre::bomCmp(HMProjectTree_INFO* tree) {
+    if (!tree) return;
+    guarded(false, [&](CBomCentreOperations& centre) {
+        acutPrintf(u"\n%s", FormatComparison(centre.Compare(m_user, *tree)));
+        return true;
+    });
+}
+
+bool CEmbeddedBomCentre::getDqBoms(BomRows& rows) {
+    return guarded(false, [&](CBomCentreOperations& centre) {
+        rows = centre.PartsCatalogue(m_user);
+        return true;
+    });
+}
+
+bool CEmbeddedBomCentre::getImportBoms(const CString& projectId, const CString& cabinetId, BomRows& rows) {
+    return guarded(false, [&](CBomCentreOperations& centre) { return centre.ImportRows(m_user, projectId, cabinetId, rows); });
 }

@@ -1,18 +1,25 @@
 // The embedded BOM centre: the product's backend of the cloud client, a SQLite file on this machine
-// (LocalData\hexmoor.db of the install folder, or the file that $HEXMOOR_STORE names). It keeps accounts,
-// projects and the usage files that clients send.
+// (LocalData\hexmoor.db of the install folder, or the file that $HEXMOOR_STORE names). The centre's
+// operations run here, in the client's process; this backend adds the session (who is logged in) and the
+// person: the questions of the login and of the choice of a project, the comparison table, and a clear
+// message for every refusal or store failure.
 #pragma once
 
 #include "platform/cloud/HexmoorBackend.h"
+#include "platform/cloud/centre/BomCentreOperations.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 
-class SqliteStore;
-
 class QX_API CEmbeddedBomCentre final : public IHexmoorBackend {
 public:
+    using StoreOpener = std::function<std::unique_ptr<ICentreStore>()>;
+
+    // The store file of the install (or of $HEXMOOR_STORE).
     CEmbeddedBomCentre();
+    // A store of the caller's making, opened on first use; for other stores and for tests.
+    explicit CEmbeddedBomCentre(StoreOpener opener);
     ~CEmbeddedBomCentre() override;
 
     int Login(CHexmoorInteFace& client) override;
@@ -33,15 +40,18 @@ public:
     static std::string StorePath();
 
 private:
-    // Opens the store on first use; null (after one message) when it cannot be opened.
-    SqliteStore* store();
-    // 1: logged in (a new account is made on the first login); -1: wrong credential or no store.
-    int checkAccount(const CString& enterprise, const CString& user, const CString& credential);
-    void notYetAvailable(const char* operation);
+    // The operations over the store, opening it on first use; null (after one message) when it cannot be.
+    CBomCentreOperations* operations();
+    // Runs one operation for the logged-in user; a refusal or failure is told to the person and gives `failed`.
+    template <typename Result, typename Work>
+    Result guarded(Result failed, Work&& work);
+    HMProjectTree_INFO* chooseProject();
+    bool reportSubmit(const SubmitReport& report, const char16_t* operation);
 
-    std::unique_ptr<SqliteStore> m_store;
+    StoreOpener m_opener;
+    std::unique_ptr<ICentreStore> m_store;
+    std::unique_ptr<CBomCentreOperations> m_operations;
     bool m_storeFailed = false;
     bool m_loggedIn = false;
-    CString m_enterprise;
-    CString m_user;
+    CentreUser m_user;
 };

@@ -1,5 +1,5 @@
 // Credentials are kept only as salted hashes.
-#include "platform/cloud/embedded/CredentialHash.h"
+#include "platform/cloud/centre/CredentialHash.h"
 
 #include <sodium.h>
 

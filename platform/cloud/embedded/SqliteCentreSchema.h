@@ -1,0 +1,12 @@
+// The schema of the BOM centre's SQLite store and its ordered migrations.
+#pragma once
+
+#include <vector>
+
+struct CentreMigration {
+    int version;      // the version the store has after it
+    const char* sql;  // run inside the migrating transaction
+};
+
+// Oldest first; the last one's version is the version this build writes.
+const std::vector<CentreMigration>& CentreMigrations();
