@@ -60,6 +60,8 @@ CCentreServer::CCentreServer(CentreServerOptions options) : m_impl(std::make_uni
     httplib::Server& http = *impl.http;
     http.set_payload_max_length(impl.options.maxBodyBytes);
     http.set_read_timeout(std::chrono::seconds(30));
+    // An idle kept-alive connection holds a worker and delays a stop: it is closed soon.
+    http.set_keep_alive_timeout(1);
     http.set_pre_routing_handler([](const httplib::Request& request, httplib::Response& response) {
         if (!hasParentSegment(request.path)) return httplib::Server::HandlerResponse::Unhandled;
         SendError(response, 400, "paths with \"..\" are refused");
