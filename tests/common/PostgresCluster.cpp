@@ -6,6 +6,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
@@ -84,11 +85,29 @@ PostgresCluster::~PostgresCluster() {
     fs::remove_all(m_folder, ignored);
 }
 
-bool PostgresCluster::runSql(const std::string& connectionString, const std::string& sql) const {
+namespace {
+
+std::string psqlCommand(const std::string& bin, const std::string& connectionString, const std::string& sql) {
     std::string escaped;
     for (const char c : sql) escaped += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    const std::string command = m_bin + "/psql -X -q -v ON_ERROR_STOP=1 " + quoted(connectionString) + " -c '" + escaped + "'";
-    return std::system((command + " >/dev/null 2>&1").c_str()) == 0;
+    return bin + "/psql -X -q -A -t -v ON_ERROR_STOP=1 " + quoted(connectionString) + " -c '" + escaped + "'";
+}
+
+} // namespace
+
+bool PostgresCluster::runSql(const std::string& connectionString, const std::string& sql) const {
+    return std::system((psqlCommand(m_bin, connectionString, sql) + " >/dev/null 2>&1").c_str()) == 0;
+}
+
+std::string PostgresCluster::queryValue(const std::string& connectionString, const std::string& sql) const {
+    FILE* pipe = ::popen((psqlCommand(m_bin, connectionString, sql) + " 2>/dev/null").c_str(), "r");
+    if (!pipe) return {};
+    std::string text;
+    char buffer[256];
+    while (std::fgets(buffer, sizeof buffer, pipe)) text += buffer;
+    ::pclose(pipe);
+    while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.pop_back();
+    return text;
 }
 
 std::string PostgresCluster::freshDatabase() {

@@ -22,6 +22,8 @@ public:
     std::string freshDatabase();
     // Runs SQL in the given database through psql; true when it succeeded.
     bool runSql(const std::string& connectionString, const std::string& sql) const;
+    // The first value of a query's answer, as text; empty when it failed.
+    std::string queryValue(const std::string& connectionString, const std::string& sql) const;
 
 private:
     std::string m_bin;

@@ -62,6 +62,8 @@ CCentreServer::CCentreServer(CentreServerOptions options) : m_impl(std::make_uni
     http.set_read_timeout(std::chrono::seconds(30));
     // An idle kept-alive connection holds a worker and delays a stop: it is closed soon.
     http.set_keep_alive_timeout(1);
+    // Replies go out at once rather than waiting on the client's delayed acknowledgement.
+    http.set_tcp_nodelay(true);
     http.set_pre_routing_handler([](const httplib::Request& request, httplib::Response& response) {
         if (!hasParentSegment(request.path)) return httplib::Server::HandlerResponse::Unhandled;
         SendError(response, 400, "paths with \"..\" are refused");
