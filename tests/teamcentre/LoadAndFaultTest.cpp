@@ -154,7 +154,9 @@ TEST_P(HexmoordUnderLoad, ASubmitCutByAKilledServerIsThereWholeOrNotAtAll) {
         }
         expectedRevisions = static_cast<int>(count);
     }
-    if (GetParam() == StoreKind::Postgres) EXPECT_GT(killsInside, 0) << "no kill landed inside a submit's transaction";
+    if (GetParam() == StoreKind::Postgres) {
+        EXPECT_GT(killsInside, 0) << "no kill landed inside a submit's transaction";
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Stores, HexmoordUnderLoad, ::testing::Values(StoreKind::Sqlite, StoreKind::Postgres), StoreKindName);
