@@ -30,7 +30,7 @@ std::string HtmlPage(const std::string& title, const std::string& trail, const s
 }
 
 const char* const kWebStyleSheet = R"css(
-body { margin: 0; font: 15px/1.45 system-ui, sans-serif; color: #1d2733; background: #f4f6f8; }
+body { margin: 0; font: 15px/1.45 system-ui, "Noto Sans CJK SC", "WenQuanYi Zen Hei", sans-serif; color: #1d2733; background: #f4f6f8; }
 header { display: flex; justify-content: space-between; align-items: center; padding: 0.6em 2em;
          background: #23384f; color: #fff; }
 header .brand { font-weight: 600; letter-spacing: 0.02em; }
