@@ -44,9 +44,10 @@ HexmoordProcess::HexmoordProcess(const std::string& database, const std::vector<
     // The first line names the port; a server that cannot start exits instead. Waiting is bounded.
     for (int tries = 0; tries < 600 && m_port == 0; ++tries) {
         const std::string text = readAll(m_logPath);
-        const size_t at = text.find("http://127.0.0.1:");
+        const std::string serving = "://127.0.0.1:";
+        const size_t at = text.find(serving);
         if (at != std::string::npos && text.find('\n', at) != std::string::npos) {
-            m_port = std::stoi(text.substr(at + 17));
+            m_port = std::stoi(text.substr(at + serving.size()));
             break;
         }
         int status = 0;
