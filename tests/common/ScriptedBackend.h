@@ -4,6 +4,7 @@
 
 #include "platform/cloud/HexmoorClient.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <vector>
@@ -18,6 +19,15 @@ struct CloudScript {
     CString loginEnterprise = u"ent";
     CString loginUser = u"user";
     CString loginCredential = u"secret";
+    // What the project operations answer; an empty projectInfo gives null.
+    std::function<HMProjectTree_INFO*(HMProjectTree_INFO* local)> projectInfo;
+    bool submitItmResult = false;
+    bool submitBomResult = false;
+    bool submitOneCabResult = false;
+    bool dqResult = false;
+    bool importResult = false;
+    BomRows dqRows;
+    BomRows importRows;
 
     // What happened.
     int loginCalls = 0;
@@ -32,6 +42,15 @@ struct CloudScript {
     };
     std::vector<Collected> collected;
     std::vector<CString> projectNameQueries;
+    int projectInfoCalls = 0;
+    int submitItmCalls = 0;
+    int bomCmpCalls = 0;
+    int submitOneCabCalls = 0;
+    std::vector<bool> submitBomFlags;
+    struct ImportQuery {
+        CString projectId, cabinetId;
+    };
+    std::vector<ImportQuery> importQueries;
     bool loggedIn = false;
 };
 
@@ -66,19 +85,38 @@ public:
         const auto it = m_script->projectNames.find(id.str());
         return it == m_script->projectNames.end() ? CString() : it->second;
     }
-    HMProjectTree_INFO* getProjectInfo(HMProjectTree_INFO*) override { return nullptr; }
+    HMProjectTree_INFO* getProjectInfo(HMProjectTree_INFO* local) override {
+        ++m_script->projectInfoCalls;
+        return m_script->projectInfo ? m_script->projectInfo(local) : nullptr;
+    }
     HMProjectTree_INFO* getOneCabProjectInfo() override {
         ++m_script->oneCabCalls;
         auto* tree = new HMProjectTree_INFO;
         tree->m_strName = u"cabinet";
         return tree;
     }
-    bool submitItm(HMProjectTree_INFO*) override { return false; }
-    bool submitBom(HMProjectTree_INFO*, bool) override { return false; }
-    void bomCmp(HMProjectTree_INFO*) override {}
-    bool submitOneCabCir2(HMProjectTree_INFO*) override { return false; }
-    bool getDqBoms(BomRows&) override { return false; }
-    bool getImportBoms(const CString&, const CString&, BomRows&) override { return false; }
+    bool submitItm(HMProjectTree_INFO*) override {
+        ++m_script->submitItmCalls;
+        return m_script->submitItmResult;
+    }
+    bool submitBom(HMProjectTree_INFO*, bool flag) override {
+        m_script->submitBomFlags.push_back(flag);
+        return m_script->submitBomResult;
+    }
+    void bomCmp(HMProjectTree_INFO*) override { ++m_script->bomCmpCalls; }
+    bool submitOneCabCir2(HMProjectTree_INFO*) override {
+        ++m_script->submitOneCabCalls;
+        return m_script->submitOneCabResult;
+    }
+    bool getDqBoms(BomRows& rows) override {
+        if (m_script->dqResult) rows = m_script->dqRows;
+        return m_script->dqResult;
+    }
+    bool getImportBoms(const CString& projectId, const CString& cabinetId, BomRows& rows) override {
+        m_script->importQueries.push_back({projectId, cabinetId});
+        if (m_script->importResult) rows = m_script->importRows;
+        return m_script->importResult;
+    }
 
 private:
     std::shared_ptr<CloudScript> m_script;

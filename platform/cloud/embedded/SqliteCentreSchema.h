@@ -1,6 +1,8 @@
 // The schema of the BOM centre's SQLite store and its ordered migrations.
 #pragma once
 
+#include "support/Export.h"
+
 #include <vector>
 
 struct CentreMigration {
@@ -9,4 +11,4 @@ struct CentreMigration {
 };
 
 // Oldest first; the last one's version is the version this build writes.
-const std::vector<CentreMigration>& CentreMigrations();
+QX_API const std::vector<CentreMigration>& CentreMigrations();

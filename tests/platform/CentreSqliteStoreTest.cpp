@@ -1,0 +1,199 @@
+// The SQLite store of the BOM centre: its schema versions, damaged and foreign files, and other processes
+// holding or writing the same file.
+#include "CentreTestSupport.h"
+
+#include "platform/cloud/centre/BomCentreOperations.h"
+#include "platform/cloud/centre/CentreIds.h"
+#include "platform/cloud/embedded/SqliteCentreSchema.h"
+
+#include <csignal>
+#include <gtest/gtest.h>
+#include <cstdio>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace centre_test;
+
+namespace {
+
+// Runs SQL on the file with SQLite's own shell, as another program would.
+void runSql(const std::string& path, const char* sql) {
+    FILE* shell = popen(("sqlite3 -bail '" + path + "'").c_str(), "w");
+    ASSERT_TRUE(shell);
+    fputs(sql, shell);
+    EXPECT_EQ(pclose(shell), 0) << sql;
+}
+
+CString refusal(const std::string& path, int busyTimeoutMs = kCentreBusyTimeoutMs) {
+    try {
+        CSqliteCentreStore store(path, busyTimeoutMs);
+    } catch (const CCentreStoreError& error) {
+        return error.message();
+    }
+    return CString();
+}
+
+int exitStatus(pid_t child) {
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+const CentreUser ann{u"华东电气", u"ann"};
+
+} // namespace
+
+TEST(CentreSqliteStore, TheMigrationsEndAtTheVersionThisBuildWrites) {
+    EXPECT_EQ(CentreMigrations().back().version, kCentreSchemaVersion);
+    TempFolder folder;
+    CSqliteCentreStore store(folder.native() + "/centre.db");
+    EXPECT_EQ(store.schemaVersion(), kCentreSchemaVersion);
+}
+
+TEST(CentreSqliteStore, AStoreOfTheFirstReleaseIsBroughtUpToDateKeepingItsAccounts) {
+    TempFolder folder;
+    const std::string path = folder.native() + "/centre.db";
+    runSql(path, CentreMigrations().front().sql);
+    runSql(path, "INSERT INTO accounts VALUES ('e', 'u', 'hash', 'then'); INSERT INTO usage_files VALUES (1, 'e', 'u', 'i', 'k', 't', 'r');");
+    CSqliteCentreStore store(path);
+    EXPECT_EQ(store.schemaVersion(), kCentreSchemaVersion);
+    EXPECT_EQ(store.credentialHash(u"e", u"u"), CString(u"hash"));
+    EXPECT_EQ(store.usageFiles().size(), 1u);
+    auto tree = substation();
+    CBomCentreOperations(store).SubmitItm(ann, *tree);
+    EXPECT_EQ(tree->m_strID, u"1");
+}
+
+TEST(CentreSqliteStore, NewerDamagedAndForeignFilesAreRefusedWithTheirReason) {
+    TempFolder folder;
+    const std::string newer = folder.native() + "/newer.db";
+    { CSqliteCentreStore store(newer); }
+    runSql(newer, "UPDATE schema_version SET version = 99");
+    EXPECT_TRUE(refusal(newer).Contains(u"schema version 99, newer than this build knows")) << refusal(newer);
+
+    folder.writeFile("text.db", std::string(4096, 'x'));
+    EXPECT_TRUE(refusal(folder.native() + "/text.db").Contains(u"is damaged")) << refusal(folder.native() + "/text.db");
+
+    // A real store whose pages were overwritten halfway.
+    const std::string damaged = folder.native() + "/damaged.db";
+    {
+        CSqliteCentreStore store(damaged);
+        auto tree = substation();
+        CBomCentreOperations(store).SubmitItm(ann, *tree);
+    }
+    std::string bytes = folder.readFile("damaged.db");
+    for (size_t i = 100; i < bytes.size(); i += 7) bytes[i] = static_cast<char>(0xA5);
+    folder.writeFile("damaged.db", bytes);
+    try {
+        CSqliteCentreStore store(damaged);
+        CBomCentreOperations(store).ProjectTree(ann, u"1");
+        ADD_FAILURE() << "a damaged store was read";
+    } catch (const CCentreStoreError& error) {
+        EXPECT_TRUE(error.message().Contains(u"BOM centre store")) << error.message();
+    }
+
+    const std::string foreign = folder.native() + "/foreign.db";
+    runSql(foreign, "CREATE TABLE invoices (id INTEGER)");
+    EXPECT_TRUE(refusal(foreign).Contains(u"some other database"));
+}
+
+TEST(CentreSqliteStore, AStoreHeldByAnotherProcessIsWaitedForThenRefused) {
+    TempFolder folder;
+    const std::string path = folder.native() + "/centre.db";
+    { CSqliteCentreStore store(path); }
+    int ready[2];
+    int release[2];
+    ASSERT_EQ(pipe(ready), 0);
+    ASSERT_EQ(pipe(release), 0);
+    const pid_t holder = fork();
+    ASSERT_GE(holder, 0);
+    if (holder == 0) {
+        CSqliteCentreStore holding(path);
+        holding.beginWrite();
+        char byte = 1;
+        if (write(ready[1], &byte, 1) != 1) _exit(2);
+        if (read(release[0], &byte, 1) != 1) _exit(3);
+        holding.commit();
+        _exit(0);
+    }
+    char held = 0;
+    ASSERT_EQ(read(ready[0], &held, 1), 1);
+    ASSERT_EQ(held, 1);
+
+    CSqliteCentreStore store(path, 200);
+    CBomCentreOperations centre(store);
+    auto tree = substation();
+    try {
+        centre.SubmitItm(ann, *tree);
+        ADD_FAILURE() << "a submit went through a held store";
+    } catch (const CCentreStoreError& error) {
+        EXPECT_TRUE(error.locked());
+        EXPECT_TRUE(error.message().Contains(u"locked by another process")) << error.message();
+    }
+    EXPECT_TRUE(tree->m_strID.IsEmpty());
+
+    const char go = 1;
+    ASSERT_EQ(write(release[1], &go, 1), 1);
+    EXPECT_EQ(exitStatus(holder), 0);
+    centre.SubmitItm(ann, *tree);
+    EXPECT_EQ(centre.Projects(ann).size(), 1u);
+}
+
+TEST(CentreSqliteStore, TwoProcessesSubmittingToOneStoreNumberEveryRevisionOnce) {
+    TempFolder folder;
+    const std::string path = folder.native() + "/centre.db";
+    CString projectId;
+    {
+        CSqliteCentreStore store(path);
+        auto tree = substation();
+        CBomCentreOperations(store).SubmitItm(ann, *tree);
+        projectId = tree->m_strID;
+    }
+    constexpr int kSubmits = 15;
+    const auto submitMany = [&] {
+        CSqliteCentreStore store(path);
+        CBomCentreOperations centre(store);
+        auto tree = centre.ProjectTree(ann, projectId);
+        for (int i = 0; i < kSubmits; ++i)
+            if (centre.SubmitBom(ann, *tree).accepted != 3) return false;
+        return true;
+    };
+    const pid_t other = fork();
+    ASSERT_GE(other, 0);
+    if (other == 0) _exit(submitMany() ? 0 : 1);
+    const bool mine = submitMany();
+    EXPECT_EQ(exitStatus(other), 0);
+    EXPECT_TRUE(mine);
+
+    CSqliteCentreStore store(path);
+    for (const CentreNode& node : store.nodes(*ParseCentreId(projectId))) {
+        if (!HMIsDeviceType(node.type)) continue;
+        const auto revisions = store.revisions(node.id);
+        ASSERT_EQ(revisions.size(), static_cast<size_t>(1 + 2 * kSubmits));
+        for (size_t i = 0; i < revisions.size(); ++i) EXPECT_EQ(revisions[i].number, static_cast<int>(i + 1));
+    }
+}
+
+TEST(CentreSqliteStore, AProcessKilledInTheMiddleOfASubmitLeavesNothingOfIt) {
+    TempFolder folder;
+    const std::string path = folder.native() + "/centre.db";
+    { CSqliteCentreStore store(path); }
+    const pid_t writer = fork();
+    ASSERT_GE(writer, 0);
+    if (writer == 0) {
+        CSqliteCentreStore store(path);
+        BreakingStore dying(store, 4, [] { raise(SIGKILL); });
+        auto tree = substation();
+        CBomCentreOperations(dying).SubmitItm(ann, *tree);
+        _exit(0);
+    }
+    int status = 0;
+    waitpid(writer, &status, 0);
+    ASSERT_TRUE(WIFSIGNALED(status));
+
+    CSqliteCentreStore store(path);
+    EXPECT_TRUE(store.projects(CString()).empty());
+    auto tree = substation();
+    CBomCentreOperations(store).SubmitItm(ann, *tree);
+    EXPECT_EQ(store.nodes(*ParseCentreId(tree->m_strID)).size(), 4u);
+}
