@@ -53,12 +53,14 @@ HexmoordProcess::HexmoordProcess(const std::string& database, const std::vector<
         int status = 0;
         if (::waitpid(m_pid, &status, WNOHANG) == m_pid) {
             m_pid = 0;
+            ::unlink(m_logPath.c_str());
             throw std::runtime_error("hexmoord exited at start: " + text);
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
     }
     if (m_port == 0) {
         kill();
+        ::unlink(m_logPath.c_str());
         throw std::runtime_error("hexmoord did not start within 30 s");
     }
 }
