@@ -52,8 +52,12 @@ CCentreServer::CCentreServer(CentreServerOptions options) : m_impl(std::make_uni
     if (impl.options.tlsCertificate.empty() != impl.options.tlsKey.empty())
         throw std::runtime_error("HTTPS needs both --tls-cert and --tls-key");
     if (!impl.options.tlsCertificate.empty()) {
+#ifdef CPPHTTPLIB_OPENSSL_SUPPORT
         impl.http = std::make_unique<httplib::SSLServer>(impl.options.tlsCertificate.c_str(), impl.options.tlsKey.c_str());
         if (!impl.http->is_valid()) throw std::runtime_error("the TLS certificate or key cannot be used");
+#else
+        throw std::runtime_error("this build of cpp-httplib has no OpenSSL support: HTTPS is not available");
+#endif
     } else {
         impl.http = std::make_unique<httplib::Server>();
     }
