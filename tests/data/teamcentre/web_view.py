@@ -12,6 +12,8 @@ from selenium import webdriver
 from selenium.webdriver.chrome.options import Options
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.by import By
+from selenium.webdriver.support import expected_conditions
+from selenium.webdriver.support.ui import WebDriverWait
 
 
 def check(condition, what):
@@ -28,6 +30,8 @@ def main():
         options.add_argument(argument)
     driver = webdriver.Chrome(service=Service("/usr/bin/chromedriver"), options=options)
     driver.set_page_load_timeout(30)
+    # A click that submits a form returns before the next page is there: look-ups wait for it.
+    driver.implicitly_wait(20)
     try:
         # Without a session every page leads to the login.
         driver.get(base + "/projects")
@@ -60,6 +64,8 @@ def main():
         check("综保装置" in rows and "电压表" in rows, "revision 3's rows are wrong: " + rows)
 
         driver.find_element(By.LINK_TEXT, "1").click()
+        WebDriverWait(driver, 20).until(
+            expected_conditions.text_to_be_present_in_element((By.ID, "shown"), "Rows of revision 1"))
         rows = driver.find_element(By.CLASS_NAME, "rows").text
         check("Rows of revision 1" in driver.find_element(By.ID, "shown").text, "revision 1 is not shown")
         check("电压表" not in rows and "断路器" in rows, "revision 1's rows are wrong: " + rows)
@@ -82,6 +88,7 @@ def main():
         check("Not found" in driver.title, "an unknown device is shown")
 
         driver.find_element(By.ID, "logout").click()
+        WebDriverWait(driver, 20).until(expected_conditions.presence_of_element_located((By.ID, "credential")))
         driver.get(base + "/projects")
         check(driver.find_elements(By.ID, "credential"), "the session outlived the logout")
     finally:
