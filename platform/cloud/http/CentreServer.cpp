@@ -34,7 +34,7 @@ std::string utcNow() {
 struct CCentreServer::Impl {
     explicit Impl(CentreServerOptions chosen)
         : options(std::move(chosen)), pool(CentreStoreOpener(options.database)), sessions(options.sessionIdleLimit),
-          context{pool, sessions} {}
+          context{pool, sessions, !options.tlsCertificate.empty()} {}
 
     CentreServerOptions options;
     CStorePool pool;

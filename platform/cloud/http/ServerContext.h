@@ -18,6 +18,7 @@ public:
 struct ServerContext {
     CStorePool& pool;
     CSessionTable& sessions;
+    bool tls = false;  // served over HTTPS: the web view's cookie is then never sent in the clear
 };
 
 void SendJson(httplib::Response& response, int status, const nlohmann::json& body);

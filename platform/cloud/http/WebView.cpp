@@ -216,7 +216,8 @@ void RegisterWebView(httplib::Server& server, ServerContext& context) {
             if (centre.CheckAccount(enterprise, user, credential) < 1)
                 return sendPage(response, 401, loginPage("The credential does not match this enterprise and user."));
             const std::string token = context.sessions.open({enterprise, user});
-            response.set_header("Set-Cookie", std::string(kCookie) + "=" + token + "; Path=/; HttpOnly; SameSite=Strict");
+            response.set_header("Set-Cookie", std::string(kCookie) + "=" + token + "; Path=/; HttpOnly; SameSite=Strict" +
+                                                  (context.tls ? "; Secure" : ""));
             redirect(response, "/projects");
         });
     });
