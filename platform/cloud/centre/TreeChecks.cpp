@@ -5,6 +5,7 @@
 #include "support/FileSystem.h"
 #include "support/Format.h"
 
+#include <unordered_map>
 #include <unordered_set>
 
 namespace {
@@ -15,13 +16,18 @@ bool isForbidden(char16_t ch) {
            ch == u'<' || ch == u'>' || ch == u'|';
 }
 
+// Names are compared as the file system compares them, each folded once, so that a wide level costs
+// linear time.
 void checkSiblings(const HMProjectTree_INFO& parent) {
-    const auto& children = parent.m_arrChildren;
-    for (int i = 0; i < children.GetSize(); ++i)
-        for (int j = 0; j < i; ++j)
-            if (QxFs::NamesEqual(children[i]->m_strName, children[j]->m_strName))
-                throw CCentreError(QxFormat(u"\"%s\" and \"%s\" under \"%s\" would share one folder.",
-                                            children[j]->m_strName, children[i]->m_strName, parent.m_strName));
+    std::unordered_map<std::u16string, const CString*> folded;
+    for (const HMProjectTree_INFO* child : parent.m_arrChildren) {
+        std::u16string key = child->m_strName.str();
+        for (char16_t& ch : key) ch = QxFs::FoldNameChar(ch);
+        const auto [it, added] = folded.try_emplace(std::move(key), &child->m_strName);
+        if (!added)
+            throw CCentreError(QxFormat(u"\"%s\" and \"%s\" under \"%s\" would share one folder.", *it->second,
+                                        child->m_strName, parent.m_strName));
+    }
 }
 
 } // namespace
