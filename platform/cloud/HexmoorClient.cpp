@@ -2,6 +2,7 @@
 #include "platform/cloud/HexmoorClient.h"
 
 #include "platform/cloud/HexmoorXmlFile.h"
+#include "platform/cloud/http/HttpBomCentre.h"
 
 CHexmoorInteFace::CHexmoorInteFace() : m_backend(MakeHexmoorBackend()) {}
 
@@ -9,8 +10,22 @@ CHexmoorInteFace::CHexmoorInteFace(std::unique_ptr<IHexmoorBackend> backend) : m
 
 CHexmoorInteFace::~CHexmoorInteFace() = default;
 
-int CHexmoorInteFace::Login() { return m_backend->Login(*this); }
-int CHexmoorInteFace::autoLogin() { return m_backend->autoLogin(*this); }
+void CHexmoorInteFace::selectBackend() {
+    const bool server = IsHttpEndpoint(m_strServer);
+    if (server ? m_backendEndpoint == m_strServer : m_backendEndpoint.IsEmpty()) return;
+    m_backend = server ? std::make_unique<CHttpBomCentre>(m_strServer) : MakeHexmoorBackend();
+    m_backendEndpoint = server ? m_strServer : CString();
+}
+
+int CHexmoorInteFace::Login() {
+    selectBackend();
+    return m_backend->Login(*this);
+}
+
+int CHexmoorInteFace::autoLogin() {
+    selectBackend();
+    return m_backend->autoLogin(*this);
+}
 bool CHexmoorInteFace::isLogin() { return m_backend->isLogin(); }
 
 bool CHexmoorInteFace::UserInfoCollect(CString item, CString key, CString text) {

@@ -30,7 +30,12 @@ public:
     bool getImportBoms(CString projectId, CString cabinetId, BomRows& rows);
 
 private:
+    // At each login the endpoint decides: an http(s) endpoint is a hexmoord server, anything else the
+    // installed backend (the embedded centre unless a test installed another).
+    void selectBackend();
+
     std::unique_ptr<IHexmoorBackend> m_backend;  // the client's own part, which the module never touches
+    CString m_backendEndpoint;                    // the server m_backend talks to; empty: the installed backend
 
 public:
     CString m_strEnterprise;

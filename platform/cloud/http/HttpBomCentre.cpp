@@ -1,0 +1,233 @@
+#include "platform/cloud/http/HttpBomCentre.h"
+
+#include "platform/cloud/HexmoorClient.h"
+#include "platform/cloud/http/CentreJson.h"
+#include "platform/host/HostOutput.h"
+#include "platform/host/Prompts.h"
+#include "support/Format.h"
+
+using nlohmann::json;
+
+namespace {
+
+void tell(const CString& message) { acutPrintf(u"\nHexmoor: %s\n", message); }
+
+std::optional<CString> askWithDefault(const CString& question, const CString& current) {
+    const CString shown = current.IsEmpty() ? question : question + u" [" + current + u"]";
+    auto answer = HostPrompts().AskText(shown);
+    if (!answer) return std::nullopt;
+    answer->Trim();
+    return answer->IsEmpty() ? current : *answer;
+}
+
+// An ID as a path segment: digits only, else it names nothing the server has.
+std::optional<std::string> idSegment(const CString& id) {
+    std::string text = id.ToUtf8();
+    if (text.empty() || text.size() > 18 || text.find_first_not_of("0123456789") != std::string::npos) return std::nullopt;
+    return text;
+}
+
+std::string escapeQuery(const std::string& text) {
+    static const char* hex = "0123456789ABCDEF";
+    std::string out;
+    for (const unsigned char c : text) {
+        if (std::isalnum(c) || c == '-' || c == '_' || c == '.' || c == '~') out += static_cast<char>(c);
+        else out += {'%', hex[c >> 4], hex[c & 15]};
+    }
+    return out;
+}
+
+} // namespace
+
+bool IsHttpEndpoint(const CString& endpoint) {
+    std::string text = endpoint.ToUtf8();
+    for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return text.starts_with("http://") || text.starts_with("https://");
+}
+
+CHttpBomCentre::CHttpBomCentre(const CString& endpoint) : m_endpoint(endpoint), m_http(endpoint.ToUtf8()) {}
+
+CHttpBomCentre::~CHttpBomCentre() = default;
+
+std::optional<json> CHttpBomCentre::call(const char* method, const std::string& path, const json* body) {
+    const std::string text = body ? body->dump(-1, ' ', false, json::error_handler_t::replace) : std::string();
+    const HttpReply reply = m_http.request(method, path, text, m_token);
+    m_lastStatus = reply.status;
+    if (reply.status == 0) {
+        tell(QxFormat(u"The BOM centre at %s cannot be reached: %s.", m_endpoint, CString::FromUtf8(reply.failure)));
+        return std::nullopt;
+    }
+    json parsed = json::parse(reply.body, nullptr, false);
+    if (reply.status == 200 && !parsed.is_discarded()) return parsed;
+    if (reply.status == 404) return std::nullopt;
+    if (reply.status == 401) m_token.clear();
+    const bool hasMessage = parsed.is_object() && parsed.contains("error") && parsed["error"].is_string();
+    const CString message = hasMessage ? CString::FromUtf8(parsed["error"].get<std::string>()) : CString(u"no reason given");
+    tell(QxFormat(u"The BOM centre refused the request (%d): %s.", static_cast<int>(reply.status), message));
+    return std::nullopt;
+}
+
+int CHttpBomCentre::Login(CHexmoorInteFace& client) {
+    const auto enterprise = askWithDefault(u"Hexmoor enterprise", client.m_strEnterprise);
+    if (!enterprise || enterprise->IsEmpty()) return 0;
+    const auto user = askWithDefault(u"Hexmoor user", client.m_strUser);
+    if (!user || user->IsEmpty()) return 0;
+    const auto credential = HostPrompts().AskSecret(u"Hexmoor credential");
+    if (!credential) return 0;
+    client.m_strEnterprise = *enterprise;
+    client.m_strUser = *user;
+    client.m_strCredential = *credential;
+    return autoLogin(client);
+}
+
+int CHttpBomCentre::autoLogin(CHexmoorInteFace& client) {
+    m_token.clear();
+    if (client.m_strEnterprise.IsEmpty() || client.m_strUser.IsEmpty()) return 0;
+    if (client.m_strCredential.IsEmpty()) return -1;
+    const json login{{"enterprise", client.m_strEnterprise.ToUtf8()}, {"user", client.m_strUser.ToUtf8()},
+                     {"credential", client.m_strCredential.ToUtf8()}};
+    const auto reply = call("POST", "/api/login", &login);
+    if (!reply || !reply->contains("token") || !(*reply)["token"].is_string()) return -1;
+    m_token = (*reply)["token"].get<std::string>();
+    return 1;
+}
+
+bool CHttpBomCentre::UserInfoCollect(const CString& item, const CString& key, const CString& text) {
+    if (!isLogin()) return false;
+    const json usage{{"item", item.ToUtf8()}, {"key", key.ToUtf8()}, {"text", text.ToUtf8()}};
+    return call("POST", "/api/usage", &usage).has_value();
+}
+
+CString CHttpBomCentre::getProjectName(const CString& id) {
+    const auto segment = idSegment(id);
+    if (!isLogin() || !segment) return CString();
+    const auto reply = call("GET", "/api/projects/" + *segment + "/name");
+    try {
+        return reply ? JsonText(*reply, "name") : CString();
+    } catch (const CCentreJsonError&) {
+        return CString();
+    }
+}
+
+HMProjectTree_INFO* CHttpBomCentre::chooseProject() {
+    const auto reply = call("GET", "/api/projects");
+    if (!reply || !reply->is_array()) return nullptr;
+    if (reply->empty()) {
+        tell(u"Your enterprise has no project in the BOM centre yet.");
+        return nullptr;
+    }
+    CStringArray options;
+    std::vector<long long> ids;
+    for (const json& project : *reply) {
+        if (!project.is_object() || !project["id"].is_number_integer()) return nullptr;
+        ids.push_back(project["id"].get<long long>());
+        options.Add(QxFormat(u"%s (ID %d, created %s)", JsonText(project, "name"), ids.back(), JsonText(project, "created")));
+    }
+    const auto chosen = HostPrompts().AskChoice(u"Hexmoor project", options);
+    if (!chosen || *chosen < 0 || *chosen >= static_cast<int>(ids.size())) return nullptr;
+    const auto tree = call("GET", "/api/projects/" + std::to_string(ids[static_cast<size_t>(*chosen)]) + "/tree");
+    return tree ? TreeFromJson(*tree).release() : nullptr;
+}
+
+HMProjectTree_INFO* CHttpBomCentre::getProjectInfo(HMProjectTree_INFO* local) {
+    if (!isLogin()) return nullptr;
+    try {
+        if (!local) return chooseProject();
+        const auto segment = idSegment(local->m_strID);
+        const auto tree = segment ? call("GET", "/api/projects/" + *segment + "/tree") : std::nullopt;
+        if (!tree) {
+            if (segment && m_lastStatus != 404) return nullptr;
+            tell(QxFormat(u"The BOM centre has no project of the ID \"%s\" (\"%s\").", local->m_strID, local->m_strName));
+            return nullptr;
+        }
+        return TreeFromJson(*tree).release();
+    } catch (const std::exception& error) {
+        tell(QxFormat(u"The BOM centre sent a tree that cannot be read: %s.", CString(error.what())));
+        return nullptr;
+    }
+}
+
+HMProjectTree_INFO* CHttpBomCentre::getOneCabProjectInfo() {
+    if (!isLogin()) return nullptr;
+    const auto tree = call("GET", "/api/one-cabinet");
+    try {
+        return tree ? TreeFromJson(*tree).release() : nullptr;
+    } catch (const std::exception& error) {
+        tell(QxFormat(u"The BOM centre sent a tree that cannot be read: %s.", CString(error.what())));
+        return nullptr;
+    }
+}
+
+// The server's tree comes back whole; what the centre changed is copied into the caller's nodes, which the
+// module holds pointers to.
+bool CHttpBomCentre::submitTree(const char* path, HMProjectTree_INFO& tree, const char16_t* operation) {
+    if (!isLogin()) return false;
+    const json request{{"tree", TreeToJson(tree)}};
+    const auto reply = call("POST", path, &request);
+    if (!reply) {
+        if (m_lastStatus != 404) return false;
+        tell(QxFormat(u"The BOM centre has no project of the ID \"%s\" (\"%s\").", tree.m_strID, tree.m_strName));
+        return false;
+    }
+    try {
+        const auto answered = TreeFromJson(reply->at("tree"));
+        if (!CopyCentreFields(*answered, tree)) {
+            tell(u"The BOM centre sent back a tree of another shape; nothing of it was taken.");
+            return false;
+        }
+        if (!reply->contains("report")) return true;
+        const SubmitReport report = ReportFromJson(reply->at("report"));
+        for (const CString& skipped : report.skipped) tell(QxFormat(u"%s did not take %s.", CString(operation), skipped));
+        return report.skipped.empty();
+    } catch (const std::exception& error) {
+        tell(QxFormat(u"The BOM centre's answer cannot be read: %s.", CString(error.what())));
+        return false;
+    }
+}
+
+bool CHttpBomCentre::submitItm(HMProjectTree_INFO* tree) { return tree && submitTree("/api/submit-itm", *tree, u"submitItm"); }
+
+// The accepted rows go back into m_strBoms whichever the flag, as with the embedded centre.
+bool CHttpBomCentre::submitBom(HMProjectTree_INFO* tree, bool) { return tree && submitTree("/api/submit-bom", *tree, u"submitBom"); }
+
+bool CHttpBomCentre::submitOneCabCir2(HMProjectTree_INFO* tree) {
+    return tree && submitTree("/api/submit-secondary", *tree, u"submitOneCabCir2");
+}
+
+void CHttpBomCentre::bomCmp(HMProjectTree_INFO* tree) {
+    if (!tree || !isLogin()) return;
+    const json request{{"tree", TreeToJson(*tree)}};
+    const auto reply = call("POST", "/api/compare", &request);
+    if (!reply) return;
+    try {
+        acutPrintf(u"\n%s", FormatComparison(ComparisonsFromJson(*reply)));
+    } catch (const std::exception& error) {
+        tell(QxFormat(u"The BOM centre's comparison cannot be read: %s.", CString(error.what())));
+    }
+}
+
+bool CHttpBomCentre::getDqBoms(BomRows& rows) {
+    if (!isLogin()) return false;
+    const auto reply = call("GET", "/api/parts");
+    if (!reply) return false;
+    try {
+        rows = RowsFromJson(*reply);
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+bool CHttpBomCentre::getImportBoms(const CString& projectId, const CString& cabinetId, BomRows& rows) {
+    rows.RemoveAll();
+    const auto segment = idSegment(projectId);
+    if (!isLogin() || !segment) return false;
+    const auto reply = call("GET", "/api/projects/" + *segment + "/rows?cabinet=" + escapeQuery(cabinetId.ToUtf8()));
+    if (!reply) return false;
+    try {
+        rows = RowsFromJson(*reply);
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}

@@ -1,0 +1,84 @@
+// The JSON form of trees and rows: what is sent is what arrives, and documents of the wrong shape are
+// refused instead of half read.
+#include "platform/cloud/http/CentreJson.h"
+#include "teamcentre/TeamTrees.h"
+
+#include <gtest/gtest.h>
+
+using nlohmann::json;
+
+namespace {
+
+TEST(CentreJson, ATreeArrivesWithEveryFieldItsLinksAndItsDeviceList) {
+    auto tree = team_test::project(u"华东变电站", 2);
+    tree->m_strID = u"7";
+    HMProjectTree_INFO* device = tree->m_arrCabinets[1];
+    device->m_strBoms = u"<cabinet ID=\"9\"/>";
+    device->m_nCabCount = 3;
+    device->m_bChanged = true;
+    device->m_arrSecondaryBom.Add({u"L", u"综保", u"PCS", u"1", u"r\n\"q\"", u"K"});
+    // A device list in another order than the walk: kept as it was.
+    tree->m_arrCabinets.RemoveAll();
+    tree->m_arrCabinets.Add(device);
+    tree->m_arrCabinets.Add(tree->m_arrChildren[0]->m_arrChildren[0]);
+
+    const auto read = TreeFromJson(json::parse(TreeToJson(*tree).dump()));
+    ASSERT_EQ(read->m_arrChildren.GetSize(), 1);
+    const HMProjectTree_INFO* sub = read->m_arrChildren[0];
+    ASSERT_EQ(sub->m_arrChildren.GetSize(), 2);
+    const HMProjectTree_INFO* second = sub->m_arrChildren[1];
+    EXPECT_EQ(read->m_strID, CString(u"7"));
+    EXPECT_EQ(sub->m_pParent, read.get());
+    EXPECT_EQ(second->m_pParent, sub);
+    EXPECT_EQ(second->m_pRoot, read.get());
+    EXPECT_EQ(second->m_strBoms, device->m_strBoms);
+    EXPECT_EQ(second->m_nCabCount, 3);
+    EXPECT_TRUE(second->m_bChanged);
+    EXPECT_EQ(second->m_arrSecondaryBom[0], device->m_arrSecondaryBom[0]);
+    EXPECT_EQ(second->m_arrPrimaryBom[0], device->m_arrPrimaryBom[0]);
+    ASSERT_EQ(read->m_arrCabinets.GetSize(), 2);
+    EXPECT_EQ(read->m_arrCabinets[0], second);
+    EXPECT_EQ(read->m_arrCabinets[1], sub->m_arrChildren[0]);
+}
+
+TEST(CentreJson, DocumentsOfTheWrongShapeAreRefused) {
+    const json good = TreeToJson(*team_test::project(u"p", 1));
+    json noName = good;
+    noName.erase("name");
+    json badDevice = good;
+    badDevice["cabinets"] = json::array({99});
+    json rootAsDevice = good;
+    rootAsDevice["cabinets"] = json::array({0});
+    json numberText = good;
+    numberText["children"][0]["cirNo"] = 5;
+    for (const json& bad : {noName, badDevice, rootAsDevice, numberText, json::array(), json("tree")})
+        EXPECT_THROW(TreeFromJson(bad), CCentreJsonError) << bad.dump();
+    json deep = good;
+    json* at = &deep;
+    for (int i = 0; i < kMaxTreeDepth + 2; ++i) {
+        (*at)["children"] = json::array({good});
+        (*at)["children"][0]["cabinets"] = json::array();
+        at = &(*at)["children"][0];
+    }
+    EXPECT_THROW(TreeFromJson(deep), CCentreJsonError);
+}
+
+TEST(CentreJson, TheCentreFieldsAreCopiedOnlyIntoATreeOfTheSameShape) {
+    auto mine = team_test::project(u"p", 2);
+    auto answered = team_test::project(u"p", 2);
+    answered->m_strID = u"1";
+    answered->m_arrCabinets[0]->m_strID = u"3";
+    answered->m_arrCabinets[0]->m_strBoms = u"<cabinet/>";
+    HMProjectTree_INFO* kept = mine->m_arrCabinets[0];
+    ASSERT_TRUE(CopyCentreFields(*answered, *mine));
+    EXPECT_EQ(mine->m_arrCabinets[0], kept);
+    EXPECT_EQ(kept->m_strID, CString(u"3"));
+    EXPECT_EQ(kept->m_strBoms, CString(u"<cabinet/>"));
+
+    auto other = team_test::project(u"p", 3);
+    other->m_strID = u"2";
+    EXPECT_FALSE(CopyCentreFields(*other, *mine));
+    EXPECT_EQ(mine->m_strID, CString(u"1"));
+}
+
+} // namespace

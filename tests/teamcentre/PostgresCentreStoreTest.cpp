@@ -1,0 +1,141 @@
+// The PostgreSQL store of the BOM centre on a throwaway cluster: its schema and migrations, its
+// transactions, and the centre's operations on it with several writers at once.
+#include "common/PostgresCluster.h"
+#include "platform/cloud/centre/BomCentreOperations.h"
+#include "platform/cloud/centre/CentreError.h"
+#include "platform/cloud/embedded/SqliteCentreStore.h"
+#include "platform/cloud/postgres/PostgresCentreStore.h"
+#include "teamcentre/TeamTrees.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace {
+
+class PostgresStore : public ::testing::Test {
+protected:
+    void SetUp() override {
+        cluster = SharedPostgresCluster();
+        if (!cluster) GTEST_SKIP() << kNoPostgresServer;
+        database = cluster->freshDatabase();
+    }
+
+    PostgresCluster* cluster = nullptr;
+    std::string database;
+    const CentreUser ann{u"acme", u"ann"};
+};
+
+TEST_F(PostgresStore, AnEmptyDatabaseGetsTheCurrentSchemaOnceAndKeepsItsRecords) {
+    {
+        CPostgresCentreStore store(database);
+        EXPECT_EQ(store.schemaVersion(), kCentreSchemaVersion);
+        CBomCentreOperations centre(store);
+        EXPECT_EQ(centre.CheckAccount(u"acme", u"ann", u"secret"), 1);
+        auto tree = team_test::project(u"华东变电站", 2);
+        centre.SubmitItm(ann, *tree);
+    }
+    // Opening again migrates nothing and finds what was kept.
+    CPostgresCentreStore again(database);
+    EXPECT_EQ(again.schemaVersion(), kCentreSchemaVersion);
+    CBomCentreOperations centre(again);
+    EXPECT_EQ(centre.CheckAccount(u"acme", u"ann", u"secret"), 1);
+    EXPECT_EQ(centre.CheckAccount(u"acme", u"ann", u"wrong"), -1);
+    const auto projects = centre.Projects(ann);
+    ASSERT_EQ(projects.size(), 1u);
+    EXPECT_EQ(projects[0].name, CString(u"华东变电站"));
+}
+
+TEST_F(PostgresStore, ADatabaseOfANewerSchemaIsRefusedUntouched) {
+    { CPostgresCentreStore store(database); }
+    ASSERT_TRUE(cluster->runSql(database, "UPDATE schema_version SET version = 99"));
+    EXPECT_THROW(CPostgresCentreStore{database}, CCentreStoreError);
+    ASSERT_TRUE(cluster->runSql(database, "UPDATE schema_version SET version = 2"));
+    EXPECT_NO_THROW(CPostgresCentreStore{database});
+}
+
+TEST_F(PostgresStore, AServerThatCannotBeReachedIsAStoreError) {
+    const std::string closed = "host=127.0.0.1 port=" + std::to_string(FreeLoopbackPort()) + " user=postgres connect_timeout=5";
+    EXPECT_THROW(CPostgresCentreStore{closed}, CCentreStoreError);
+}
+
+TEST_F(PostgresStore, TextKeepsEveryCharacterAndAWriteRolledBackLeavesNothing) {
+    CPostgresCentreStore store(database);
+    const CString name = u"变电站 'a' \"b\" \\ ; DROP TABLE projects; --";
+    {
+        CentreTransaction transaction(store, CentreTransaction::Mode::Write);
+        store.addProject({0, u"acme", u"gone", u"2026-01-01T00:00:00Z"});
+        // Not committed: rolled back when the transaction ends.
+    }
+    EXPECT_TRUE(store.projects(u"acme").empty());
+    const long long id = store.addProject({0, u"acme", name, u"2026-01-01T00:00:00Z"});
+    const auto found = store.project(id);
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->name, name);
+    EXPECT_EQ(found->lastRevisionId, 0);
+    EXPECT_FALSE(store.project(id + 1));
+    EXPECT_TRUE(store.projects(u"other").empty());
+    EXPECT_EQ(store.projects(CString()).size(), 1u);
+}
+
+TEST_F(PostgresStore, RowsComeBackInTheirOrderWithTheirSystem) {
+    CPostgresCentreStore store(database);
+    const long long project = store.addProject({0, u"acme", u"p", u"t"});
+    const long long sub = store.addNode({0, project, 0, 0, u"出线", u"100", u"", u"", u"", u""});
+    const long long device = store.addNode({0, project, sub, 0, u"AH1", u"0", u"AH1", u"", u"", u""});
+    EXPECT_EQ(store.node(sub)->parentId, 0);
+    EXPECT_EQ(store.node(device)->parentId, sub);
+    const std::vector<CentreRow> rows{{u"", u"b", u"m", u"2", u"", u"", false}, {u"", u"a", u"m", u"1", u"r", u"K", true}};
+    const long long first = store.addRevision({0, device, 1, u"itm", u"acme", u"ann", u"t"}, rows);
+    const long long second = store.addRevision({0, device, 2, u"bom", u"acme", u"bob", u"t"}, {});
+    EXPECT_EQ(store.rows(first), rows);
+    EXPECT_TRUE(store.rows(second).empty());
+    EXPECT_EQ(store.currentRevision(device)->number, 2);
+    EXPECT_EQ(store.currentRevision(device)->user, CString(u"bob"));
+    ASSERT_EQ(store.revisions(device).size(), 2u);
+    EXPECT_EQ(store.project(project)->lastRevisionId, second);
+    // A revision number a device already has is refused.
+    EXPECT_THROW(store.addRevision({0, device, 2, u"bom", u"acme", u"ann", u"t"}, {}), CCentreStoreError);
+}
+
+// Several servers on one database: every submit is its own revision, numbered without gaps.
+TEST_F(PostgresStore, ConcurrentSubmitsOfOneProjectAreAllKeptWithGaplessNumbers) {
+    CString projectId;
+    {
+        CPostgresCentreStore store(database);
+        CBomCentreOperations centre(store);
+        auto tree = team_test::project(u"共用", 3);
+        centre.SubmitItm(ann, *tree);
+        projectId = tree->m_strID;
+    }
+    constexpr int kWriters = 4;
+    constexpr int kSubmits = 8;
+    std::vector<std::thread> writers;
+    std::vector<int> accepted(kWriters, 0);
+    for (int w = 0; w < kWriters; ++w) {
+        writers.emplace_back([&, w] {
+            CPostgresCentreStore store(database);
+            CBomCentreOperations centre(store);
+            const CentreUser who{u"acme", CString(("user" + std::to_string(w)).c_str())};
+            for (int s = 0; s < kSubmits; ++s) {
+                auto tree = centre.ProjectTree(who, projectId);
+                for (HMProjectTree_INFO* device : tree->m_arrCabinets)
+                    device->m_arrPrimaryBom.Add({CString(), u"w", CString(std::to_string(w).c_str()), CString(std::to_string(s).c_str()), CString(), CString()});
+                accepted[w] += centre.SubmitBom(who, *tree).accepted;
+            }
+        });
+    }
+    for (std::thread& writer : writers) writer.join();
+    for (const int count : accepted) EXPECT_EQ(count, kSubmits * 3);
+
+    CPostgresCentreStore store(database);
+    const auto project = store.projects(u"acme").at(0);
+    for (const CentreNode& node : store.nodes(project.id)) {
+        if (node.type == CString(u"100")) continue;
+        const auto revisions = store.revisions(node.id);
+        ASSERT_EQ(revisions.size(), 1u + kWriters * kSubmits);
+        for (size_t i = 0; i < revisions.size(); ++i) EXPECT_EQ(revisions[i].number, static_cast<int>(i) + 1);
+    }
+}
+
+} // namespace
