@@ -2,6 +2,7 @@
 // purpose, trees to submit, and the module's own write-and-read of a node's Hexmoor.xml.
 #pragma once
 
+#include "common/PostgresCluster.h"
 #include "common/TempFolder.h"
 #include "exchange/HexmoorProducts.h"
 #include "exchange/HexmoorReader.h"
@@ -10,11 +11,13 @@
 #include "platform/cloud/centre/CentreError.h"
 #include "platform/cloud/centre/CentreStore.h"
 #include "platform/cloud/embedded/SqliteCentreStore.h"
+#include "platform/cloud/postgres/PostgresCentreStore.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -29,10 +32,19 @@ struct StoreMaker {
 
 inline void PrintTo(const StoreMaker& maker, std::ostream* out) { *out << maker.name; }
 
+// Every store the operations run on. PostgreSQL joins where a server is installed; its throwaway cluster
+// starts at the first case that needs it, not when the tests are listed.
 inline std::vector<StoreMaker> StoreMakers() {
-    return {{"Sqlite", [](const TempFolder& folder) -> std::unique_ptr<ICentreStore> {
-                 return std::make_unique<CSqliteCentreStore>(folder.native() + "/centre.db");
-             }}};
+    std::vector<StoreMaker> makers{{"Sqlite", [](const TempFolder& folder) -> std::unique_ptr<ICentreStore> {
+                                         return std::make_unique<CSqliteCentreStore>(folder.native() + "/centre.db");
+                                     }}};
+    if (!PostgresCluster::ServerBinDir().empty())
+        makers.push_back({"Postgres", [](const TempFolder&) -> std::unique_ptr<ICentreStore> {
+                              PostgresCluster* cluster = SharedPostgresCluster();
+                              if (!cluster) throw std::runtime_error("the PostgreSQL cluster did not start");
+                              return std::make_unique<CPostgresCentreStore>(cluster->freshDatabase());
+                          }});
+    return makers;
 }
 
 // Forwards to a real store and, when the chosen write comes, runs `onWrite` instead of it (which throws, or
