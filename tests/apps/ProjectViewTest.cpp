@@ -1,4 +1,5 @@
 // qxinspect project: the dry run of a submit on the assembly tests' substation, as JSON, CSV and a workbook.
+#include "common/ShellRun.h"
 #include "common/TempFolder.h"
 #include "support/FileSystem.h"
 
@@ -11,21 +12,10 @@
 
 namespace {
 
-struct InspectRun {
-    int status = -1;
-    std::string out;
-};
+using InspectRun = ShellRun;
 
 InspectRun runCommand(const std::string& command) {
-    InspectRun run;
-    FILE* pipe = ::popen(command.c_str(), "r");
-    if (!pipe) return run;
-    std::array<char, 4096> buffer;
-    size_t n;
-    while ((n = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0) run.out.append(buffer.data(), n);
-    const int status = ::pclose(pipe);
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
+    return RunShellCommand(command);
 }
 
 std::string fixture(const std::string& name) {

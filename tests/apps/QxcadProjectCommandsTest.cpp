@@ -1,5 +1,6 @@
 // The project commands in qxcad, as a person runs them: they log in silently from the stored login and say
 // plainly why they stop when there is nothing to work on.
+#include "common/ShellRun.h"
 #include "common/TempFolder.h"
 
 #include <array>
@@ -10,23 +11,12 @@
 
 namespace {
 
-struct QxcadRun {
-    int status = -1;
-    std::string out;
-};
+using QxcadRun = ShellRun;
 
 QxcadRun qxcad(const TempFolder& dir, const std::string& args, const std::string& input = "") {
     const std::string command = "printf '" + input + "' | " + QX_BINARY_DIR + "/bin/qxcad --install-dir '" +
                                 dir.native() + "/corvane' " + args + " 2>'" + dir.native() + "/err.txt'";
-    QxcadRun run;
-    FILE* pipe = ::popen(command.c_str(), "r");
-    if (!pipe) return run;
-    std::array<char, 4096> buffer;
-    size_t n;
-    while ((n = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0) run.out.append(buffer.data(), n);
-    const int status = ::pclose(pipe);
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
+    return RunShellCommand(command);
 }
 
 } // namespace

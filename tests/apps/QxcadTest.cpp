@@ -1,4 +1,5 @@
 // qxcad run as a person runs it: as a process, with its exit status and its output.
+#include "common/ShellRun.h"
 #include "ProjectVersion.h"
 #include "common/TempFolder.h"
 
@@ -10,24 +11,13 @@
 
 namespace {
 
-struct ProcessRun {
-    int status;
-    std::string out;
-};
+using ProcessRun = ShellRun;
 
 // Runs qxcad through the shell with `input` on standard input; standard error is kept apart in `err`.
 ProcessRun qxcad(const TempFolder& install, const std::string& args, const std::string& input = "") {
     const std::string command = "printf '" + input + "' | " + QX_BINARY_DIR + "/bin/qxcad --install-dir '" +
                                 install.native() + "/corvane' " + args + " 2>" + install.native() + "/err.txt";
-    ProcessRun run{-1, {}};
-    FILE* pipe = ::popen(command.c_str(), "r");
-    if (!pipe) return run;
-    std::array<char, 4096> buffer;
-    size_t n;
-    while ((n = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0) run.out.append(buffer.data(), n);
-    const int status = ::pclose(pipe);
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
+    return RunShellCommand(command);
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 // qxinspect run as a tool runs it: what it shows of its input and of itself.
+#include "common/ShellRun.h"
 #include "ProjectVersion.h"
 
 #include <array>
@@ -10,22 +11,11 @@
 
 namespace {
 
-struct InspectRun {
-    int status = -1;
-    std::string out;
-};
+using InspectRun = ShellRun;
 
 InspectRun qxinspect(const std::string& args) {
     const std::string command = std::string(QX_BINARY_DIR) + "/bin/qxinspect " + args + " 2>/dev/null";
-    InspectRun run;
-    FILE* pipe = ::popen(command.c_str(), "r");
-    if (!pipe) return run;
-    std::array<char, 4096> buffer;
-    size_t n;
-    while ((n = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0) run.out.append(buffer.data(), n);
-    const int status = ::pclose(pipe);
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
+    return RunShellCommand(command);
 }
 
 } // namespace

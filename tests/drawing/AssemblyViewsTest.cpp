@@ -1,5 +1,6 @@
 // qxinspect scan, parts and device: the views run the extraction on a project laid out in a temporary
 // folder and print JSON; exit statuses for inputs that cannot be opened.
+#include "common/ShellRun.h"
 #include "AssemblyFixtures.h"
 
 #include <cstdio>
@@ -8,22 +9,11 @@
 
 namespace {
 
-struct InspectRun {
-    int status = -1;
-    std::string out;
-};
+using InspectRun = ShellRun;
 
 InspectRun inspect(const std::string& arguments) {
     const std::string command = std::string(QX_BINARY_DIR) + "/bin/qxinspect " + arguments + " 2>/dev/null";
-    InspectRun run;
-    FILE* pipe = ::popen(command.c_str(), "r");
-    if (pipe == nullptr) return run;
-    char buffer[4096];
-    size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) run.out.append(buffer, n);
-    const int status = ::pclose(pipe);
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
+    return RunShellCommand(command);
 }
 
 std::string quoted(const std::string& path) { return "'" + path + "'"; }

@@ -1,4 +1,5 @@
 // qxinspect drawing: the model of a DXF file as JSON on standard output.
+#include "common/ShellRun.h"
 #include "DxfFixtures.h"
 
 #include <gtest/gtest.h>
@@ -9,22 +10,11 @@
 
 namespace {
 
-struct InspectRun {
-    int status = -1;
-    std::string out;
-};
+using InspectRun = ShellRun;
 
 InspectRun inspect(const std::string& file) {
     const std::string command = std::string(QX_BINARY_DIR) + "/bin/qxinspect drawing '" + file + "' 2>/dev/null";
-    InspectRun run;
-    FILE* pipe = ::popen(command.c_str(), "r");
-    if (pipe == nullptr) return run;
-    char buffer[4096];
-    size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) run.out.append(buffer, n);
-    const int status = ::pclose(pipe);
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
+    return RunShellCommand(command);
 }
 
 } // namespace

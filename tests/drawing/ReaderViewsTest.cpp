@@ -1,5 +1,6 @@
 // qxinspect bom, title, head and circuits on the readers' DXF fixtures: JSON on standard output keyed by
 // the records' names, paths in the machine's form, exit statuses 0, 1 and 2.
+#include "common/ShellRun.h"
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -8,22 +9,11 @@
 
 namespace {
 
-struct ViewRun {
-    int status = -1;
-    std::string out;
-};
+using ViewRun = ShellRun;
 
 ViewRun runView(const std::string& arguments) {
     const std::string command = std::string(QX_BINARY_DIR) + "/bin/qxinspect " + arguments + " 2>/dev/null";
-    ViewRun run;
-    FILE* pipe = ::popen(command.c_str(), "r");
-    if (pipe == nullptr) return run;
-    char buffer[4096];
-    size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) run.out.append(buffer, n);
-    const int status = ::pclose(pipe);
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
+    return RunShellCommand(command);
 }
 
 std::string fixture(const std::string& relative) {
