@@ -27,6 +27,7 @@ AcApDocManager::~AcApDocManager() = default;
 void AcApDocManager::reset() {
     acdbHostApplicationServices()->m_working = nullptr;
     m_pending.clear();
+    m_resourceHandles.clear();
     m_documents.clear();
     m_current = m_active = nullptr;
     m_untitled = 0;

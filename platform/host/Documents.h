@@ -12,6 +12,8 @@
 #include <memory>
 #include <vector>
 
+using HINSTANCE = void*;
+
 namespace AcAp {
 enum DocLockMode : int { kNone = 0, kAutoWrite = 1, kNotLocked = 2, kWrite = 4, kProtectedAutoWrite = 20, kRead = 32,
                          kXWrite = 64 };
@@ -86,6 +88,16 @@ public:
     // The automation's Document.Close, without saving.
     Acad::ErrorStatus closeDocument(AcApDocument* document);
 
+    // The resources that dialogs load from: a module shows its own dialog between a push of its handle and
+    // the matching pop. The pushes are kept as a stack; a pop of an empty stack does nothing.
+    void pushResourceHandle(HINSTANCE resources) { m_resourceHandles.push_back(resources); }
+    void popResourceHandle() {
+        if (!m_resourceHandles.empty()) m_resourceHandles.pop_back();
+    }
+    // The handle pushed last and not yet popped; null when none is (the host's own resources).
+    HINSTANCE currentResourceHandle() const { return m_resourceHandles.empty() ? nullptr : m_resourceHandles.back(); }
+    int resourceHandleDepth() const { return static_cast<int>(m_resourceHandles.size()); }
+
     // For the host program: the strings queued by sendStringToExecute, oldest first; the queue is emptied.
     std::vector<PendingCommand> TakePendingCommands();
     // For the host program's start and tests: one untitled document, nothing queued.
@@ -99,6 +111,7 @@ private:
     AcApDocument* m_current = nullptr;
     AcApDocument* m_active = nullptr;
     std::vector<PendingCommand> m_pending;
+    std::vector<HINSTANCE> m_resourceHandles;
     int m_untitled = 0;
 };
 

@@ -1,0 +1,79 @@
+// HMItmSubmit in qxcad on the demo's sample project, the cabinet dialog answered by piped lines as a script
+// answers it: OK sends the project to the embedded centre, CANCEL or the end of input sends nothing.
+#include "common/TempFolder.h"
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <string>
+#include <sys/wait.h>
+
+namespace {
+
+struct QxcadRun {
+    int status = -1;
+    std::string out;
+};
+
+class QxcadItmSubmit : public ::testing::Test {
+protected:
+    void SetUp() override {
+        const std::string command = "/usr/bin/python3 '" + std::string(QX_SOURCE_DIR) +
+                                    "/samples/make_sample_project.py' '" + dir.native() + "/corvane/My Projects' '" +
+                                    dir.native() + "/corvane' >/dev/null";
+        ASSERT_EQ(std::system(command.c_str()), 0);
+        ASSERT_EQ(qxcad("HMLogin", "acme\\nann\\nsecret\\n").status, 0);
+    }
+
+    QxcadRun qxcad(const std::string& args, const std::string& input) const {
+        const std::string command = "printf '" + input + "' | " + QX_BINARY_DIR + "/bin/qxcad --install-dir '" +
+                                    dir.native() + "/corvane' " + args + " 2>'" + dir.native() + "/err.txt'";
+        QxcadRun run;
+        FILE* pipe = ::popen(command.c_str(), "r");
+        if (!pipe) return run;
+        std::array<char, 4096> buffer;
+        size_t n;
+        while ((n = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0) run.out.append(buffer.data(), n);
+        const int status = ::pclose(pipe);
+        run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        return run;
+    }
+    std::string project(const std::string& relative) const {
+        return "corvane/My Projects/华东变电站/" + relative;
+    }
+
+    TempFolder dir;
+};
+
+} // namespace
+
+TEST_F(QxcadItmSubmit, OkSendsTheProjectWithTheNamesTypedIntoTheDialog) {
+    const QxcadRun run = qxcad("HMItmSubmit HMBomCmp", "2 3 Feeder-2\\n3 5 800x600\\nOK\\n");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_NE(run.out.find("[Corvane] Corvane新建项目提交成功！"), std::string::npos) << run.out;
+    EXPECT_NE(dir.readFile("err.txt").find("屏柜属性设置"), std::string::npos);  // the dialog was shown
+    EXPECT_NE(dir.readFile(project("K02/K02.prj")).find("Feeder-2"), std::string::npos);
+    EXPECT_NE(dir.readFile(project("K03/K03.prj")).find("800x600"), std::string::npos);
+    EXPECT_TRUE(dir.exists(project("Hexmoor.xml")));
+    EXPECT_TRUE(dir.exists(project("K01/Hexmoor.xml")));
+    // The centre now holds the three devices with the rows the drawings give.
+    EXPECT_NE(run.out.find("BOM comparison: 3 devices, 0 differ from the centre."), std::string::npos) << run.out;
+}
+
+TEST_F(QxcadItmSubmit, CancelOrTheEndOfInputSendsNothingAndLeavesThePrjFiles) {
+    const std::string before = dir.readFile(project("K02/K02.prj"));
+    QxcadRun run = qxcad("HMItmSubmit", "2 3 Feeder-2\\nCANCEL\\n");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out.find("[Corvane]"), std::string::npos) << run.out;
+    run = qxcad("HMItmSubmit", "2 3 Feeder-2\\n");
+    EXPECT_EQ(run.out.find("[Corvane]"), std::string::npos) << run.out;
+    EXPECT_EQ(dir.readFile(project("K02/K02.prj")), before);
+    EXPECT_FALSE(dir.exists(project("Hexmoor.xml")));
+}
+
+TEST_F(QxcadItmSubmit, AFailedCheckKeepsTheDialogForTheNextLines) {
+    const QxcadRun run = qxcad("HMItmSubmit", "1 2 K.1\\nOK\\n1 2 K01\\nOK\\n");
+    EXPECT_NE(run.out.find("[Corvane] 设备 K01 柜编号属性有非法字符存在！"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("[Corvane] Corvane新建项目提交成功！"), std::string::npos);
+}

@@ -1,0 +1,246 @@
+// HMItmSubmit on the assembly tests' substation, laid out as a person draws a project that the cloud does
+// not know yet, with the cabinet dialog answered by a script: against a scripted cloud and the embedded centre.
+#include "ProjectCommandFixture.h"
+#include "common/ScriptedDialogs.h"
+#include "module/commands/ProjectTrees.h"
+#include "module/exports/Exports.h"
+#include "project/tree/FoldersToTree.h"
+#include "support/dialog/SetCabInfo.h"
+
+namespace {
+
+bool hasRow(const BomRows& rows, const CString& name, const CString& model, const CString& count) {
+    for (const BOM_INFO& row : rows)
+        if (row.m_strRowName == name && row.m_strRowModel == model && row.m_strRowCount == count) return true;
+    return false;
+}
+
+CSetCabInfo& cabinetDialog(CAdUiBaseDialog& shown) { return dynamic_cast<CSetCabInfo&>(shown); }
+
+} // namespace
+
+class ItmSubmit : public ProjectCommandTest {
+protected:
+    void SetUp() override {
+        ProjectCommandTest::SetUp();
+        layOutStation();
+        layOutDevice("D1", "K02");
+        SetRecentProject(stationFile());
+    }
+
+    // The person names D1's cabinet and gives its size, then presses OK.
+    void answerDialogWithOk() {
+        dialogs.actions.push_back([this](CAdUiBaseDialog& shown) {
+            resourcesWhileShown = acDocManagerPtr()->currentResourceHandle();
+            CSortedListCtrl& list = cabinetDialog(shown).GetListCtrl();
+            list.SetItemText(0, 2, u"进线柜");
+            list.SetItemText(0, 4, u"800x600");
+            shown.OnOK();
+        });
+    }
+    // The project as the folders give it now.
+    LocalTree readBack() {
+        LocalTree tree = std::make_unique<HMProjectTree_INFO>();
+        tree->m_strName = u"Station";
+        tree->m_strPath = projects() + u"Station\\";
+        BuildTreeFromFolders(stationFile(), tree.get());
+        return tree;
+    }
+    std::string prj(const std::string& device) const {
+        return install.readFile(projectPath("Station/" + device + "/" + device + ".prj"));
+    }
+    bool hasDocument(const std::string& relative) const { return install.exists(projectPath("Station/" + relative)); }
+
+    ScriptedDialogs dialogs;
+    HINSTANCE resourcesWhileShown = nullptr;
+};
+
+TEST_F(ItmSubmit, WithNoCurrentProjectItSaysSoAndShowsNoDialog) {
+    SetRecentProject(u"");
+    run(u"HMItmSubmit");
+    ASSERT_EQ(output.boxes.size(), 1u);
+    EXPECT_EQ(output.boxes[0].text, u"本地项目不存在，请先创建项目！");
+    EXPECT_EQ(output.boxes[0].caption, u"Corvane");
+    EXPECT_EQ(dialogs.runs, 0);
+    EXPECT_EQ(cloud().submitItmCalls, 0);
+}
+
+TEST_F(ItmSubmit, AProjectWithoutDevicesIsNotSent) {
+    install.writeFile(projectPath("Lone/Lone.itm"), "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
+    install.makeFolder(projectPath("Lone/Empty"));
+    SetRecentProject(projects() + u"Lone\\Lone.itm");
+    run(u"HMItmSubmit");
+    ASSERT_EQ(output.boxes.size(), 1u);
+    EXPECT_EQ(output.boxes[0].text, u"当前项目没有屏柜，请选创建屏柜再提交！");
+    EXPECT_EQ(dialogs.runs, 0);
+    EXPECT_EQ(cloud().submitItmCalls, 0);
+    EXPECT_EQ(acDocManagerPtr()->resourceHandleDepth(), 0);
+}
+
+TEST_F(ItmSubmit, OkSendsTheMergedDevicesWithTheDialogsFieldsAndSavesTheMarkedNodes) {
+    layOutDevice("D2", "K03");
+    answerDialogWithOk();
+    cloud().submitItm = [](HMProjectTree_INFO* tree) {
+        EXPECT_EQ(tree->m_strName, u"Station");
+        EXPECT_EQ(tree->m_strType, u"");
+        EXPECT_EQ(acDocManagerPtr()->resourceHandleDepth(), 1);  // the dialog still stands
+        EXPECT_EQ(tree->m_arrCabinets.GetSize(), 2);
+        HMProjectTree_INFO* d1 = tree->m_arrCabinets[0];
+        EXPECT_EQ(d1->m_strName, u"D1");
+        EXPECT_EQ(d1->m_strCirName, u"进线柜");
+        EXPECT_TRUE(hasRow(d1->m_arrPrimaryBom, u"N1", u"X1", u"3"));
+        EXPECT_TRUE(hasRow(d1->m_arrSecondaryBom, u"继电器", u"RX-1", u"2"));
+        // The cloud marks the root and D1 as its own now; D2 is left unmarked.
+        tree->m_strID = u"p-1";
+        tree->m_bChanged = true;
+        d1->m_strID = u"c-1";
+        d1->m_bChanged = true;
+        return true;
+    };
+    run(u"HMItmSubmit");
+
+    EXPECT_EQ(dialogs.runs, 1);
+    EXPECT_NE(resourcesWhileShown, nullptr);
+    EXPECT_EQ(acDocManagerPtr()->resourceHandleDepth(), 0);
+    EXPECT_EQ(cloud().submitItmCalls, 1);
+    ASSERT_EQ(output.boxes.size(), 1u);
+    EXPECT_EQ(output.boxes[0].text, u"Corvane新建项目提交成功！");
+    EXPECT_TRUE(hasDocument("Hexmoor.xml"));
+    EXPECT_TRUE(hasDocument("D1/Hexmoor.xml"));
+    EXPECT_FALSE(hasDocument("D2/Hexmoor.xml"));
+    EXPECT_NE(install.readFile(projectPath("Station/D1/Hexmoor.xml")).find("c-1"), std::string::npos);
+
+    // What the dialog gave reaches the .prj, for the device the cloud did not mark as well.
+    const LocalTree after = readBack();
+    ASSERT_EQ(after->m_arrCabinets.GetSize(), 2);
+    EXPECT_EQ(after->m_arrCabinets[0]->m_strCirNo, u"K02");
+    EXPECT_EQ(after->m_arrCabinets[0]->m_strCirName, u"进线柜");
+    EXPECT_EQ(after->m_arrCabinets[0]->m_strCirSize, u"800x600");
+    EXPECT_EQ(after->m_arrCabinets[1]->m_strCirNo, u"K03");
+    EXPECT_FALSE(g_bBomCheckFailed);
+}
+
+TEST_F(ItmSubmit, CancelSendsNothingAndChangesNoPrj) {
+    const std::string before = prj("D1");
+    dialogs.actions.push_back([](CAdUiBaseDialog& shown) {
+        cabinetDialog(shown).GetListCtrl().SetItemText(0, 1, u"K09");
+        cabinetDialog(shown).GetListCtrl().SetItemText(0, 2, u"edited");
+        shown.OnCancel();
+    });
+    run(u"HMItmSubmit");
+    EXPECT_EQ(dialogs.runs, 1);
+    EXPECT_EQ(cloud().submitItmCalls, 0);
+    EXPECT_TRUE(output.boxes.empty());
+    EXPECT_EQ(prj("D1"), before);
+    EXPECT_FALSE(hasDocument("Hexmoor.xml"));
+    EXPECT_EQ(acDocManagerPtr()->resourceHandleDepth(), 0);
+
+    // A dialog that the person leaves without an answer is cancelled too.
+    run(u"HMItmSubmit");
+    EXPECT_EQ(dialogs.runs, 2);
+    EXPECT_EQ(cloud().submitItmCalls, 0);
+    EXPECT_EQ(prj("D1"), before);
+}
+
+TEST_F(ItmSubmit, AFailedDialogCheckKeepsTheDialogOpenUntilTheNumberIsRight) {
+    bool stayedOpen = false;
+    dialogs.actions.push_back([&stayedOpen](CAdUiBaseDialog& shown) {
+        CSortedListCtrl& list = cabinetDialog(shown).GetListCtrl();
+        list.SetItemText(0, 1, u"K.02");
+        shown.OnOK();
+        stayedOpen = !shown.HasEnded();
+        list.SetItemText(0, 1, u"K02");
+        list.SetItemText(0, 3, u"KYN28");
+        shown.OnOK();
+    });
+    CString sentType;
+    cloud().submitItm = [&sentType](HMProjectTree_INFO* tree) {
+        sentType = tree->m_arrCabinets[0]->m_strCirType;
+        return true;
+    };
+    run(u"HMItmSubmit");
+    EXPECT_TRUE(stayedOpen);
+    ASSERT_EQ(output.boxes.size(), 2u);
+    EXPECT_EQ(output.boxes[0].text, u"设备 D1 柜编号属性有非法字符存在！");
+    EXPECT_EQ(output.boxes[1].text, u"Corvane新建项目提交成功！");
+    EXPECT_EQ(sentType, u"KYN28");
+    EXPECT_EQ(readBack()->m_arrCabinets[0]->m_strCirType, u"KYN28");
+}
+
+TEST_F(ItmSubmit, ARefusedSubmitWritesNoDocumentBackButKeepsTheDialogsNotes) {
+    answerDialogWithOk();
+    cloud().submitItm = [](HMProjectTree_INFO* tree) {
+        tree->m_bChanged = true;
+        tree->m_arrCabinets[0]->m_bChanged = true;
+        return false;
+    };
+    run(u"HMItmSubmit");
+    ASSERT_EQ(output.boxes.size(), 1u);
+    EXPECT_EQ(output.boxes[0].text, u"Corvane新建项目提交失败，可能是服务器上已有同名项目或网络连接故障！");
+    EXPECT_FALSE(hasDocument("Hexmoor.xml"));
+    EXPECT_FALSE(hasDocument("D1/Hexmoor.xml"));
+    // The merge ran before the submit: the notes are written whatever the cloud answers.
+    EXPECT_EQ(readBack()->m_arrCabinets[0]->m_strCirName, u"进线柜");
+}
+
+TEST_F(ItmSubmit, AFailedCabinetCheckSendsNothingAndClearsTheFlag) {
+    layOutDevice("D2", "K03,K04");
+    answerDialogWithOk();
+    cloud().submitItm = [](HMProjectTree_INFO*) { return true; };
+    run(u"HMItmSubmit");
+    EXPECT_EQ(cloud().submitItmCalls, 0);
+    ASSERT_EQ(output.boxes.size(), 1u);  // the check's own message, nothing more
+    EXPECT_TRUE(output.boxes[0].text.Contains(u"一次元件内容不一样"));
+    EXPECT_FALSE(g_bBomCheckFailed);
+    EXPECT_FALSE(hasDocument("Hexmoor.xml"));
+}
+
+class ItmSubmitToCentre : public ItmSubmit {
+protected:
+    void SetUp() override {
+        ItmSubmit::SetUp();
+        useEmbeddedCentre();
+    }
+    BomRows centreRows(const CString& cabinet) {
+        BomRows rows;
+        EXPECT_TRUE(QxGetHMBomsArray(rows, stationFile(), cabinet, u""));
+        return rows;
+    }
+};
+
+TEST_F(ItmSubmitToCentre, TheCentreHoldsTheProjectsDevicesAndRowsAndASecondSubmitIsRefused) {
+    answerDialogWithOk();
+    run(u"HMItmSubmit");
+    ASSERT_EQ(output.boxes.size(), 1u);
+    EXPECT_EQ(output.boxes[0].text, u"Corvane新建项目提交成功！");
+    ASSERT_TRUE(hasDocument("Hexmoor.xml"));
+    ASSERT_TRUE(hasDocument("D1/Hexmoor.xml"));
+    const BomRows rows = centreRows(u"K02");
+    EXPECT_TRUE(hasRow(rows, u"N1", u"X1", u"3"));
+    EXPECT_TRUE(hasRow(rows, u"继电器", u"RX-1", u"2"));
+
+    // The project now stands in the centre: HMBomSubmit takes it from its documents.
+    output.boxes.clear();
+    run(u"HMBomSubmit");
+    EXPECT_TRUE(output.boxes.empty());
+
+    // Sending it as new once more is refused, and the documents stay as the first submit wrote them.
+    const std::string document = install.readFile(projectPath("Station/D1/Hexmoor.xml"));
+    answerDialogWithOk();
+    run(u"HMItmSubmit");
+    ASSERT_EQ(output.boxes.size(), 1u);
+    EXPECT_EQ(output.boxes[0].text, u"Corvane新建项目提交失败，可能是服务器上已有同名项目或网络连接故障！");
+    EXPECT_EQ(install.readFile(projectPath("Station/D1/Hexmoor.xml")), document);
+}
+
+TEST_F(ItmSubmitToCentre, CancelLeavesTheCentreWithoutTheProject) {
+    dialogs.actions.push_back([](CAdUiBaseDialog& shown) { shown.OnCancel(); });
+    run(u"HMItmSubmit");
+    EXPECT_TRUE(output.boxes.empty());
+    EXPECT_FALSE(hasDocument("Hexmoor.xml"));
+    // With the project unknown, a new submit still goes through.
+    answerDialogWithOk();
+    run(u"HMItmSubmit");
+    ASSERT_EQ(output.boxes.size(), 1u);
+    EXPECT_EQ(output.boxes[0].text, u"Corvane新建项目提交成功！");
+}
