@@ -1,20 +1,15 @@
 // HMItmSubmit in qxcad on the demo's sample project, the cabinet dialog answered by piped lines as a script
 // answers it: OK sends the project to the embedded centre, CANCEL or the end of input sends nothing.
+#include "common/ShellRun.h"
 #include "common/TempFolder.h"
 
-#include <array>
-#include <cstdio>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
-#include <sys/wait.h>
 
 namespace {
 
-struct QxcadRun {
-    int status = -1;
-    std::string out;
-};
+using QxcadRun = ShellRun;
 
 class QxcadItmSubmit : public ::testing::Test {
 protected:
@@ -29,15 +24,7 @@ protected:
     QxcadRun qxcad(const std::string& args, const std::string& input) const {
         const std::string command = "printf '" + input + "' | " + QX_BINARY_DIR + "/bin/qxcad --install-dir '" +
                                     dir.native() + "/corvane' " + args + " 2>'" + dir.native() + "/err.txt'";
-        QxcadRun run;
-        FILE* pipe = ::popen(command.c_str(), "r");
-        if (!pipe) return run;
-        std::array<char, 4096> buffer;
-        size_t n;
-        while ((n = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0) run.out.append(buffer.data(), n);
-        const int status = ::pclose(pipe);
-        run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        return run;
+        return RunShellCommand(command);
     }
     std::string project(const std::string& relative) const {
         return "corvane/My Projects/华东变电站/" + relative;
