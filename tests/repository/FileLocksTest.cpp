@@ -26,18 +26,14 @@ const char* const kBeta = "10.0.0.2(beta)";
 
 } // namespace
 
-TEST_F(FileLocks, ACheckOutFetchesTheFileAndLocksItBesideTheFile) {
+TEST_F(FileLocks, ACheckOutFetchesAndLocksBesideTheFileAndTheHolderMayCheckOutAgain) {
     auto connection = client();
     ASSERT_TRUE(connection->CheckOutFile(local(), u"lib", u"a.dwg"));
     EXPECT_EQ(install.readFile("lib/a.dwg"), "v1");
     EXPECT_EQ(holder("lib/a.dwg.bak"), kAlpha);
     EXPECT_FALSE(connection->IsCheckOutRevoked(u"lib\\a.dwg"));
     EXPECT_FALSE(connection->IsCheckOutLost(u"lib\\a.dwg"));
-}
 
-TEST_F(FileLocks, TheHolderCheckingOutAgainGetsTheFileAgainAndKeepsEveryLock) {
-    auto connection = client();
-    ASSERT_TRUE(connection->CheckOutFile(local(), u"lib", u"a.dwg"));
     site.writeFile("lib/a.dwg", "v2");
     ASSERT_TRUE(connection->CheckOutFile(local(), u"lib", u"a.dwg"));
     EXPECT_EQ(install.readFile("lib/a.dwg"), "v2");
