@@ -1,4 +1,5 @@
-// Sites that break during the journal update: the journal on the site is never shorter than before.
+// Sites that break during an upload or the journal update: no staged file is left missing, and the journal
+// on the site is never shorter than before.
 #include "RepositoryFixture.h"
 
 #include "support/FileUtils.h"
@@ -46,4 +47,14 @@ TEST_F(RenamesRefused, StagedJournalUpdatesKeepTheJournalWhole) {
     EXPECT_TRUE(connection->SubmitFile(install.logic() + u"c.dwg", u"d.dwg"));
     EXPECT_EQ(siteLineCount(site), 5);
     EXPECT_EQ(site.readFile("d.dwg"), "c");
+}
+
+TEST_F(RenamesRefused, AStagedFileIsNeverLeftMissingWhenTheRenameIsRefused) {
+    install.writeFile("LocalData/Ftp.bg", "");
+    site.writeFile("a.dwg", "old");
+    auto connection = client();
+    install.writeFile("new.dwg", "new");
+    EXPECT_TRUE(connection->UploadFile(install.logic() + u"new.dwg", u"a.dwg"));
+    EXPECT_EQ(site.readFile("a.dwg"), "new");
+    EXPECT_TRUE(site.exists("#.txt"));  // left beside it, as a held target leaves it
 }

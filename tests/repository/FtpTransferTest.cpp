@@ -21,11 +21,6 @@ protected:
     DroppingServer() : RepositoryFixture({"--drop-retr", "big.dwg"}) {}
 };
 
-class RenameRefusingServer : public RepositoryFixture {
-protected:
-    RenameRefusingServer() : RepositoryFixture({"--refuse-rename"}) {}
-};
-
 } // namespace
 
 TEST(FtpLoginFile, ScramblesEachCharacterIntoTwoLettersAndBack) {
@@ -159,16 +154,6 @@ TEST_F(FtpTransfer, AFailedUploadSaysWhichFile) {
     ASSERT_EQ(output.boxes.size(), 1u);
     EXPECT_EQ(output.boxes[0].text, u"文件 a.dwg 上传失败，请确认是否被其它客户端用户调用！");
     EXPECT_EQ(output.boxes[0].style, unsigned(MB_ICONWARNING));
-}
-
-TEST_F(RenameRefusingServer, AStagedFileIsNeverLeftMissingWhenTheRenameIsRefused) {
-    install.writeFile("LocalData/Ftp.bg", "");
-    site.writeFile("a.dwg", "old");
-    auto connection = client();
-    install.writeFile("new.dwg", "new");
-    EXPECT_TRUE(connection->UploadFile(install.logic() + u"new.dwg", u"a.dwg"));
-    EXPECT_EQ(site.readFile("a.dwg"), "new");
-    EXPECT_TRUE(site.exists("#.txt"));  // left beside it, as a held target leaves it
 }
 
 TEST_F(DroppingServer, ADownloadDroppedMidTransferFailsAfterOneReconnectAndWritesNothing) {
