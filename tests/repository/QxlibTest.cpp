@@ -1,42 +1,26 @@
 // qxlib run as people run it: separate processes, two install folders (two client machines) sharing one
 // site, each under its own host identity.
 #include "FtpTestServer.h"
+#include "common/ShellRun.h"
 #include "common/TempFolder.h"
 #include "support/Encoding.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 
 namespace {
-
-struct ProcessRun {
-    int status = -1;
-    std::string out;
-};
 
 class Qxlib : public ::testing::Test {
 protected:
     Qxlib() : server(site.native()) {}
 
     // One client machine: its install folder below `machines`, its identity "10.0.0.N(name)".
-    ProcessRun qxlib(const std::string& machine, const std::string& args, const std::string& input = "") {
-        const std::string command = "cd '" + machines.native() + "' && printf '" + input + "' | CORVANE_HOST_ID='" +
-                                    hostId(machine) + "' " + QX_BINARY_DIR + "/bin/qxlib --install-dir '" +
-                                    machines.native() + "/" + machine + "' " + args + " 2>>'" + machines.native() +
-                                    "/" + machine + ".err'";
-        ProcessRun run;
-        FILE* pipe = ::popen(command.c_str(), "r");
-        if (!pipe) return run;
-        std::array<char, 4096> buffer;
-        size_t n;
-        while ((n = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0) run.out.append(buffer.data(), n);
-        const int status = ::pclose(pipe);
-        run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        return run;
+    ShellRun qxlib(const std::string& machine, const std::string& args, const std::string& input = "") {
+        return RunShellCommand("cd '" + machines.native() + "' && printf '" + input + "' | CORVANE_HOST_ID='" +
+                               hostId(machine) + "' " + QX_BINARY_DIR + "/bin/qxlib --install-dir '" +
+                               machines.native() + "/" + machine + "' " + args + " 2>>'" + machines.native() + "/" +
+                               machine + ".err'");
     }
     static std::string hostId(const std::string& machine) { return "10.0.0." + std::to_string(machine.size()) + "(" + machine + ")"; }
     void setUp(const std::string& machine) {
@@ -69,7 +53,7 @@ TEST_F(Qxlib, TwoPeopleKeepALibraryInStepThroughTheJournalAndTheLocks) {
     ASSERT_EQ(qxlib("ann", "submit Symb1Lib/k.dwg").status, 0) << errors("ann");
     EXPECT_EQ(site.readFile("Symb1Lib/k.dwg"), "v1");
 
-    ProcessRun run = qxlib("bob", "sync");
+    ShellRun run = qxlib("bob", "sync");
     ASSERT_EQ(run.status, 0) << errors("bob");
     EXPECT_EQ(machines.readFile("bob/Symb1Lib/k.dwg"), "v1");
 
@@ -114,12 +98,7 @@ TEST_F(Qxlib, TwoClientsContendingForTheJournalLoseNoLine) {
         script += ") & ";
     }
     script += "wait";
-    FILE* pipe = ::popen(script.c_str(), "r");
-    ASSERT_NE(pipe, nullptr);
-    std::array<char, 256> buffer{};
-    const size_t n = std::fread(buffer.data(), 1, buffer.size(), pipe);
-    ::pclose(pipe);
-    EXPECT_EQ(std::string(buffer.data(), n), "");
+    EXPECT_EQ(RunShellCommand(script).out, "");
 
     EXPECT_EQ(journalLines(), 1 + 2 * perClient) << siteText("Server.xml");
     for (const std::string machine : {"ann", "bob"})
@@ -146,7 +125,7 @@ TEST_F(Qxlib, FoldersAndTreesTravelWithTheirJournalLines) {
 
     ASSERT_EQ(qxlib("ann", "delete Lib/tree2/").status, 0) << errors("ann");
     EXPECT_FALSE(site.exists("Lib/tree2"));
-    const ProcessRun run = qxlib("bob", "sync");
+    const ShellRun run = qxlib("bob", "sync");
     EXPECT_TRUE(contains(run.out, "removed on the site: Lib\\tree2\\ (the local copy stays)")) << run.out;
     EXPECT_TRUE(machines.exists("bob/Lib/tree2/panel/a.dwg"));
 }
@@ -161,7 +140,7 @@ TEST_F(Qxlib, PathsThatLeaveTheLibraryAreRefusedFromPeopleAndFromTheSite) {
     site.writeFile("evil.dwg", "evil");
     site.writeFile("Server.xml", "V\r\n..\\evil.dwg|2099|MOD\r\nC:\\evil.dwg|2099|MOD\r\nok.dwg|2099|MOD");
     site.writeFile("ok.dwg", "ok");
-    const ProcessRun run = qxlib("ann", "sync");
+    const ShellRun run = qxlib("ann", "sync");
     EXPECT_EQ(run.status, 0) << errors("ann");
     EXPECT_EQ(machines.readFile("ann/ok.dwg"), "ok");
     EXPECT_FALSE(machines.exists("evil.dwg"));
@@ -170,7 +149,7 @@ TEST_F(Qxlib, PathsThatLeaveTheLibraryAreRefusedFromPeopleAndFromTheSite) {
 
 TEST_F(Qxlib, WithoutASiteSaysWhatIsMissing) {
     machines.makeFolder("nobody");
-    const ProcessRun run = qxlib("nobody", "status");
+    const ShellRun run = qxlib("nobody", "status");
     EXPECT_EQ(run.status, 1);
     EXPECT_TRUE(contains(run.out + errors("nobody"), "run qxlib setup first")) << run.out;
 }
