@@ -4,6 +4,7 @@
 #pragma once
 
 #include "common/CapturedOutput.h"
+#include "common/ShellRun.h"
 #include "common/ScriptedBackend.h"
 #include "common/TempFolder.h"
 #include "exchange/HexmoorReader.h"
@@ -14,7 +15,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <set>
@@ -59,18 +59,11 @@ protected:
     // Every name below a folder, as relative paths with '/', folders with a trailing '/'.
     static std::set<std::string> contents(const std::string& native) {
         std::set<std::string> names;
-        const std::string command = "cd '" + native + "' && find . -mindepth 1 -printf '%P%y\\n'";
-        FILE* pipe = ::popen(command.c_str(), "r");
-        if (!pipe) return names;
-        char line[4096];
-        while (std::fgets(line, sizeof line, pipe)) {
-            std::string entry(line);
-            if (!entry.empty() && entry.back() == '\n') entry.pop_back();
-            const char kind = entry.back();
-            entry.pop_back();
-            names.insert(kind == 'd' ? entry + "/" : entry);
+        const std::string out = RunShellCommand("cd '" + native + "' && find . -mindepth 1 -printf '%P%y\\n'").out;
+        for (size_t at = 0, end; (end = out.find('\n', at)) != std::string::npos; at = end + 1) {
+            const std::string entry = out.substr(at, end - at - 1);
+            names.insert(out[end - 1] == 'd' ? entry + "/" : entry);
         }
-        ::pclose(pipe);
         return names;
     }
 
@@ -83,13 +76,8 @@ protected:
             "    n = ET.parse(p).getroot().find(\"Node\")\n"
             "    sys.stdout.write(\"%s|%s|%s;\" % (n.get(\"Name\"), n.get(\"ID\"), n.get(\"Type\")))'";
         for (const std::string& file : files) command += " '" + file + "'";
-        FILE* pipe = ::popen(command.c_str(), "r");
-        if (!pipe) return {};
-        std::string out;
-        char buffer[4096];
-        size_t n = 0;
-        while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) out.append(buffer, n);
-        return ::pclose(pipe) == 0 ? out : std::string();
+        const ShellRun run = RunShellCommand(command);
+        return run.status == 0 ? run.out : std::string();
     }
 
     // Reads a Hexmoor.xml as the commands do.

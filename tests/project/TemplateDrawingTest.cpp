@@ -1,5 +1,6 @@
 // The template drawing that new devices get: a drawing that the module's reader and an independent DXF
 // reader both take, with a title block whose name cell holds 图纸; laid out once, never over a person's own.
+#include "common/ShellRun.h"
 #include "common/TempFolder.h"
 #include "drawing/access/QxDwgOpen.h"
 #include "drawing/title/TitleBlock.h"
@@ -8,24 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <cstdlib>
 #include <string>
-
-namespace {
-
-std::string run(const std::string& command) {
-    FILE* pipe = ::popen(command.c_str(), "r");
-    if (!pipe) return "popen failed";
-    std::string out;
-    char buffer[4096];
-    size_t n = 0;
-    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) out.append(buffer, n);
-    const int status = ::pclose(pipe);
-    return status == 0 ? out : out + " [exit " + std::to_string(status) + "]";
-}
-
-} // namespace
 
 TEST(TemplateDrawing, TheModulesReaderFindsItsTitleBlock) {
     TempFolder install;
@@ -54,8 +38,9 @@ TEST(TemplateDrawing, AnIndependentReaderTakesItWithoutErrors) {
         "texts = [text(t.dxf.text) for t in doc.modelspace().query('TEXT')]\n"
         "print(doc.dxfversion, len(auditor.errors), len(apps), cells[0], cells[2], cells[-1], texts)\n";
     const std::string path = install.native() + "/Support/TEMPLATE/图纸.DWG";
-    EXPECT_EQ(run("/usr/bin/python3 -c \"" + script + "\" '" + path + "'"),
-              "AC1015 0 5 $BEGINETITLE 图号|20|40|90|30|0|0| $ENDTITLE ['图纸']\n");
+    const ShellRun run = RunShellCommand("/usr/bin/python3 -c \"" + script + "\" '" + path + "'");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, "AC1015 0 5 $BEGINETITLE 图号|20|40|90|30|0|0| $ENDTITLE ['图纸']\n");
 }
 
 TEST(TemplateDrawing, ATemplateThatIsThereIsKept) {
@@ -72,6 +57,6 @@ TEST(TemplateDrawing, ATemplateThatIsThereIsKept) {
 TEST(TemplateDrawing, QxcadLaysItOutInANewInstallFolder) {
     TempFolder home;
     const std::string install = home.native() + "/corvane";
-    const std::string out = run(std::string(QX_BINARY_DIR) + "/bin/qxcad --install-dir '" + install + "' HELP </dev/null 2>&1");
+    const std::string out = RunShellCommand(std::string(QX_BINARY_DIR) + "/bin/qxcad --install-dir '" + install + "' HELP </dev/null 2>&1").out;
     EXPECT_EQ(home.readFile("corvane/Support/TEMPLATE/图纸.DWG"), TemplateDrawingDxf()) << out;
 }
