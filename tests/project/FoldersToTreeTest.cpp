@@ -70,13 +70,6 @@ TEST_F(FoldersToTree, DocumentsGiveTheTreeItsLinksCabinetsAndRows) {
     EXPECT_TRUE(tree->m_arrCabinets[2]->m_arrPrimaryBom.IsEmpty());
     EXPECT_EQ(output.printed, u"");
     EXPECT_TRUE(output.boxes.empty());
-
-    // Deleting the sub-project leaves the root's list without its device.
-    tree->m_arrChildren.RemoveAt(1);
-    const int at = tree->m_arrCabinets.Find(k11);
-    ASSERT_GE(at, 0);
-    delete sub;
-    EXPECT_EQ(names(tree->m_arrCabinets), u"K01;K02;");
 }
 
 TEST_F(FoldersToTree, ProjectWithoutItsOwnDocumentKeepsNoChildren) {
