@@ -61,10 +61,7 @@ TEST_F(TerminalDialog, TheEndOfInputCancelsAndNothingChanges) {
     EXPECT_EQ(project.device(0).m_strCirNo, u"A1");
     EXPECT_EQ(project.device(0).m_strCirName, u"name");
 
-    CSetCabInfo again;
-    again.m_pProjectTree = &project.root;
-    std::deque<CString> lines{u"1 3 edited", u"CANCEL", u"OK"};
-    run(lines);
+    run({u"1 3 edited", u"CANCEL", u"OK"});
     EXPECT_EQ(project.device(0).m_strCirName, u"name");
 }
 
