@@ -28,29 +28,24 @@ protected:
 
 } // namespace
 
-TEST_F(EmbeddedCentre, FirstLoginMakesTheAccountAndLaterOnesMustMatchIt) {
+TEST_F(EmbeddedCentre, FirstLoginMakesTheAccountInAnOwnerOnlyStoreWithoutThePlainCredentialAndLaterOnesMustMatchIt) {
     {
         CHexmoorInteFace client;
-        fill(client, u"s3cret");
+        fill(client, u"plain-credential-text");
         EXPECT_EQ(client.autoLogin(), 1);
         EXPECT_TRUE(client.isLogin());
     }
-    CHexmoorInteFace client;
-    fill(client, u"wrong");
-    EXPECT_EQ(client.autoLogin(), -1);
-    EXPECT_FALSE(client.isLogin());
-    fill(client, u"s3cret");
-    EXPECT_EQ(client.autoLogin(), 1);
-}
-
-TEST_F(EmbeddedCentre, StoreIsReadableByItsOwnerOnlyAndHoldsNoPlainCredential) {
-    CHexmoorInteFace client;
-    fill(client, u"plain-credential-text");
-    ASSERT_EQ(client.autoLogin(), 1);
     struct stat st;
     ASSERT_EQ(::stat((install.native() + "/LocalData/hexmoor.db").c_str(), &st), 0);
     EXPECT_EQ(st.st_mode & 0777, 0600u);
     EXPECT_EQ(install.readFile("LocalData/hexmoor.db").find("plain-credential-text"), std::string::npos);
+
+    CHexmoorInteFace client;
+    fill(client, u"wrong");
+    EXPECT_EQ(client.autoLogin(), -1);
+    EXPECT_FALSE(client.isLogin());
+    fill(client, u"plain-credential-text");
+    EXPECT_EQ(client.autoLogin(), 1);
 }
 
 TEST_F(EmbeddedCentre, InteractiveLoginAsksWithoutEchoingTheCredential) {
