@@ -51,15 +51,7 @@ TEST(HexmoorReader, DeviceRoundTripKeepsEveryFieldThroughTheSavedFile) {
     CapturedOutput output;
     saveAndRead(folder, writtenText(*device), read);
     EXPECT_TRUE(output.boxes.empty());
-    EXPECT_EQ(read.m_strName, device->m_strName);
-    EXPECT_EQ(read.m_strID, device->m_strID);
-    EXPECT_EQ(read.m_strType, device->m_strType);
-    EXPECT_EQ(read.m_strCirNo, device->m_strCirNo);
-    EXPECT_EQ(read.m_strCirName, device->m_strCirName);
-    EXPECT_EQ(read.m_strCirType, device->m_strCirType);
-    EXPECT_EQ(read.m_strCirSize, device->m_strCirSize);
-    EXPECT_EQ(read.m_strBoms, device->m_strBoms);
-    EXPECT_EQ(read.m_strDataSchema, device->m_strDataSchema);
+    EXPECT_EQ(fieldsOf(read), fieldsOf(*device));
     EXPECT_TRUE(read.m_arrChildren.IsEmpty());
     ASSERT_EQ(read.m_arrPrimaryBom.GetSize(), 2);
     EXPECT_EQ(read.m_arrPrimaryBom[1], (BOM_INFO{u"", u"a&b", u"", u"1", u"", u""}));
