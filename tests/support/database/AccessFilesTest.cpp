@@ -140,8 +140,7 @@ TEST_F(AccessFiles, AccessFilesAreNeverChanged) {
     EXPECT_FALSE(db.InsertRecord(u"Table1", fields, values, kinds));
     EXPECT_FALSE(db.DeleteRecords(u"Table1", fields, values, kinds));
     EXPECT_FALSE(db.UpdateRecords(u"Table1", fields, values, kinds, fields, values, kinds));
-    CArray<int> lengths;
-    lengths.Add(10);
+    const CArray<int> lengths({10});
     EXPECT_FALSE(db.CreateTable(u"New", fields, kinds, lengths));
     EXPECT_FALSE(db.DropTable(u"Table2"));
     EXPECT_FALSE(db.ExecuteSql(u"DELETE FROM Table1"));
