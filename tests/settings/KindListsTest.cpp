@@ -16,15 +16,14 @@ TEST_F(SettingsTest, AbsentListFilesGiveTheDefaultLists) {
     CKindColumns kinds;
     EXPECT_FALSE(ReadTerminalKinds(kinds));
     ASSERT_EQ(kinds.GetSize(), 11);
-    EXPECT_EQ(kinds.m_arrName[10], CString(u"双进双出刀闸端子"));
-    EXPECT_EQ(kinds.m_arrSymbol[10], CString(u"＃＆"));
-    EXPECT_EQ(kinds.m_arrWidth[3], CString(u"8.20"));
+    EXPECT_EQ(row(kinds, 3), CString(u"电流端子|粗线|8.20|"));
+    EXPECT_EQ(row(kinds, 10), CString(u"双进双出刀闸端子|＃＆|6.20|"));
     EXPECT_FALSE(ReadWireKinds(kinds));
     ASSERT_EQ(kinds.GetSize(), 6);
-    EXPECT_EQ(kinds.m_arrSymbol[2], CString(u"★"));
+    EXPECT_EQ(row(kinds, 2), CString(u"4*0.5mm屏蔽线|★||"));
     EXPECT_FALSE(ReadCircuitKinds(kinds));
     ASSERT_EQ(kinds.GetSize(), 3);
-    EXPECT_EQ(kinds.m_arrName[2], CString(u"普通回路"));
+    EXPECT_EQ(row(kinds, 2), CString(u"普通回路|||"));
 }
 
 TEST_F(SettingsTest, TerminalKindLinesSplitIntoNameSymbolWidthAndRest) {
