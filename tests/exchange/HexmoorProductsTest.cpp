@@ -1,7 +1,7 @@
 // BOM rows from the product elements of a device's cabinet block.
 #include "HexmoorTestSupport.h"
 
-#include <string>
+#include <vector>
 
 using namespace hexmoor_test;
 
@@ -15,6 +15,12 @@ void readProducts(const CString& products, HMProjectTree_INFO& rows) {
     HMXmlCreateDocument(document);
     HMXmlWriteNode(document, device.get());
     HMXmlReadProducts(document, &rows);
+}
+
+std::vector<CString> namesOf(const BomRows& rows) {
+    std::vector<CString> names;
+    for (const BOM_INFO& r : rows) names.push_back(r.m_strRowName);
+    return names;
 }
 
 BOM_INFO row(const CString& name, const CString& model, const CString& count, const CString& remark) {
@@ -32,11 +38,7 @@ TEST(HexmoorProducts, ChildRowsGoByTheLengthOfTheParentIdAlone) {
                  u"<product F_Name='absent'/>"
                  u"<product F_Name='long child' F_Remark='型≌2+附件' F_Parent_BOM_ID='abcdefghijk' F_IsSecondary='1'/>",
                  rows);
-    ASSERT_EQ(rows.m_arrPrimaryBom.GetSize(), 4);
-    EXPECT_EQ(rows.m_arrPrimaryBom[0].m_strRowName, CString(u"eight"));
-    EXPECT_EQ(rows.m_arrPrimaryBom[1].m_strRowName, CString(u"chinese eight"));
-    EXPECT_EQ(rows.m_arrPrimaryBom[2].m_strRowName, CString(u"empty"));
-    EXPECT_EQ(rows.m_arrPrimaryBom[3].m_strRowName, CString(u"absent"));
+    EXPECT_EQ(namesOf(rows.m_arrPrimaryBom), (std::vector<CString>{u"eight", u"chinese eight", u"empty", u"absent"}));
     EXPECT_TRUE(rows.m_arrSecondaryBom.IsEmpty());
 }
 
@@ -68,8 +70,7 @@ TEST(HexmoorProducts, OnlyAnExactOneMakesASecondaryRow) {
     ASSERT_EQ(rows.m_arrSecondaryBom.GetSize(), 2);
     EXPECT_EQ(rows.m_arrSecondaryBom[0], row(u"s", u"M", u"abc", u"R"));
     EXPECT_EQ(rows.m_arrSecondaryBom[1], row(u"s2", u"", u"", u""));
-    ASSERT_EQ(rows.m_arrPrimaryBom.GetSize(), 5);
-    for (int i = 0; i < 5; ++i) EXPECT_EQ(rows.m_arrPrimaryBom[i].m_strRowName, CString(u"p") + CString(std::to_string(i)));
+    EXPECT_EQ(namesOf(rows.m_arrPrimaryBom), (std::vector<CString>{u"p0", u"p1", u"p2", u"p3", u"p4"}));
 }
 
 TEST(HexmoorProducts, RowsAppendAndNothingIsReadWithoutProducts) {

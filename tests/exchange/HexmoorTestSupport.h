@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 #include <memory>
+#include <vector>
 
 namespace hexmoor_test {
 
@@ -32,6 +33,12 @@ inline void setCabinet(HMProjectTree_INFO& node, const CString& no, const CStrin
     node.m_strCirName = name;
     node.m_strCirType = type;
     node.m_strCirSize = size;
+}
+
+// Every text field of a node, in declaration order, to compare two nodes in one assertion.
+inline std::vector<CString> fieldsOf(const HMProjectTree_INFO& node) {
+    return {node.m_strName, node.m_strID, node.m_strType, node.m_strCirNo, node.m_strCirName,
+            node.m_strCirType, node.m_strCirSize, node.m_strBoms, node.m_strDataSchema};
 }
 
 // The text that saveXml would be handed for the node.

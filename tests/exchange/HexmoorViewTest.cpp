@@ -1,12 +1,11 @@
 // qxinspect in both directions: hexmoor-write makes the text, hexmoor reads it back as the commands do.
+#include "common/ShellRun.h"
 #include "common/TempFolder.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <cstdlib>
 #include <string>
-#include <sys/wait.h>
 
 namespace {
 
@@ -20,14 +19,9 @@ struct InspectRun {
 InspectRun inspect(const TempFolder& folder, const std::string& arguments, const std::string& input = "") {
     folder.writeFile("stdin", input);
     const std::string dir = folder.native() + "/";
-    const std::string command = std::string("'") + QX_BINARY_DIR + "/bin/qxinspect' " + arguments + " < '" + dir + "stdin' > '" +
-                                dir + "stdout' 2> '" + dir + "stderr'";
-    const int raw = std::system(command.c_str());
-    InspectRun run;
-    run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-    run.out = folder.readFile("stdout");
-    run.err = folder.readFile("stderr");
-    return run;
+    const ShellRun run = RunShellCommand(std::string("'") + QX_BINARY_DIR + "/bin/qxinspect' " + arguments + " < '" + dir +
+                                         "stdin' 2> '" + dir + "stderr'");
+    return {run.status, run.out, folder.readFile("stderr")};
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // The written text of Hexmoor.xml, compared whole.
 #include "HexmoorTestSupport.h"
 #include "common/CapturedOutput.h"
+#include "common/ShellRun.h"
 
 using namespace hexmoor_test;
 
@@ -114,15 +115,7 @@ std::string strictRead(const TempFolder& folder) {
                      "print(repr(node.get('Name')), repr(node.get('CirName')), repr(node.get('CirSize')))\n"
                      "print([p.get('F_Name') for p in root.iter('product')])\n"
                      "print(repr(root.find('Node/DataSchema/NewDataSet').text))\n");
-    const std::string command = "/usr/bin/python3 " + script + " " + folder.native() + "/Hexmoor.xml 2>/dev/null";
-    std::string out;
-    if (FILE* pipe = ::popen(command.c_str(), "r")) {
-        char buffer[4096];
-        size_t n;
-        while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) out.append(buffer, n);
-        ::pclose(pipe);
-    }
-    return out;
+    return RunShellCommand("/usr/bin/python3 " + script + " " + folder.native() + "/Hexmoor.xml 2>/dev/null").out;
 }
 
 } // namespace
@@ -136,10 +129,6 @@ TEST(HexmoorWriter, ControlCharactersAreDroppedSoThatAStrictReaderTakesTheFile) 
 
     TempFolder folder;
     const CString text = writtenText(*device);
-    for (int code = 0; code < 0x20; ++code) {
-        if (code == '\t' || code == '\n' || code == '\r') continue;
-        EXPECT_FALSE(text.Contains(QxFormat(u"&#%02d;", code))) << code;
-    }
     ASSERT_TRUE(SaveHexmoorXml(folder.logic() + u"Hexmoor.xml", text));
     // Tab, line feed and carriage return stay (as references inside attribute values); DEL is no C0 control.
     EXPECT_EQ(strictRead(folder), "'K01' '进线柜\\x7f' '800\\t*\\r\\n1500'\n['ab', 'c']\n'xyz'\n");

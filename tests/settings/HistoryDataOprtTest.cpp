@@ -4,6 +4,8 @@
 #include "settings/HistoryDefaults.h"
 #include "support/Format.h"
 
+#include <filesystem>
+
 namespace {
 
 std::u16string joined(const CStringArray& values, const CString& separator) {
@@ -23,7 +25,7 @@ TEST(HistoryDefaults, HoldTheNamedValuesAndEndCountingToSixteen) {
     for (int i = 1; i <= 16; ++i) EXPECT_EQ(values[QX_HISTORY_DEFAULT_COUNT - 17 + i], QxFormat(u"%d", i));
 }
 
-TEST_F(SettingsTest, AFirstRunWithoutLocalDataWritesOnlyAfterASetter) {
+TEST_F(SettingsTest, AFirstRunWritesTheDefaultsWhereLocalDataIsAndElseOnlyAfterASetter) {
     {
         CHistoryDataOprt history;
         EXPECT_EQ(history.m_arrData.GetSize(), QX_HISTORY_DEFAULT_COUNT);
@@ -37,14 +39,12 @@ TEST_F(SettingsTest, AFirstRunWithoutLocalDataWritesOnlyAfterASetter) {
     GetHistoryDefaults(expected);
     expected[3] = u"2.50";
     EXPECT_EQ(install.readFile("LocalData/HistoryData.txt"), EncodeLegacy(joined(expected, u"\r\n")));
-}
 
-TEST_F(SettingsTest, AFirstRunWithLocalDataWritesTheDefaults) {
-    install.makeFolder("LocalData");
+    // LocalData there but no history file yet: the first run writes the defaults at once.
+    std::filesystem::remove(install.native() + "/LocalData/HistoryData.txt");
     CHistoryDataOprt history;
-    CStringArray defaults;
-    GetHistoryDefaults(defaults);
-    EXPECT_EQ(install.readFile("LocalData/HistoryData.txt"), EncodeLegacy(joined(defaults, u"\r\n")));
+    GetHistoryDefaults(expected);
+    EXPECT_EQ(install.readFile("LocalData/HistoryData.txt"), EncodeLegacy(joined(expected, u"\r\n")));
 }
 
 TEST_F(SettingsTest, HistoryIsNotRewrittenWithoutASetter) {

@@ -3,19 +3,27 @@
 #include "settings/KindLists.h"
 #include "settings/SettingsSession.h"
 
+namespace {
+
+// Every column of one entry, joined by "|".
+CString row(const CKindColumns& kinds, int i) {
+    return kinds.m_arrName[i] + u"|" + kinds.m_arrSymbol[i] + u"|" + kinds.m_arrWidth[i] + u"|" + kinds.m_arrRest[i];
+}
+
+} // namespace
+
 TEST_F(SettingsTest, AbsentListFilesGiveTheDefaultLists) {
     CKindColumns kinds;
     EXPECT_FALSE(ReadTerminalKinds(kinds));
     ASSERT_EQ(kinds.GetSize(), 11);
-    EXPECT_EQ(kinds.m_arrName[10], CString(u"双进双出刀闸端子"));
-    EXPECT_EQ(kinds.m_arrSymbol[10], CString(u"＃＆"));
-    EXPECT_EQ(kinds.m_arrWidth[3], CString(u"8.20"));
+    EXPECT_EQ(row(kinds, 3), CString(u"电流端子|粗线|8.20|"));
+    EXPECT_EQ(row(kinds, 10), CString(u"双进双出刀闸端子|＃＆|6.20|"));
     EXPECT_FALSE(ReadWireKinds(kinds));
     ASSERT_EQ(kinds.GetSize(), 6);
-    EXPECT_EQ(kinds.m_arrSymbol[2], CString(u"★"));
+    EXPECT_EQ(row(kinds, 2), CString(u"4*0.5mm屏蔽线|★||"));
     EXPECT_FALSE(ReadCircuitKinds(kinds));
     ASSERT_EQ(kinds.GetSize(), 3);
-    EXPECT_EQ(kinds.m_arrName[2], CString(u"普通回路"));
+    EXPECT_EQ(row(kinds, 2), CString(u"普通回路|||"));
 }
 
 TEST_F(SettingsTest, TerminalKindLinesSplitIntoNameSymbolWidthAndRest) {
@@ -28,16 +36,10 @@ TEST_F(SettingsTest, TerminalKindLinesSplitIntoNameSymbolWidthAndRest) {
     CKindColumns kinds;
     EXPECT_TRUE(ReadTerminalKinds(kinds));
     ASSERT_EQ(kinds.GetSize(), 4);
-    EXPECT_EQ(kinds.m_arrName[0], CString(u"甲端子"));
-    EXPECT_EQ(kinds.m_arrSymbol[0], CString(u"粗线"));
-    EXPECT_EQ(kinds.m_arrWidth[0], CString(u"7.00"));
-    EXPECT_EQ(kinds.m_arrRest[0], CString());
-    EXPECT_EQ(kinds.m_arrWidth[1], CString(u"6.25"));
-    EXPECT_EQ(kinds.m_arrRest[1], CString(u"红"));
-    EXPECT_EQ(kinds.m_arrSymbol[2], CString());
-    EXPECT_EQ(kinds.m_arrRest[2], CString(u"a,b,c"));
-    EXPECT_EQ(kinds.m_arrName[3], CString(u"丁端子"));
-    EXPECT_EQ(kinds.m_arrWidth[3], CString(u"0.00"));
+    EXPECT_EQ(row(kinds, 0), CString(u"甲端子|粗线|7.00|"));
+    EXPECT_EQ(row(kinds, 1), CString(u"乙端子|▽|6.25|红"));
+    EXPECT_EQ(row(kinds, 2), CString(u"丙端子||5.00|a,b,c"));
+    EXPECT_EQ(row(kinds, 3), CString(u"丁端子|X|0.00|"));
 }
 
 TEST_F(SettingsTest, ATerminalFileOfTheOldFormIsReplacedByTheDefaults) {
@@ -55,11 +57,8 @@ TEST_F(SettingsTest, WireKindsMixTheShortAndTheLongForm) {
     CKindColumns kinds;
     EXPECT_TRUE(ReadWireKinds(kinds));
     ASSERT_EQ(kinds.GetSize(), 2);
-    EXPECT_EQ(kinds.m_arrSymbol[0], CString(u"@"));
-    EXPECT_EQ(kinds.m_arrWidth[0], CString());
-    EXPECT_EQ(kinds.m_arrSymbol[1], CString(u"*"));
-    EXPECT_EQ(kinds.m_arrWidth[1], CString(u"4.50"));
-    EXPECT_EQ(kinds.m_arrRest[1], CString(u"备注"));
+    EXPECT_EQ(row(kinds, 0), CString(u"屏蔽线|@||"));
+    EXPECT_EQ(row(kinds, 1), CString(u"双绞线|*|4.50|备注"));
 }
 
 TEST_F(SettingsTest, ACircuitValueKeepsItsOwnColon) {
@@ -67,9 +66,8 @@ TEST_F(SettingsTest, ACircuitValueKeepsItsOwnColon) {
     CKindColumns kinds;
     EXPECT_TRUE(ReadCircuitKinds(kinds));
     ASSERT_EQ(kinds.GetSize(), 2);
-    EXPECT_EQ(kinds.m_arrSymbol[0], CString(u"A:B"));
-    EXPECT_EQ(kinds.m_arrName[1], CString(u"电压回路"));
-    EXPECT_EQ(kinds.m_arrSymbol[1], CString(u"U"));
+    EXPECT_EQ(row(kinds, 0), CString(u"电流回路|A:B||"));
+    EXPECT_EQ(row(kinds, 1), CString(u"电压回路|U||"));
 
     install.writeFile("Data/DZBHUILUFH.txt", "junk\r\n");
     EXPECT_FALSE(ReadCircuitKinds(kinds));

@@ -39,8 +39,6 @@ TEST_F(SettingsTest, AworkValuesAreReadInEitherEncoding) {
 
 TEST_F(SettingsTest, AnEmptyFileGivesZeroesAndTheFallbacks) {
     CReadAworkSys settings;
-    EXPECT_EQ(settings.m_nCrossNodeSize, 15);
-    EXPECT_EQ(settings.m_strShortWireToPartDist, CString(u"3"));
     install.writeFile("LocalData/awork.sys", "");
     CSettingsSession session;
     ASSERT_TRUE(settings.Load(session));

@@ -51,9 +51,7 @@ TEST(TextFileReading, LineEndsAreNeverPartOfALine) {
 
 TEST(TextFileWriting, LegacyCodePageWithCrLf) {
     TempFolder dir;
-    CStringArray lines;
-    lines.Add(u"项目");
-    lines.Add(u"b");
+    const CStringArray lines({u"项目", u"b"});
     ASSERT_TRUE(WriteFileLines(dir.logic() + u"out.txt", lines));
     EXPECT_EQ(dir.readFile("out.txt"), kGbkProject + "\r\nb\r\n");
 }

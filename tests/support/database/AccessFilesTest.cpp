@@ -93,10 +93,8 @@ TEST_F(AccessFiles, UnicodeTextComesOutInEveryScript) {
     EXPECT_EQ(values[6], CString(u"ümlaut"));
 
     // Conditions as the host's provider reads them: Like, text compared ignoring case.
-    CStringArray fields;
-    CStringArray patterns;
-    fields.Add(u"Unicode");
-    patterns.Add(u"мИР");
+    const CStringArray fields({u"Unicode"});
+    CStringArray patterns({u"мИР"});
     CStringArray found;
     ASSERT_TRUE(db.GetFieldValuesWhere(u"Table", u"ID", fields, patterns, found, QX_KIND_INTEGER, false));
     EXPECT_EQ(asVector(found), (std::vector<CString>{u"3"}));
@@ -136,17 +134,13 @@ TEST_F(AccessFiles, AccessFilesAreNeverChanged) {
     CapturedOutput output;
     COperateMdb db(folder.logic() + u"copy.mdb");
     ASSERT_TRUE(db.IsOpen());
-    CStringArray fields;
-    CStringArray values;
-    CKindArray kinds;
-    fields.Add(u"A");
-    values.Add(u"x");
-    kinds.Add(QX_KIND_CHAR);
+    const CStringArray fields({u"A"});
+    const CStringArray values({u"x"});
+    const CKindArray kinds({QX_KIND_CHAR});
     EXPECT_FALSE(db.InsertRecord(u"Table1", fields, values, kinds));
     EXPECT_FALSE(db.DeleteRecords(u"Table1", fields, values, kinds));
     EXPECT_FALSE(db.UpdateRecords(u"Table1", fields, values, kinds, fields, values, kinds));
-    CArray<int> lengths;
-    lengths.Add(10);
+    const CArray<int> lengths({10});
     EXPECT_FALSE(db.CreateTable(u"New", fields, kinds, lengths));
     EXPECT_FALSE(db.DropTable(u"Table2"));
     EXPECT_FALSE(db.ExecuteSql(u"DELETE FROM Table1"));

@@ -42,9 +42,7 @@ TEST(SqlText, UpdateTakesThreeConditionsAndLeavesOutAbsentTexts) {
 TEST(SqlText, CreateTableWritesTypeWordsAndRefusesUnknownKinds) {
     CString sql;
     CString unknown;
-    CArray<int> lengths;
-    lengths.Add(20);
-    lengths.Add(99);
+    const CArray<int> lengths({20, 99});
     ASSERT_TRUE(SqlCreateTable(u"T", CStringArray({u"F", u"G"}), CKindArray({129, 3}), lengths, sql, unknown));
     EXPECT_EQ(sql, CString(u"CREATE TABLE T ( [F] Text(20), [G] Integer)"));
     ASSERT_TRUE(SqlCreateTable(u"T", CStringArray({u"F", u"G"}), CKindArray({5, 11}), lengths, sql, unknown));

@@ -113,9 +113,7 @@ TEST_F(SqliteFiles, StatementsChangeTheFileWhereSqliteTakesTheirForm) {
     ASSERT_TRUE(db.DeleteRecords(table, CStringArray({u"WORD", u"N"}), CStringArray({u"制造厂家", u"7"}), CKindArray({129, 3})));
     EXPECT_EQ(db.GetRecordCount(table), 6);
 
-    CArray<int> lengths;
-    lengths.Add(20);
-    lengths.Add(0);
+    const CArray<int> lengths({20, 0});
     ASSERT_TRUE(db.CreateTable(u"new table-1", CStringArray({u"Name", u"Count"}), CKindArray({129, 3}), lengths));
     EXPECT_TRUE(db.TableExists(u"new_table_1"));
     int kind = 0;
