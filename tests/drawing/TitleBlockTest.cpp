@@ -10,8 +10,7 @@ namespace {
 
 const std::vector<CString> kAllKeys = {HORSIZE_OF_DRAWING, VERSIZE_OF_DRAWING, HORNUM_OF_TABLE, VERNUM_OF_TABLE, u"X1"};
 
-class TitleBlockTest : public testing::Test {
-protected:
+struct TitleDrawing {
     // A title block at `at` whose number cell spans x 10..60, y 5..25 and name cell x 70..170, y 5..25,
     // with the two texts written inside.
     AcDbObjectId addTitle(const AcGePoint3d& at, const CString& number, const CString& name,
@@ -38,6 +37,16 @@ protected:
 
     DrawingBuilder b;
     AcDbObjectId m_block;
+};
+
+class TitleBlockTest : public testing::Test, protected TitleDrawing {};
+
+struct TitleChoice {
+    const char* what;
+    std::vector<std::pair<CString, CString>> titles;  // number and name, one title block above the other
+    bool beginKeyFirst;  // the first title block has HORBEGIN_OF_TABLE alone
+    bool found;
+    CString number, name;
 };
 
 CStringArray Items(std::initializer_list<CString> items) {
@@ -146,30 +155,29 @@ TEST_F(TitleBlockTest, BlocksThatAreNoTitleBlocksOrHaveNoTable) {
     EXPECT_FALSE(QxReadTitleBlock(nullptr, reference.get(), number, name));
 }
 
-TEST_F(TitleBlockTest, PrimaryWinsOverWiring) {
-    addTitle({0, 0, 0}, u"YC-01", u"一次接线图");
-    addTitle({0, 100, 0}, u"BZ-01", u"布置图");
-    CString number, name;
-    EXPECT_TRUE(QxGetDwgTitle(&b.database(), number, name));
-    EXPECT_EQ(number, u"YC-01");
-    EXPECT_EQ(name, u"一次接线图");
-}
-
-TEST_F(TitleBlockTest, WiringDrawingsArePassedOver) {
-    addTitle({0, 0, 0}, u"DZ-01", u"端子接线图");
-    addTitle({0, 100, 0}, u"BZ-01", u"布置图");
-    CString number, name;
-    EXPECT_TRUE(QxGetDwgTitle(&b.database(), number, name));
-    EXPECT_EQ(number, u"BZ-01");
-    EXPECT_EQ(name, u"布置图");
-}
-
-TEST_F(TitleBlockTest, OnlyAWiringTitleGivesFalseWithItsTexts) {
-    addTitle({0, 0, 0}, u"DZ-01", u"端子接线图");
-    CString number, name;
-    EXPECT_FALSE(QxGetDwgTitle(&b.database(), number, name));
-    EXPECT_EQ(number, u"DZ-01");
-    EXPECT_EQ(name, u"端子接线图");
+TEST(TitleBlockChoiceTest, PrimaryWinsWiringIsPassedOverAndABlockWithOnlyTheBeginKeyIsAcceptedEmpty) {
+    const std::vector<TitleChoice> cases = {
+        {"primary wins over wiring", {{u"YC-01", u"一次接线图"}, {u"BZ-01", u"布置图"}}, false, true, u"YC-01",
+         u"一次接线图"},
+        {"wiring is passed over", {{u"DZ-01", u"端子接线图"}, {u"BZ-01", u"布置图"}}, false, true, u"BZ-01", u"布置图"},
+        {"only a wiring title gives false with its texts", {{u"DZ-01", u"端子接线图"}}, false, false, u"DZ-01",
+         u"端子接线图"},
+        {"only the begin key is accepted empty", {{u"N", u"M"}, {u"LATER", u"布置图"}}, true, true, u"", u""},
+    };
+    for (const TitleChoice& c : cases) {
+        SCOPED_TRACE(c.what);
+        TitleDrawing d;
+        double y = 0;
+        for (const auto& [number, name] : c.titles) {
+            const bool beginOnly = c.beginKeyFirst && y == 0;
+            d.addTitle({0, y, 0}, number, name, beginOnly ? std::vector<CString>{HORBEGIN_OF_TABLE} : kAllKeys);
+            y += 100;
+        }
+        CString number, name;
+        EXPECT_EQ(QxGetDwgTitle(&d.b.database(), number, name), c.found);
+        EXPECT_EQ(number, c.number);
+        EXPECT_EQ(name, c.name);
+    }
 }
 
 TEST_F(TitleBlockTest, DrawingsWithoutTitleBlocks) {
@@ -181,15 +189,6 @@ TEST_F(TitleBlockTest, DrawingsWithoutTitleBlocks) {
     AddTextRecord(b, other, CORVANE_TITLE, {u"图号|10|25|60|5|0|0|"});
     b.addText(u"HD", {20, 12, 0});
     EXPECT_FALSE(QxGetDwgTitle(&b.database(), number, name));
-    EXPECT_EQ(number, u"");
-    EXPECT_EQ(name, u"");
-}
-
-TEST_F(TitleBlockTest, BlockWithOnlyTheBeginKeyIsAcceptedEmpty) {
-    addTitle({0, 0, 0}, u"N", u"M", {HORBEGIN_OF_TABLE});
-    addTitle({0, 100, 0}, u"LATER", u"布置图");
-    CString number, name;
-    EXPECT_TRUE(QxGetDwgTitle(&b.database(), number, name));
     EXPECT_EQ(number, u"");
     EXPECT_EQ(name, u"");
 }
