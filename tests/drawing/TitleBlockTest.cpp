@@ -108,14 +108,6 @@ TEST(TitleCellTableTest, TheTableHoldsAHundredCells) {
     EXPECT_EQ(table.Cells[99].X1, 99.0);
 }
 
-TEST_F(TitleBlockTest, ReadsTextsStrictlyInsideTheCells) {
-    const AcDbObjectId title = addTitle({100, 50, 0}, u"HD-01", u"布置图");
-    CString number, name;
-    ASSERT_TRUE(readBlock(title, number, name));
-    EXPECT_EQ(number, u"HD-01");
-    EXPECT_EQ(name, u"布置图");
-}
-
 TEST_F(TitleBlockTest, TextOnAnEdgeLiesOutsideAndTheFirstInsideWins) {
     const AcDbObjectId title = addBlockWithKeys({100, 50, 0}, kAllKeys);
     AddTextRecord(b, title, CORVANE_TITLE, {u"设计图号|10|20|30|5|0|0|", u"图 名|40|20|60|5|0|0|"});
