@@ -149,6 +149,11 @@ TEST_F(PrimaryDiagramTest, CircuitFieldsFromAttributesAndRows) {
     EXPECT_EQ(c.DwgPaths, CStringArray({kPrimaryPath}));
     EXPECT_EQ(c.DwgFlags, CArray<int>({1}));
     EXPECT_EQ(c.Handles, CStringArray({handleOf(panel)}));
+
+    // Records already in the array take part in the search of the next drawing.
+    read(u"\\other\\copy.dwg");
+    ASSERT_EQ(circuits.GetSize(), 1);
+    EXPECT_EQ(circuits[0]->DwgPaths, CStringArray({kPrimaryPath, u"\\other\\copy.dwg"}));
 }
 
 TEST_F(PrimaryDiagramTest, IdentityIgnoresCaseOfTypeButNotOfNumber) {
@@ -176,15 +181,6 @@ TEST_F(PrimaryDiagramTest, IdentityIgnoresCaseOfTypeButNotOfNumber) {
     EXPECT_EQ(c.CircuitName, u"first");
     EXPECT_EQ(circuits[1]->No, u"k01");
     EXPECT_EQ(circuits[2]->GroupCode, u"g1");
-}
-
-TEST_F(PrimaryDiagramTest, RecordsAlreadyInTheArrayTakePartInTheSearch) {
-    CircuitAttributes a;
-    addCircuit(a);
-    read();
-    read(u"\\other\\copy.dwg");
-    ASSERT_EQ(circuits.GetSize(), 1);
-    EXPECT_EQ(circuits[0]->DwgPaths, CStringArray({kPrimaryPath, u"\\other\\copy.dwg"}));
 }
 
 TEST_F(PrimaryDiagramTest, UnnumberedBlocksWithAPath) {
