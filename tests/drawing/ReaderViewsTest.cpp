@@ -4,14 +4,9 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <cstdio>
-#include <sys/wait.h>
-
 namespace {
 
-using ViewRun = ShellRun;
-
-ViewRun runView(const std::string& arguments) {
+ShellRun runView(const std::string& arguments) {
     const std::string command = std::string(QX_BINARY_DIR) + "/bin/qxinspect " + arguments + " 2>/dev/null";
     return RunShellCommand(command);
 }
@@ -21,7 +16,7 @@ std::string fixture(const std::string& relative) {
 }
 
 nlohmann::json viewJson(const std::string& view, const std::string& file) {
-    const ViewRun run = runView(view + " '" + fixture(file) + "'");
+    const ShellRun run = runView(view + " '" + fixture(file) + "'");
     EXPECT_EQ(run.status, 0) << view;
     return nlohmann::json::parse(run.out, nullptr, false);
 }
@@ -75,7 +70,7 @@ TEST(ReaderViewsTest, UnreadableDrawingsAndWrongCommandLines) {
         EXPECT_EQ(runView(std::string(view) + " '" + fixture("K01") + "'").status, 1) << view;
         EXPECT_EQ(runView(view).status, 2) << view;
     }
-    const ViewRun broken = runView(std::string("bom '") + QX_TEST_DATA_DIR + "/dxf/broken_links.dxf'");
+    const ShellRun broken = runView(std::string("bom '") + QX_TEST_DATA_DIR + "/dxf/broken_links.dxf'");
     EXPECT_EQ(broken.status, 0);
     EXPECT_TRUE(nlohmann::json::parse(broken.out, nullptr, false).is_object());
 }
