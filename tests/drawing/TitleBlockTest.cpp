@@ -41,10 +41,14 @@ struct TitleDrawing {
 
 class TitleBlockTest : public testing::Test, protected TitleDrawing {};
 
+struct TitleSpec {
+    CString number, name;
+    std::vector<CString> keys = kAllKeys;
+};
+
 struct TitleChoice {
     const char* what;
-    std::vector<std::pair<CString, CString>> titles;  // number and name, one title block above the other
-    bool beginKeyFirst;  // the first title block has HORBEGIN_OF_TABLE alone
+    std::vector<TitleSpec> titles;  // one title block above the other
     bool found;
     CString number, name;
 };
@@ -147,42 +151,32 @@ TEST_F(TitleBlockTest, BlocksThatAreNoTitleBlocksOrHaveNoTable) {
     EXPECT_FALSE(QxReadTitleBlock(nullptr, reference.get(), number, name));
 }
 
-TEST(TitleBlockChoiceTest, PrimaryWinsWiringIsPassedOverAndABlockWithOnlyTheBeginKeyIsAcceptedEmpty) {
+TEST(TitleBlockChoiceTest, PrimaryWinsWiringIsPassedOverBeginKeyBlockIsEmptyOtherBlocksAreNone) {
     const std::vector<TitleChoice> cases = {
-        {"primary wins over wiring", {{u"YC-01", u"一次接线图"}, {u"BZ-01", u"布置图"}}, false, true, u"YC-01",
-         u"一次接线图"},
-        {"wiring is passed over", {{u"DZ-01", u"端子接线图"}, {u"BZ-01", u"布置图"}}, false, true, u"BZ-01", u"布置图"},
-        {"only a wiring title gives false with its texts", {{u"DZ-01", u"端子接线图"}}, false, false, u"DZ-01",
-         u"端子接线图"},
-        {"only the begin key is accepted empty", {{u"N", u"M"}, {u"LATER", u"布置图"}}, true, true, u"", u""},
+        {"primary wins over wiring", {{u"YC-01", u"一次接线图"}, {u"BZ-01", u"布置图"}}, true, u"YC-01", u"一次接线图"},
+        {"wiring is passed over", {{u"DZ-01", u"端子接线图"}, {u"BZ-01", u"布置图"}}, true, u"BZ-01", u"布置图"},
+        {"only a wiring title gives false with its texts", {{u"DZ-01", u"端子接线图"}}, false, u"DZ-01", u"端子接线图"},
+        {"only the begin key is accepted empty", {{u"N", u"M", {HORBEGIN_OF_TABLE}}, {u"LATER", u"布置图"}}, true, u"",
+         u""},
+        // A block with other xdata is no title block, its cells and texts notwithstanding.
+        {"no title block", {{u"HD", u"布置图", {u"X1"}}}, false, u"", u""},
     };
     for (const TitleChoice& c : cases) {
         SCOPED_TRACE(c.what);
         TitleDrawing d;
         double y = 0;
-        for (const auto& [number, name] : c.titles) {
-            const bool beginOnly = c.beginKeyFirst && y == 0;
-            d.addTitle({0, y, 0}, number, name, beginOnly ? std::vector<CString>{HORBEGIN_OF_TABLE} : kAllKeys);
+        for (const TitleSpec& title : c.titles) {
+            d.addTitle({0, y, 0}, title.number, title.name, title.keys);
             y += 100;
         }
-        CString number, name;
+        CString number = u"stale", name = u"stale";
         EXPECT_EQ(QxGetDwgTitle(&d.b.database(), number, name), c.found);
         EXPECT_EQ(number, c.number);
         EXPECT_EQ(name, c.name);
     }
-}
-
-TEST_F(TitleBlockTest, DrawingsWithoutTitleBlocks) {
     CString number = u"stale", name = u"stale";
     EXPECT_FALSE(QxGetDwgTitle(nullptr, number, name));
     EXPECT_EQ(number, u"");
-    // A block with other xdata is no title block; text alone is no title block either.
-    const AcDbObjectId other = addBlockWithKeys({0, 0, 0}, {u"X1"});
-    AddTextRecord(b, other, CORVANE_TITLE, {u"图号|10|25|60|5|0|0|"});
-    b.addText(u"HD", {20, 12, 0});
-    EXPECT_FALSE(QxGetDwgTitle(&b.database(), number, name));
-    EXPECT_EQ(number, u"");
-    EXPECT_EQ(name, u"");
 }
 
 TEST_F(TitleBlockTest, StrictTestNeedsAllFiveKeys) {
