@@ -154,10 +154,6 @@ TEST_F(DrawingAccessTest, LocksCommandsVariablesAndWorkingDatabase) {
     EXPECT_EQ(value, 0);
 
     EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), document->database());
-    AcDbDatabase side;
-    acdbHostApplicationServices()->setWorkingDatabase(&side);
-    EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), &side);
-    acdbHostApplicationServices()->setWorkingDatabase(document->database());
 }
 
 TEST_F(DrawingAccessTest, ReadingObjectsAsTheExtractionDoes) {
