@@ -3,15 +3,11 @@
 #include "common/ShellRun.h"
 #include "AssemblyFixtures.h"
 
-#include <cstdio>
 #include <nlohmann/json.hpp>
-#include <sys/wait.h>
 
 namespace {
 
-using InspectRun = ShellRun;
-
-InspectRun inspect(const std::string& arguments) {
+ShellRun inspect(const std::string& arguments) {
     const std::string command = std::string(QX_BINARY_DIR) + "/bin/qxinspect " + arguments + " 2>/dev/null";
     return RunShellCommand(command);
 }
@@ -27,7 +23,7 @@ protected:
 
 TEST_F(AssemblyViewsTest, ScanShowsGroupsWithDrawersInTheMachinesPaths) {
     layOutStation();
-    const InspectRun run = inspect("scan " + quoted(native("Station")));
+    const ShellRun run = inspect("scan " + quoted(native("Station")));
     ASSERT_EQ(run.status, 0);
     const auto doc = nlohmann::json::parse(run.out);
     EXPECT_EQ(doc["primary"], native("Station/一次系统图.dwg"));
@@ -42,7 +38,7 @@ TEST_F(AssemblyViewsTest, ScanShowsGroupsWithDrawersInTheMachinesPaths) {
     EXPECT_EQ(doc["groups"][1]["m_arrParts"][0]["m_strCount"], "3");
 
     m_folder.makeFolder("Empty");
-    const InspectRun empty = inspect("scan " + quoted(native("Empty")));
+    const ShellRun empty = inspect("scan " + quoted(native("Empty")));
     ASSERT_EQ(empty.status, 0);
     EXPECT_TRUE(nlohmann::json::parse(empty.out)["groups"].empty());
     EXPECT_EQ(inspect("scan " + quoted(native("Missing"))).status, 1);
@@ -52,7 +48,7 @@ TEST_F(AssemblyViewsTest, ScanShowsGroupsWithDrawersInTheMachinesPaths) {
 TEST_F(AssemblyViewsTest, PartsShowsRecordsOfAllDrawingsTogether) {
     m_folder.writeFile("d/A.dwg", AssemblyFixture("device_a.dxf"));
     m_folder.writeFile("d/B.dwg", AssemblyFixture("device_b.dxf"));
-    const InspectRun run = inspect("parts " + quoted(native("d/A.dwg")) + " " + quoted(native("d/none.dwg")) + " " +
+    const ShellRun run = inspect("parts " + quoted(native("d/A.dwg")) + " " + quoted(native("d/none.dwg")) + " " +
                                    quoted(native("d/B.dwg")));
     ASSERT_EQ(run.status, 0);
     const auto doc = nlohmann::json::parse(run.out);
@@ -73,7 +69,7 @@ TEST_F(AssemblyViewsTest, DeviceScansTheTopProjectAndShowsRowsAndTheFailedCheck)
     m_folder.writeFile("Station/Sub/K02/K02.prj", DeviceFileText("K02"));
     m_folder.writeFile("Station/K01/K01.prj", DeviceFileText("K01，K02"));
 
-    const InspectRun plain = inspect("device " + quoted(native("Station/Sub/K02/K02.prj")));
+    const ShellRun plain = inspect("device " + quoted(native("Station/Sub/K02/K02.prj")));
     ASSERT_EQ(plain.status, 0);
     const auto k02 = nlohmann::json::parse(plain.out);
     EXPECT_EQ(k02["projectFolder"], native("Station"));
@@ -84,7 +80,7 @@ TEST_F(AssemblyViewsTest, DeviceScansTheTopProjectAndShowsRowsAndTheFailedCheck)
     EXPECT_TRUE(k02["messages"].empty());
     EXPECT_EQ(k02["g_bBomCheckFailed"], false);
 
-    const InspectRun failed = inspect("device " + quoted(native("Station/K01/K01.prj")));
+    const ShellRun failed = inspect("device " + quoted(native("Station/K01/K01.prj")));
     ASSERT_EQ(failed.status, 0);
     const auto k01 = nlohmann::json::parse(failed.out);
     EXPECT_EQ(k01["m_nCabCount"], 2);

@@ -209,7 +209,7 @@ TEST_F(AssemblyTest, ScanAddsTheMarkerToCircuitBlocksOnlyWhereItIsMissing) {
     EXPECT_EQ(m_folder.readFile("Station/一次系统图.dwg"), AssemblyFixture("primary.dxf"));
 }
 
-TEST_F(AssemblyTest, FolderWithoutOneDrawingKeepsTheGroupsOfTheLastScan) {
+TEST_F(AssemblyTest, FolderWithoutOneDrawingKeepsTheGroupsOfTheLastScanAnUnreadableOneEmptiesThem) {
     layOutStation();
     QxScanPrimaryDiagram(station());
     ASSERT_EQ(g_arrReferGroups.GetSize(), 6);
@@ -226,6 +226,17 @@ TEST_F(AssemblyTest, FolderWithoutOneDrawingKeepsTheGroupsOfTheLastScan) {
     EXPECT_EQ(g_arrReferGroups.GetSize(), 6);
     EXPECT_EQ(g_arrReferGroups[0], kept);
     EXPECT_EQ(g_arrCircuits.GetSize(), 7);
+
+    // An unreadable primary drawing empties the arrays and restores everything.
+    acDocManagerPtr()->reset();
+    AcApDocument* untitled = acDocManagerPtr()->curDocument();
+    m_folder.writeFile("Broken/broken.dwg", "AC1032 binary junk\0\x01\x02");
+    QxScanPrimaryDiagram(m_folder.logic() + u"Broken\\");
+    EXPECT_TRUE(g_arrReferGroups.IsEmpty());
+    EXPECT_TRUE(g_arrCircuits.IsEmpty());
+    EXPECT_EQ(acDocManagerPtr()->curDocument(), untitled);
+    EXPECT_EQ(acDocManagerPtr()->documentCount(), 1);
+    EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), untitled->database());
 }
 
 TEST_F(AssemblyTest, ScanRestoresTheWorkingDatabaseAndCurrentDocument) {
@@ -243,22 +254,6 @@ TEST_F(AssemblyTest, ScanRestoresTheWorkingDatabaseAndCurrentDocument) {
     EXPECT_EQ(acDocManagerPtr()->curDocument(), untitled);
     EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), &elsewhere);
     acdbHostApplicationServices()->setWorkingDatabase(nullptr);
-}
-
-TEST_F(AssemblyTest, UnreadablePrimaryDrawingEmptiesTheArraysAndRestoresEverything) {
-    layOutStation();
-    QxScanPrimaryDiagram(station());
-    ASSERT_FALSE(g_arrReferGroups.IsEmpty());
-    acDocManagerPtr()->reset();
-    AcApDocument* untitled = acDocManagerPtr()->curDocument();
-
-    m_folder.writeFile("Broken/broken.dwg", "AC1032 binary junk\0\x01\x02");
-    QxScanPrimaryDiagram(m_folder.logic() + u"Broken\\");
-    EXPECT_TRUE(g_arrReferGroups.IsEmpty());
-    EXPECT_TRUE(g_arrCircuits.IsEmpty());
-    EXPECT_EQ(acDocManagerPtr()->curDocument(), untitled);
-    EXPECT_EQ(acDocManagerPtr()->documentCount(), 1);
-    EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), untitled->database());
 }
 
 TEST_F(AssemblyTest, ReferDrawingNeedsOneExistingFile) {

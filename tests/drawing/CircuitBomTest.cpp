@@ -137,7 +137,7 @@ TEST_F(CircuitBomTest, NestedSymbolsWithoutMarker) {
     EXPECT_EQ(read.prices, CStringArray({u"", u""}));
 }
 
-TEST_F(CircuitBomTest, NothingAnywhereGivesNoRows) {
+TEST_F(CircuitBomTest, NothingAnywhereGivesNoRowsAndTheResultTellsCircuitBlocksFromOthers) {
     const CircuitBomRead read = bomOf(addPanel(m_panel));
     EXPECT_TRUE(read.result);
     EXPECT_TRUE(read.types.IsEmpty() && read.codes.IsEmpty() && read.counts.IsEmpty() && read.prices.IsEmpty());
@@ -145,9 +145,7 @@ TEST_F(CircuitBomTest, NothingAnywhereGivesNoRows) {
     EXPECT_TRUE(bomOf(b.addInsert(AcDbObjectId::kNull, {0, 0, 0})).types.IsEmpty());
     CStringArray t, c, n, k, p, i;
     EXPECT_FALSE(QxGetCircuitBom(nullptr, t, c, n, k, p, i));
-}
 
-TEST_F(CircuitBomTest, ResultTellsCircuitBlocksFromSymbolsAndTitleBlocks) {
     const AcDbObjectId title = addPanel(m_panel);
     for (const char16_t* key : {u"X1", HORSIZE_OF_DRAWING, VERSIZE_OF_DRAWING, HORNUM_OF_TABLE, VERNUM_OF_TABLE})
         b.setXDataStrings(title, key, {u"1"});

@@ -104,15 +104,18 @@ TEST(DxfRecordsTest, OwnersReactorsDuplicateHandlesAndExtrusion) {
     EXPECT_DOUBLE_EQ(e.maxPoint().y, 3.0);
 }
 
-TEST(DxfRecordsTest, XrecordDataAndXDataGroups) {
+TEST(DxfRecordsTest, XrecordDataAndXDataGroupsWithCommentsAmongThem) {
     AcDbDatabase db(false, true);
     const std::string text = dxf({
                   {0, "SECTION"}, {2, "OBJECTS"},
-                  {0, "DICTIONARY"}, {5, "C"}, {330, "0"}, {100, "AcDbDictionary"}, {3, "A"}, {350, "0d"}, {3, "LOST"},
-                  {350, "777"},
+                  // Comments (999) inside records are no data: not between a name and its handle, not among
+                  // an xrecord's items, not in xdata.
+                  {0, "DICTIONARY"}, {5, "C"}, {330, "0"}, {100, "AcDbDictionary"}, {3, "A"}, {999, "between"},
+                  {350, "0d"}, {3, "LOST"}, {350, "777"},
                   // A 280 first is the cloning flag; a later one is data, as are 5 and 330 behind the marker.
-                  {0, "XRECORD"}, {5, "D"}, {330, "C"}, {100, "AcDbXrecord"}, {280, "1"}, {1, "x"}, {280, "5"},
-                  {330, "00ab"}, {11, "1"}, {21, "2"}, {1001, "APP"}, {1002, "{"}, {1000, "in"}, {1002, "}"},
+                  {0, "XRECORD"}, {5, "D"}, {330, "C"}, {100, "AcDbXrecord"}, {280, "1"}, {1, "x"},
+                  {999, "not an item"}, {280, "5"}, {330, "00ab"}, {11, "1"}, {21, "2"}, {1001, "APP"},
+                  {999, "nor xdata"}, {1002, "{"}, {1000, "in"}, {1002, "}"},
                   {1011, "7"}, {1021, "8"}, {1031, "9"}, {1004, "0A0B"},
                   {0, "ENDSEC"}, {0, "EOF"}});
     ASSERT_EQ(ReadDxfText(text, db), DxfLoadStatus::Ok);
@@ -129,19 +132,6 @@ TEST(DxfRecordsTest, XrecordDataAndXDataGroups) {
     ASSERT_NE(app, nullptr);
     EXPECT_EQ(app->items, (ResItems{ResItem::text(1002, u"{"), ResItem::text(1000, u"in"), ResItem::text(1002, u"}"),
                                     ResItem::point(1011, {7, 8, 9}), ResItem::text(1004, u"0A0B")}));
-}
-
-TEST(DxfRecordsTest, CommentsInsideRecordsAreNoData) {
-    AcDbDatabase db(false, true);
-    const std::string text = dxf({
-                  {0, "SECTION"}, {2, "OBJECTS"},
-                  {0, "DICTIONARY"}, {5, "C"}, {330, "0"}, {100, "AcDbDictionary"}, {3, "A"}, {999, "between"},
-                  {350, "D"},
-                  {0, "XRECORD"}, {5, "D"}, {330, "C"}, {100, "AcDbXrecord"}, {280, "1"}, {1, "x"},
-                  {999, "not an item"}, {1, "y"}, {1001, "APP"}, {999, "nor xdata"}, {1000, "z"},
-                  {0, "ENDSEC"}, {0, "EOF"}});
-    ASSERT_EQ(ReadDxfText(text, db), DxfLoadStatus::Ok);
-    EXPECT_EQ(XrecordItems(db.namedObjectsDictionaryId(), u"A"), DrawingBuilder::TextItems(1, {u"x", u"y"}));
 }
 
 TEST(DxfRecordsTest, CoordinatesThatAreNoNumbersRefuseTheirRecord) {

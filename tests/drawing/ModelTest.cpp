@@ -18,23 +18,6 @@ TEST(AcDbHandleTest, TextIsUpperHexWithoutLeadingZeros) {
     EXPECT_EQ(CString(fits), u"ABC");
 }
 
-TEST(AcDbDatabaseTest, FindsObjectsByHandleAndGivesFreshHandlesOnCollision) {
-    AcDbDatabase db;
-    AcDbObjectId first;
-    ASSERT_EQ(db.addAcDbObject(first, std::make_unique<AcDbXrecord>(), AcDbHandle(0x500)), Acad::eOk);
-    AcDbObjectId second;
-    db.addAcDbObject(second, std::make_unique<AcDbXrecord>(), AcDbHandle(0x500));
-    EXPECT_NE(second.handle(), AcDbHandle(0x500));
-    EXPECT_GT(db.handseed(), second.handle());
-
-    AcDbObjectId found;
-    EXPECT_EQ(db.getAcDbObjectId(found, false, AcDbHandle(0x500)), Acad::eOk);
-    EXPECT_EQ(found, first);
-    EXPECT_EQ(db.getAcDbObjectId(found, false, AcDbHandle(0x7777)), Acad::eUnknownHandle);
-    EXPECT_TRUE(found.isNull());
-    EXPECT_EQ(first.database(), &db);
-}
-
 TEST(AcDbBlockTableTest, WalksInDrawingOrderSkippingErasedAndNeedsWriteToAppend) {
     DrawingBuilder b;
     const AcDbObjectId a = b.addText(u"a", {});
@@ -173,8 +156,21 @@ TEST(ResbufTest, ItemsCopyAndMoveTextOfAnyLength) {
     EXPECT_EQ(moved[0].asText(), longText);
 }
 
-TEST(AcDbDatabaseTest, HandlesFarApartOrAtTheTopStillFindTheirObjects) {
+TEST(AcDbDatabaseTest, FindsObjectsByHandleFarApartOrAtTheTopAndGivesFreshHandlesOnCollision) {
     AcDbDatabase db;
+    AcDbObjectId first;
+    ASSERT_EQ(db.addAcDbObject(first, std::make_unique<AcDbXrecord>(), AcDbHandle(0x500)), Acad::eOk);
+    AcDbObjectId second;
+    db.addAcDbObject(second, std::make_unique<AcDbXrecord>(), AcDbHandle(0x500));
+    EXPECT_NE(second.handle(), AcDbHandle(0x500));
+    EXPECT_GT(db.handseed(), second.handle());
+    AcDbObjectId found;
+    EXPECT_EQ(db.getAcDbObjectId(found, false, AcDbHandle(0x500)), Acad::eOk);
+    EXPECT_EQ(found, first);
+    EXPECT_EQ(db.getAcDbObjectId(found, false, AcDbHandle(0x7777)), Acad::eUnknownHandle);
+    EXPECT_TRUE(found.isNull());
+    EXPECT_EQ(first.database(), &db);
+
     std::vector<AcDbObjectId> ids;
     // Handles that share their low bits, then the largest handle there is.
     for (std::uint64_t i = 1; i <= 3000; ++i) {
@@ -190,11 +186,9 @@ TEST(AcDbDatabaseTest, HandlesFarApartOrAtTheTopStillFindTheirObjects) {
     ASSERT_EQ(db.addAcDbObject(fresh, std::make_unique<AcDbXrecord>()), Acad::eOk);
     EXPECT_FALSE(fresh.handle().isNull());
     for (size_t i = 0; i < ids.size(); ++i) {
-        AcDbObjectId found;
         ASSERT_EQ(db.getAcDbObjectId(found, false, AcDbHandle(std::uint64_t{i + 1} << 40)), Acad::eOk);
         EXPECT_EQ(found, ids[i]);
     }
-    AcDbObjectId found;
     EXPECT_EQ(db.getAcDbObjectId(found, false, fresh.handle()), Acad::eOk);
     EXPECT_EQ(found, fresh);
 }

@@ -149,6 +149,11 @@ TEST_F(PrimaryDiagramTest, CircuitFieldsFromAttributesAndRows) {
     EXPECT_EQ(c.DwgPaths, CStringArray({kPrimaryPath}));
     EXPECT_EQ(c.DwgFlags, CArray<int>({1}));
     EXPECT_EQ(c.Handles, CStringArray({handleOf(panel)}));
+
+    // Records already in the array take part in the search of the next drawing.
+    read(u"\\other\\copy.dwg");
+    ASSERT_EQ(circuits.GetSize(), 1);
+    EXPECT_EQ(circuits[0]->DwgPaths, CStringArray({kPrimaryPath, u"\\other\\copy.dwg"}));
 }
 
 TEST_F(PrimaryDiagramTest, IdentityIgnoresCaseOfTypeButNotOfNumber) {
@@ -178,16 +183,7 @@ TEST_F(PrimaryDiagramTest, IdentityIgnoresCaseOfTypeButNotOfNumber) {
     EXPECT_EQ(circuits[2]->GroupCode, u"g1");
 }
 
-TEST_F(PrimaryDiagramTest, RecordsAlreadyInTheArrayTakePartInTheSearch) {
-    CircuitAttributes a;
-    addCircuit(a);
-    read();
-    read(u"\\other\\copy.dwg");
-    ASSERT_EQ(circuits.GetSize(), 1);
-    EXPECT_EQ(circuits[0]->DwgPaths, CStringArray({kPrimaryPath, u"\\other\\copy.dwg"}));
-}
-
-TEST_F(PrimaryDiagramTest, UnnumberedBlocksWithAPath) {
+TEST_F(PrimaryDiagramTest, UnnumberedBlocksWithAPathAndANumberedText) {
     const AcDbObjectId plain = b.addInsert(m_block, {0, 0, 0});
     b.setXDataStrings(plain, QX_Circuit1_Path, {u"C:\\x.dwg"});
     b.setXDataStrings(plain, QX_Circuit1_Use, {u"＠ignored"});
@@ -201,22 +197,18 @@ TEST_F(PrimaryDiagramTest, UnnumberedBlocksWithAPath) {
     const AcDbObjectId noPath = b.addInsert(m_block, {0, 0, 0});
     b.setXDataStrings(noPath, QX_Circuit1_No, {u"『only a note』"});
     b.setXDataStrings(noPath, QX_Circuit1_Path, {u""});
+    // A numbered text is a circuit too.
+    const AcDbObjectId numbered = b.addText(u"K09", {0, 0, 0});
+    b.setXDataStrings(numbered, QX_Circuit1_No, {u"K09"});
     read();
     // Each such block gets its own record with empty strings.
-    ASSERT_EQ(circuits.GetSize(), 2);
+    ASSERT_EQ(circuits.GetSize(), 3);
     EXPECT_EQ(circuits[0]->Handles, CStringArray({handleOf(plain)}));
     EXPECT_EQ(circuits[0]->Use, u"");
     EXPECT_EQ(circuits[1]->Handles, CStringArray({handleOf(same)}));
-}
-
-TEST_F(PrimaryDiagramTest, ANumberedTextIsACircuitToo) {
-    const AcDbObjectId text = b.addText(u"K09", {0, 0, 0});
-    b.setXDataStrings(text, QX_Circuit1_No, {u"K09"});
-    read();
-    ASSERT_EQ(circuits.GetSize(), 1);
-    EXPECT_EQ(circuits[0]->No, u"K09");
-    EXPECT_EQ(circuits[0]->Use, u"");
-    EXPECT_EQ(circuits[0]->Handles, CStringArray({handleOf(text)}));
+    EXPECT_EQ(circuits[2]->No, u"K09");
+    EXPECT_EQ(circuits[2]->Use, u"");
+    EXPECT_EQ(circuits[2]->Handles, CStringArray({handleOf(numbered)}));
 }
 
 TEST_F(PrimaryDiagramTest, VoltageAnnotationWinsOverTheSecondaryRow) {

@@ -38,15 +38,6 @@ TEST(ReaderFixturesTest, BomTableOfASecondaryDrawing) {
     EXPECT_EQ(c.extras, CStringArray({u"", u"", u""}));
 }
 
-TEST(ReaderFixturesTest, TitleBlocksOfALayoutDrawing) {
-    const QxDwgDatabase drawing(ReaderFixture("title_blocks.dxf"), 1);
-    ASSERT_TRUE(drawing);
-    CString number, name;
-    EXPECT_TRUE(QxGetDwgTitle(drawing.get(), number, name));
-    EXPECT_EQ(number, u"BZ-02");
-    EXPECT_EQ(name, u"柜体布置图");
-}
-
 TEST(ReaderFixturesTest, HeadCircuitsAndTheirBoms) {
     const CString path = ReaderFixture("primary_diagram.dxf");
     const QxDwgDatabase drawing(path, 1);

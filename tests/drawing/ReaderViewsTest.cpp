@@ -1,17 +1,13 @@
 // qxinspect bom, title, head and circuits on the readers' DXF fixtures: JSON on standard output keyed by
-// the records' names, paths in the machine's form, exit statuses 0, 1 and 2.
+// the records' names, paths in the machine's form, exit statuses 0, 1 and 2; and qxinspect drawing: the
+// model of a DXF file as JSON.
 #include "common/ShellRun.h"
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <cstdio>
-#include <sys/wait.h>
-
 namespace {
 
-using ViewRun = ShellRun;
-
-ViewRun runView(const std::string& arguments) {
+ShellRun runView(const std::string& arguments) {
     const std::string command = std::string(QX_BINARY_DIR) + "/bin/qxinspect " + arguments + " 2>/dev/null";
     return RunShellCommand(command);
 }
@@ -21,7 +17,7 @@ std::string fixture(const std::string& relative) {
 }
 
 nlohmann::json viewJson(const std::string& view, const std::string& file) {
-    const ViewRun run = runView(view + " '" + fixture(file) + "'");
+    const ShellRun run = runView(view + " '" + fixture(file) + "'");
     EXPECT_EQ(run.status, 0) << view;
     return nlohmann::json::parse(run.out, nullptr, false);
 }
@@ -75,7 +71,49 @@ TEST(ReaderViewsTest, UnreadableDrawingsAndWrongCommandLines) {
         EXPECT_EQ(runView(std::string(view) + " '" + fixture("K01") + "'").status, 1) << view;
         EXPECT_EQ(runView(view).status, 2) << view;
     }
-    const ViewRun broken = runView(std::string("bom '") + QX_TEST_DATA_DIR + "/dxf/broken_links.dxf'");
+    const ShellRun broken = runView(std::string("bom '") + QX_TEST_DATA_DIR + "/dxf/broken_links.dxf'");
     EXPECT_EQ(broken.status, 0);
     EXPECT_TRUE(nlohmann::json::parse(broken.out, nullptr, false).is_object());
+}
+
+TEST(InspectDrawingTest, ShowsEntitiesXDataExtensionDictionariesAndNamedObjects) {
+    const ShellRun run = runView(std::string("drawing '") + QX_TEST_DATA_DIR + "/dxf/sample_r2018.dxf'");
+    ASSERT_EQ(run.status, 0);
+    const auto doc = nlohmann::json::parse(run.out);
+    const nlohmann::json* model = nullptr;
+    for (const auto& block : doc["blocks"])
+        if (block["name"] == "*Model_Space") model = &block;
+    ASSERT_NE(model, nullptr);
+    const auto& entities = (*model)["entities"];
+    ASSERT_EQ(entities.size(), 8u);
+    EXPECT_EQ(entities[0]["kind"], "TEXT");
+    EXPECT_EQ(entities[0]["textString"], "一次额定电压:10kV");
+    EXPECT_EQ(entities[1]["xdata"][1]["items"][0]["code"], 1005);
+    EXPECT_EQ(entities[1]["xdata"][1]["items"][0]["value"], entities[2]["handle"]);
+    EXPECT_EQ(entities[1]["extensionDictionary"]["entries"][0]["items"][0]["value"], "标号:QF1");
+
+    const auto& circuit = entities[3];
+    EXPECT_EQ(circuit["kind"], "INSERT");
+    EXPECT_EQ(circuit["blockName"], "CIRCUIT");
+    EXPECT_EQ(circuit["extents"]["min"][0].get<double>(), 96.0);
+    EXPECT_EQ(circuit["xdata"][1]["items"][2]["value"], nlohmann::json::array({1.0, 2.0, 3.0}));
+    EXPECT_EQ(entities[7]["bulges"][1], -1.0);
+    EXPECT_EQ(entities[7]["vertices"][1], nlohmann::json::array({3.0, 4.0}));
+
+    bool found = false;
+    for (const auto& entry : doc["namedObjects"]["entries"])
+        if (entry["name"] == "QX_DWG_DICITIONARY") {
+            found = true;
+            EXPECT_EQ(entry["entries"][0]["items"][1]["value"], "A柜");
+        }
+    EXPECT_TRUE(found);
+}
+
+TEST(InspectDrawingTest, UnreadableDrawingsAndCyclesAreHandled) {
+    const std::string dxf = std::string("drawing '") + QX_TEST_DATA_DIR + "/dxf/";
+    EXPECT_EQ(runView(dxf + "broken_truncated.dxf'").status, 1);
+    EXPECT_EQ(runView(dxf + "no_such.dxf'").status, 1);
+    const ShellRun cyclic = runView(dxf + "broken_links.dxf'");
+    ASSERT_EQ(cyclic.status, 0);
+    EXPECT_NE(cyclic.out.find("\"cycle\": true"), std::string::npos);
 }

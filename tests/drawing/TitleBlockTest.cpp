@@ -10,8 +10,7 @@ namespace {
 
 const std::vector<CString> kAllKeys = {HORSIZE_OF_DRAWING, VERSIZE_OF_DRAWING, HORNUM_OF_TABLE, VERNUM_OF_TABLE, u"X1"};
 
-class TitleBlockTest : public testing::Test {
-protected:
+struct TitleDrawing {
     // A title block at `at` whose number cell spans x 10..60, y 5..25 and name cell x 70..170, y 5..25,
     // with the two texts written inside.
     AcDbObjectId addTitle(const AcGePoint3d& at, const CString& number, const CString& name,
@@ -38,6 +37,20 @@ protected:
 
     DrawingBuilder b;
     AcDbObjectId m_block;
+};
+
+class TitleBlockTest : public testing::Test, protected TitleDrawing {};
+
+struct TitleSpec {
+    CString number, name;
+    std::vector<CString> keys = kAllKeys;
+};
+
+struct TitleChoice {
+    const char* what;
+    std::vector<TitleSpec> titles;  // one title block above the other
+    bool found;
+    CString number, name;
 };
 
 CStringArray Items(std::initializer_list<CString> items) {
@@ -99,14 +112,6 @@ TEST(TitleCellTableTest, TheTableHoldsAHundredCells) {
     EXPECT_EQ(table.Cells[99].X1, 99.0);
 }
 
-TEST_F(TitleBlockTest, ReadsTextsStrictlyInsideTheCells) {
-    const AcDbObjectId title = addTitle({100, 50, 0}, u"HD-01", u"布置图");
-    CString number, name;
-    ASSERT_TRUE(readBlock(title, number, name));
-    EXPECT_EQ(number, u"HD-01");
-    EXPECT_EQ(name, u"布置图");
-}
-
 TEST_F(TitleBlockTest, TextOnAnEdgeLiesOutsideAndTheFirstInsideWins) {
     const AcDbObjectId title = addBlockWithKeys({100, 50, 0}, kAllKeys);
     AddTextRecord(b, title, CORVANE_TITLE, {u"设计图号|10|20|30|5|0|0|", u"图 名|40|20|60|5|0|0|"});
@@ -146,52 +151,32 @@ TEST_F(TitleBlockTest, BlocksThatAreNoTitleBlocksOrHaveNoTable) {
     EXPECT_FALSE(QxReadTitleBlock(nullptr, reference.get(), number, name));
 }
 
-TEST_F(TitleBlockTest, PrimaryWinsOverWiring) {
-    addTitle({0, 0, 0}, u"YC-01", u"一次接线图");
-    addTitle({0, 100, 0}, u"BZ-01", u"布置图");
-    CString number, name;
-    EXPECT_TRUE(QxGetDwgTitle(&b.database(), number, name));
-    EXPECT_EQ(number, u"YC-01");
-    EXPECT_EQ(name, u"一次接线图");
-}
-
-TEST_F(TitleBlockTest, WiringDrawingsArePassedOver) {
-    addTitle({0, 0, 0}, u"DZ-01", u"端子接线图");
-    addTitle({0, 100, 0}, u"BZ-01", u"布置图");
-    CString number, name;
-    EXPECT_TRUE(QxGetDwgTitle(&b.database(), number, name));
-    EXPECT_EQ(number, u"BZ-01");
-    EXPECT_EQ(name, u"布置图");
-}
-
-TEST_F(TitleBlockTest, OnlyAWiringTitleGivesFalseWithItsTexts) {
-    addTitle({0, 0, 0}, u"DZ-01", u"端子接线图");
-    CString number, name;
-    EXPECT_FALSE(QxGetDwgTitle(&b.database(), number, name));
-    EXPECT_EQ(number, u"DZ-01");
-    EXPECT_EQ(name, u"端子接线图");
-}
-
-TEST_F(TitleBlockTest, DrawingsWithoutTitleBlocks) {
+TEST(TitleBlockChoiceTest, PrimaryWinsWiringIsPassedOverBeginKeyBlockIsEmptyOtherBlocksAreNone) {
+    const std::vector<TitleChoice> cases = {
+        {"primary wins over wiring", {{u"YC-01", u"一次接线图"}, {u"BZ-01", u"布置图"}}, true, u"YC-01", u"一次接线图"},
+        {"wiring is passed over", {{u"DZ-01", u"端子接线图"}, {u"BZ-01", u"布置图"}}, true, u"BZ-01", u"布置图"},
+        {"only a wiring title gives false with its texts", {{u"DZ-01", u"端子接线图"}}, false, u"DZ-01", u"端子接线图"},
+        {"only the begin key is accepted empty", {{u"N", u"M", {HORBEGIN_OF_TABLE}}, {u"LATER", u"布置图"}}, true, u"",
+         u""},
+        // A block with other xdata is no title block, its cells and texts notwithstanding.
+        {"no title block", {{u"HD", u"布置图", {u"X1"}}}, false, u"", u""},
+    };
+    for (const TitleChoice& c : cases) {
+        SCOPED_TRACE(c.what);
+        TitleDrawing d;
+        double y = 0;
+        for (const TitleSpec& title : c.titles) {
+            d.addTitle({0, y, 0}, title.number, title.name, title.keys);
+            y += 100;
+        }
+        CString number = u"stale", name = u"stale";
+        EXPECT_EQ(QxGetDwgTitle(&d.b.database(), number, name), c.found);
+        EXPECT_EQ(number, c.number);
+        EXPECT_EQ(name, c.name);
+    }
     CString number = u"stale", name = u"stale";
     EXPECT_FALSE(QxGetDwgTitle(nullptr, number, name));
     EXPECT_EQ(number, u"");
-    // A block with other xdata is no title block; text alone is no title block either.
-    const AcDbObjectId other = addBlockWithKeys({0, 0, 0}, {u"X1"});
-    AddTextRecord(b, other, CORVANE_TITLE, {u"图号|10|25|60|5|0|0|"});
-    b.addText(u"HD", {20, 12, 0});
-    EXPECT_FALSE(QxGetDwgTitle(&b.database(), number, name));
-    EXPECT_EQ(number, u"");
-    EXPECT_EQ(name, u"");
-}
-
-TEST_F(TitleBlockTest, BlockWithOnlyTheBeginKeyIsAcceptedEmpty) {
-    addTitle({0, 0, 0}, u"N", u"M", {HORBEGIN_OF_TABLE});
-    addTitle({0, 100, 0}, u"LATER", u"布置图");
-    CString number, name;
-    EXPECT_TRUE(QxGetDwgTitle(&b.database(), number, name));
-    EXPECT_EQ(number, u"");
-    EXPECT_EQ(name, u"");
 }
 
 TEST_F(TitleBlockTest, StrictTestNeedsAllFiveKeys) {
