@@ -1,11 +1,8 @@
 // HMItmSubmit in qxcad on the demo's sample project, the cabinet dialog answered by piped lines as a script
 // answers it: OK sends the project to the embedded centre, CANCEL or the end of input sends nothing.
-#include "common/ShellRun.h"
-#include "common/TempFolder.h"
+#include "Qxcad.h"
 
 #include <cstdlib>
-#include <gtest/gtest.h>
-#include <string>
 
 namespace {
 
@@ -18,14 +15,9 @@ protected:
                                     "/samples/make_sample_project.py' '" + dir.native() + "/corvane/My Projects' '" +
                                     dir.native() + "/corvane' >/dev/null";
         ASSERT_EQ(std::system(command.c_str()), 0);
-        ASSERT_EQ(qxcad("HMLogin", "acme\\nann\\nsecret\\n").status, 0);
+        ASSERT_EQ(RunQxcad(dir, "HMLogin", "acme\\nann\\nsecret\\n").status, 0);
     }
 
-    QxcadRun qxcad(const std::string& args, const std::string& input) const {
-        const std::string command = "printf '" + input + "' | " + QX_BINARY_DIR + "/bin/qxcad --install-dir '" +
-                                    dir.native() + "/corvane' " + args + " 2>'" + dir.native() + "/err.txt'";
-        return RunShellCommand(command);
-    }
     std::string project(const std::string& relative) const {
         return "corvane/My Projects/华东变电站/" + relative;
     }
@@ -36,7 +28,7 @@ protected:
 } // namespace
 
 TEST_F(QxcadItmSubmit, OkSendsTheProjectWithTheNamesTypedIntoTheDialog) {
-    const QxcadRun run = qxcad("HMItmSubmit HMBomCmp", "2 3 Feeder-2\\n3 5 800x600\\nOK\\n");
+    const QxcadRun run = RunQxcad(dir, "HMItmSubmit HMBomCmp", "2 3 Feeder-2\\n3 5 800x600\\nOK\\n");
     EXPECT_EQ(run.status, 0);
     EXPECT_NE(run.out.find("[Corvane] Corvane新建项目提交成功！"), std::string::npos) << run.out;
     EXPECT_NE(dir.readFile("err.txt").find("屏柜属性设置"), std::string::npos);  // the dialog was shown
@@ -50,17 +42,17 @@ TEST_F(QxcadItmSubmit, OkSendsTheProjectWithTheNamesTypedIntoTheDialog) {
 
 TEST_F(QxcadItmSubmit, CancelOrTheEndOfInputSendsNothingAndLeavesThePrjFiles) {
     const std::string before = dir.readFile(project("K02/K02.prj"));
-    QxcadRun run = qxcad("HMItmSubmit", "2 3 Feeder-2\\nCANCEL\\n");
+    QxcadRun run = RunQxcad(dir, "HMItmSubmit", "2 3 Feeder-2\\nCANCEL\\n");
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.out.find("[Corvane]"), std::string::npos) << run.out;
-    run = qxcad("HMItmSubmit", "2 3 Feeder-2\\n");
+    run = RunQxcad(dir, "HMItmSubmit", "2 3 Feeder-2\\n");
     EXPECT_EQ(run.out.find("[Corvane]"), std::string::npos) << run.out;
     EXPECT_EQ(dir.readFile(project("K02/K02.prj")), before);
     EXPECT_FALSE(dir.exists(project("Hexmoor.xml")));
 }
 
 TEST_F(QxcadItmSubmit, AFailedCheckKeepsTheDialogForTheNextLines) {
-    const QxcadRun run = qxcad("HMItmSubmit", "1 2 K.1\\nOK\\n1 2 K01\\nOK\\n");
+    const QxcadRun run = RunQxcad(dir, "HMItmSubmit", "1 2 K.1\\nOK\\n1 2 K01\\nOK\\n");
     EXPECT_NE(run.out.find("[Corvane] 设备 K01 柜编号属性有非法字符存在！"), std::string::npos) << run.out;
     EXPECT_NE(run.out.find("[Corvane] Corvane新建项目提交成功！"), std::string::npos);
 }

@@ -1,31 +1,14 @@
 // The project commands in qxcad, as a person runs them: they log in silently from the stored login and say
 // plainly why they stop when there is nothing to work on.
-#include "common/ShellRun.h"
-#include "common/TempFolder.h"
-
-#include <array>
-#include <cstdio>
-#include <gtest/gtest.h>
-#include <string>
-#include <sys/wait.h>
-
-namespace {
+#include "Qxcad.h"
 
 using QxcadRun = ShellRun;
 
-QxcadRun qxcad(const TempFolder& dir, const std::string& args, const std::string& input = "") {
-    const std::string command = "printf '" + input + "' | " + QX_BINARY_DIR + "/bin/qxcad --install-dir '" +
-                                dir.native() + "/corvane' " + args + " 2>'" + dir.native() + "/err.txt'";
-    return RunShellCommand(command);
-}
-
-} // namespace
-
 TEST(QxcadProjectCommands, WithoutAProjectTheCloudKnowsEachCommandSaysSoAndTheRunSucceeds) {
     TempFolder dir;
-    ASSERT_EQ(qxcad(dir, "HMLogin", "acme\\nann\\nsecret\\n").status, 0);
+    ASSERT_EQ(RunQxcad(dir, "HMLogin", "acme\\nann\\nsecret\\n").status, 0);
     dir.writeFile("corvane/Data/recent.dat", "");
-    const QxcadRun run = qxcad(dir, "HMBomSubmit HMBomCmp HMUpdate HMXmCreate");
+    const QxcadRun run = RunQxcad(dir, "HMBomSubmit HMBomCmp HMUpdate HMXmCreate");
     EXPECT_EQ(run.status, 0);
     EXPECT_NE(run.out.find("项目的Hexmoor相关信息不存在，无法提交明细！请选择提交项目。"), std::string::npos) << run.out;
     EXPECT_NE(run.out.find("项目的Hexmoor相关信息不存在，无法进行比对！"), std::string::npos);
