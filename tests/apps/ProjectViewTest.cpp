@@ -3,20 +3,13 @@
 #include "common/TempFolder.h"
 #include "support/FileSystem.h"
 
-#include <array>
-#include <cstdio>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <sys/wait.h>
 
 namespace {
 
 using InspectRun = ShellRun;
-
-InspectRun runCommand(const std::string& command) {
-    return RunShellCommand(command);
-}
 
 std::string fixture(const std::string& name) {
     std::string bytes;
@@ -43,12 +36,12 @@ protected:
         folder.writeFile("Station/" + secondName + "/" + secondName + ".prj", devicePrj(secondCabinets));
     }
     InspectRun inspect(const std::string& arguments) {
-        return runCommand(std::string(QX_BINARY_DIR) + "/bin/qxinspect project " + arguments + " 2>'" + folder.native() + "/err.txt'");
+        return RunShellCommand(std::string(QX_BINARY_DIR) + "/bin/qxinspect project " + arguments + " 2>'" + folder.native() + "/err.txt'");
     }
     std::string itm() const { return "'" + folder.native() + "/Station/Station.itm'"; }
     // Every file below Station with its size: what a read-only view must leave as it was.
     std::string listing() {
-        return runCommand("cd '" + folder.native() + "/Station' && find . -printf '%p %s\\n' | sort").out;
+        return RunShellCommand("cd '" + folder.native() + "/Station' && find . -printf '%p %s\\n' | sort").out;
     }
 
     TempFolder folder;
@@ -127,7 +120,7 @@ TEST_F(ProjectView, WorkbookHasASummaryAndOneSheetPerDevice) {
         "            cells.append(strings[int(value)] if 't=\"s\"' in attributes else value)\n"
         "        print(name + ':' + '|'.join(cells))\n";
     folder.writeFile("sheets.py", script);
-    const InspectRun read = runCommand("/usr/bin/python3 '" + folder.native() + "/sheets.py' '" + book + "'");
+    const InspectRun read = RunShellCommand("/usr/bin/python3 '" + folder.native() + "/sheets.py' '" + book + "'");
     ASSERT_EQ(read.status, 0) << read.out;
     EXPECT_NE(read.out.find("Summary:name|model|code|count|devices\n"), std::string::npos) << read.out;
     EXPECT_NE(read.out.find("Summary:指示灯|AD16|L1|2|1\n"), std::string::npos) << read.out;  // 1 a cabinet, 2 cabinets
@@ -155,7 +148,7 @@ TEST_F(ProjectView, ALongWalkShowsOneLinePerDeviceOnlyOnATerminal) {
     // Under a pseudo-terminal (script), one line for each device.
     const std::string command = "script -qec \"" + std::string(QX_BINARY_DIR) + "/bin/qxinspect project " + itm() +
                                 " --csv >/dev/null\" /dev/null";
-    const InspectRun run = runCommand(command);
+    const InspectRun run = RunShellCommand(command);
     EXPECT_NE(run.out.find("device D1: reading its drawings"), std::string::npos) << run.out;
     EXPECT_NE(run.out.find("device D2: reading its drawings"), std::string::npos) << run.out;
 }

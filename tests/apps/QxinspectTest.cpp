@@ -2,20 +2,16 @@
 #include "common/ShellRun.h"
 #include "ProjectVersion.h"
 
-#include <array>
-#include <cstdio>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <sys/wait.h>
 
 namespace {
 
 using InspectRun = ShellRun;
 
 InspectRun qxinspect(const std::string& args) {
-    const std::string command = std::string(QX_BINARY_DIR) + "/bin/qxinspect " + args + " 2>/dev/null";
-    return RunShellCommand(command);
+    return RunShellCommand(std::string(QX_BINARY_DIR) + "/bin/qxinspect " + args + " 2>/dev/null");
 }
 
 } // namespace
