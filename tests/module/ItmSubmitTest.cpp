@@ -3,17 +3,10 @@
 #include "ProjectCommandFixture.h"
 #include "common/ScriptedDialogs.h"
 #include "module/commands/ProjectTrees.h"
-#include "module/exports/Exports.h"
 #include "project/tree/FoldersToTree.h"
 #include "support/dialog/SetCabInfo.h"
 
 namespace {
-
-bool hasRow(const BomRows& rows, const CString& name, const CString& model, const CString& count) {
-    for (const BOM_INFO& row : rows)
-        if (row.m_strRowName == name && row.m_strRowModel == model && row.m_strRowCount == count) return true;
-    return false;
-}
 
 CSetCabInfo& cabinetDialog(CAdUiBaseDialog& shown) { return dynamic_cast<CSetCabInfo&>(shown); }
 
@@ -201,11 +194,6 @@ protected:
         ItmSubmit::SetUp();
         useEmbeddedCentre();
     }
-    BomRows centreRows(const CString& cabinet) {
-        BomRows rows;
-        EXPECT_TRUE(QxGetHMBomsArray(rows, stationFile(), cabinet, u""));
-        return rows;
-    }
 };
 
 TEST_F(ItmSubmitToCentre, TheCentreHoldsTheProjectsDevicesAndRowsAndASecondSubmitIsRefused) {
@@ -231,16 +219,4 @@ TEST_F(ItmSubmitToCentre, TheCentreHoldsTheProjectsDevicesAndRowsAndASecondSubmi
     ASSERT_EQ(output.boxes.size(), 1u);
     EXPECT_EQ(output.boxes[0].text, u"Corvane新建项目提交失败，可能是服务器上已有同名项目或网络连接故障！");
     EXPECT_EQ(install.readFile(projectPath("Station/D1/Hexmoor.xml")), document);
-}
-
-TEST_F(ItmSubmitToCentre, CancelLeavesTheCentreWithoutTheProject) {
-    dialogs.actions.push_back([](CAdUiBaseDialog& shown) { shown.OnCancel(); });
-    run(u"HMItmSubmit");
-    EXPECT_TRUE(output.boxes.empty());
-    EXPECT_FALSE(hasDocument("Hexmoor.xml"));
-    // With the project unknown, a new submit still goes through.
-    answerDialogWithOk();
-    run(u"HMItmSubmit");
-    ASSERT_EQ(output.boxes.size(), 1u);
-    EXPECT_EQ(output.boxes[0].text, u"Corvane新建项目提交成功！");
 }
