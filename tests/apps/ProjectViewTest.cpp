@@ -1,4 +1,4 @@
-// qxinspect project: the dry run of a submit on the assembly tests' substation, as JSON, CSV and a workbook.
+// qxinspect: the dry run of a submit on the assembly tests' substation, as JSON, CSV and a workbook; a drawing.
 #include "common/ShellRun.h"
 #include "common/TempFolder.h"
 #include "support/FileSystem.h"
@@ -44,6 +44,15 @@ protected:
         return RunShellCommand("cd '" + folder.native() + "/Station' && find . -printf '%p %s\\n' | sort").out;
     }
 
+    // The JSON view of Station, which must succeed and leave every file as it was.
+    nlohmann::json view() {
+        const std::string before = listing();
+        const InspectRun run = inspect(itm());
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(listing(), before);
+        return nlohmann::json::parse(run.out);
+    }
+
     TempFolder folder;
 };
 
@@ -51,10 +60,7 @@ protected:
 
 TEST_F(ProjectView, ALocalProjectShowsWhatHMItmSubmitWouldSendAndWhyNot) {
     layOut("D2", "K03,K04");
-    const std::string before = listing();
-    const InspectRun run = inspect(itm());
-    ASSERT_EQ(run.status, 0);
-    const auto document = nlohmann::json::parse(run.out);
+    const auto document = view();
     EXPECT_EQ(document["command"], "HMItmSubmit");
     ASSERT_EQ(document["devices"].size(), 2u);
     const auto& d1 = document["devices"][0];
@@ -67,7 +73,6 @@ TEST_F(ProjectView, ALocalProjectShowsWhatHMItmSubmitWouldSendAndWhyNot) {
     EXPECT_EQ(document["g_bBomCheckFailed"], true);
     EXPECT_EQ(document["wouldSend"], false);
     EXPECT_EQ(document["whyNot"], "a cabinet check failed");
-    EXPECT_EQ(listing(), before);
 }
 
 TEST_F(ProjectView, AProjectTheCloudKnowsIsReadThroughItsDocumentsAsHMBomSubmitReadsIt) {
@@ -78,10 +83,7 @@ TEST_F(ProjectView, AProjectTheCloudKnowsIsReadThroughItsDocumentsAsHMBomSubmitR
     folder.writeFile("Station/D1/Hexmoor.xml",
                      "<?xml version=\"1.0\"?><Hexmoor><Node Name=\"D1\" ID=\"d-1\" Type=\"0\" CirNo=\"K02\" CirName=\"\" "
                      "CirType=\"\" CirSize=\"\"><DataSchema><NewDataSet/></DataSchema></Node></Hexmoor>");
-    const std::string before = listing();
-    const InspectRun run = inspect(itm());
-    ASSERT_EQ(run.status, 0);
-    const auto document = nlohmann::json::parse(run.out);
+    const auto document = view();
     EXPECT_EQ(document["command"], "HMBomSubmit");
     EXPECT_EQ(document["m_strID"], "P-1");
     ASSERT_EQ(document["devices"].size(), 1u);  // D2 is no node of the cloud's project
@@ -89,7 +91,6 @@ TEST_F(ProjectView, AProjectTheCloudKnowsIsReadThroughItsDocumentsAsHMBomSubmitR
     EXPECT_EQ(document["devices"][0]["m_arrPrimaryBom"][0]["m_strRowCode"], "E1");
     EXPECT_EQ(document["wouldSend"], true);
     EXPECT_TRUE(document["whyNot"].is_null());
-    EXPECT_EQ(listing(), before);
 }
 
 TEST_F(ProjectView, CsvHasOneLinePerRowWithQuotedFields) {
@@ -151,4 +152,11 @@ TEST_F(ProjectView, ALongWalkShowsOneLinePerDeviceOnlyOnATerminal) {
     const InspectRun run = RunShellCommand(command);
     EXPECT_NE(run.out.find("device D1: reading its drawings"), std::string::npos) << run.out;
     EXPECT_NE(run.out.find("device D2: reading its drawings"), std::string::npos) << run.out;
+}
+
+TEST(Qxinspect, NamesTheDrawingByItsPathInTheMachinesOwnForm) {
+    const std::string file = std::string(QX_TEST_DATA_DIR) + "/dxf/sample_r2018.dxf";
+    const InspectRun run = RunShellCommand(std::string(QX_BINARY_DIR) + "/bin/qxinspect drawing '" + file + "' 2>/dev/null");
+    ASSERT_EQ(run.status, 0);
+    EXPECT_EQ(nlohmann::json::parse(run.out)["file"], file);
 }
