@@ -48,23 +48,17 @@ protected:
     HINSTANCE resourcesWhileShown = nullptr;
 };
 
-TEST_F(ItmSubmit, WithNoCurrentProjectItSaysSoAndShowsNoDialog) {
-    SetRecentProject(u"");
-    run(u"HMItmSubmit");
-    ASSERT_EQ(output.boxes.size(), 1u);
-    EXPECT_EQ(output.boxes[0].text, u"本地项目不存在，请先创建项目！");
-    EXPECT_EQ(output.boxes[0].caption, u"Corvane");
-    EXPECT_EQ(dialogs.runs, 0);
-    EXPECT_EQ(cloud().submitItmCalls, 0);
-}
-
-TEST_F(ItmSubmit, AProjectWithoutDevicesIsNotSent) {
+TEST_F(ItmSubmit, WithoutACurrentProjectOrWithoutDevicesItSaysSoAndShowsNoDialog) {
     install.writeFile(projectPath("Lone/Lone.itm"), "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
     install.makeFolder(projectPath("Lone/Empty"));
-    SetRecentProject(projects() + u"Lone\\Lone.itm");
-    run(u"HMItmSubmit");
-    ASSERT_EQ(output.boxes.size(), 1u);
-    EXPECT_EQ(output.boxes[0].text, u"当前项目没有屏柜，请选创建屏柜再提交！");
+    for (const CString& recent : {CString(), projects() + u"Lone\\Lone.itm"}) {
+        SetRecentProject(recent);
+        run(u"HMItmSubmit");
+    }
+    ASSERT_EQ(output.boxes.size(), 2u);
+    EXPECT_EQ(output.boxes[0].text, u"本地项目不存在，请先创建项目！");
+    EXPECT_EQ(output.boxes[0].caption, u"Corvane");
+    EXPECT_EQ(output.boxes[1].text, u"当前项目没有屏柜，请选创建屏柜再提交！");
     EXPECT_EQ(dialogs.runs, 0);
     EXPECT_EQ(cloud().submitItmCalls, 0);
     EXPECT_EQ(acDocManagerPtr()->resourceHandleDepth(), 0);
