@@ -3,28 +3,28 @@
 
 using SessionStart = ModuleFixture;
 
-TEST_F(SessionStart, EndpointComesFromHostFileUnlessItHoldsOnlyBlanksOrJunk) {
-    const struct {
-        const char* text;  // none: no host file
-        CString endpoint;
-        bool told;
-    } cases[] = {
-        {nullptr, kDefaultHexmoorEndpoint, false},
-        {"  \t \r\n", kDefaultHexmoorEndpoint, false},
-        {"  cloud.example:9000 \r\nsecond line\r\n", u"cloud.example:9000", false},
-        {"\x01\x02\xff\xfe junk", kDefaultHexmoorEndpoint, true},  // binary junk keeps the default with one line
-    };
-    for (const auto& each : cases) {
-        SCOPED_TRACE(each.text ? each.text : "no file");
-        if (each.text) install.writeFile("Data/HMHost.dat", each.text);
-        output.printed.Empty();
-        HMStartSession();
-        EXPECT_EQ(g_pHexmoorClient->m_strServer, each.endpoint);
-        EXPECT_EQ(output.printed.Contains(u"HMHost.dat"), each.told);
-        EXPECT_EQ(output.printed.IsEmpty(), !each.told);
-        HMEndSession();
-    }
-    EXPECT_TRUE(CString(kDefaultHexmoorEndpoint).EndsWith(u":8585"));
+TEST_F(SessionStart, EndpointComesFromHostFileUnlessItHoldsOnlyBlanks) {
+    HMStartSession();
+    EXPECT_EQ(g_pHexmoorClient->m_strServer, CString(kDefaultHexmoorEndpoint));
+    EXPECT_TRUE(g_pHexmoorClient->m_strServer.EndsWith(u":8585"));
+    HMEndSession();
+
+    install.writeFile("Data/HMHost.dat", "  \t \r\n");
+    HMStartSession();
+    EXPECT_EQ(g_pHexmoorClient->m_strServer, CString(kDefaultHexmoorEndpoint));
+    HMEndSession();
+
+    install.writeFile("Data/HMHost.dat", "  cloud.example:9000 \r\nsecond line\r\n");
+    HMStartSession();
+    EXPECT_EQ(g_pHexmoorClient->m_strServer, CString(u"cloud.example:9000"));
+    EXPECT_TRUE(output.printed.IsEmpty());
+}
+
+TEST_F(SessionStart, BinaryJunkInTheHostFileKeepsTheDefaultWithOneLine) {
+    install.writeFile("Data/HMHost.dat", std::string("\x01\x02\xff\xfe junk", 9));
+    HMStartSession();
+    EXPECT_EQ(g_pHexmoorClient->m_strServer, CString(kDefaultHexmoorEndpoint));
+    EXPECT_TRUE(output.printed.Contains(u"HMHost.dat"));
 }
 
 TEST_F(SessionStart, HandOverWithWrongLineCountIsDeletedAndTriesNoLogin) {
