@@ -1,22 +1,15 @@
-// qxinspect project: the dry run of a submit on the assembly tests' substation, as JSON, CSV and a workbook.
+// qxinspect: the dry run of a submit on the assembly tests' substation, as JSON, CSV and a workbook; a drawing.
 #include "common/ShellRun.h"
 #include "common/TempFolder.h"
 #include "support/FileSystem.h"
 
-#include <array>
-#include <cstdio>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <sys/wait.h>
 
 namespace {
 
 using InspectRun = ShellRun;
-
-InspectRun runCommand(const std::string& command) {
-    return RunShellCommand(command);
-}
 
 std::string fixture(const std::string& name) {
     std::string bytes;
@@ -43,12 +36,21 @@ protected:
         folder.writeFile("Station/" + secondName + "/" + secondName + ".prj", devicePrj(secondCabinets));
     }
     InspectRun inspect(const std::string& arguments) {
-        return runCommand(std::string(QX_BINARY_DIR) + "/bin/qxinspect project " + arguments + " 2>'" + folder.native() + "/err.txt'");
+        return RunShellCommand(std::string(QX_BINARY_DIR) + "/bin/qxinspect project " + arguments + " 2>'" + folder.native() + "/err.txt'");
     }
     std::string itm() const { return "'" + folder.native() + "/Station/Station.itm'"; }
     // Every file below Station with its size: what a read-only view must leave as it was.
     std::string listing() {
-        return runCommand("cd '" + folder.native() + "/Station' && find . -printf '%p %s\\n' | sort").out;
+        return RunShellCommand("cd '" + folder.native() + "/Station' && find . -printf '%p %s\\n' | sort").out;
+    }
+
+    // The JSON view of Station, which must succeed and leave every file as it was.
+    nlohmann::json view() {
+        const std::string before = listing();
+        const InspectRun run = inspect(itm());
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(listing(), before);
+        return nlohmann::json::parse(run.out);
     }
 
     TempFolder folder;
@@ -58,10 +60,7 @@ protected:
 
 TEST_F(ProjectView, ALocalProjectShowsWhatHMItmSubmitWouldSendAndWhyNot) {
     layOut("D2", "K03,K04");
-    const std::string before = listing();
-    const InspectRun run = inspect(itm());
-    ASSERT_EQ(run.status, 0);
-    const auto document = nlohmann::json::parse(run.out);
+    const auto document = view();
     EXPECT_EQ(document["command"], "HMItmSubmit");
     ASSERT_EQ(document["devices"].size(), 2u);
     const auto& d1 = document["devices"][0];
@@ -74,7 +73,6 @@ TEST_F(ProjectView, ALocalProjectShowsWhatHMItmSubmitWouldSendAndWhyNot) {
     EXPECT_EQ(document["g_bBomCheckFailed"], true);
     EXPECT_EQ(document["wouldSend"], false);
     EXPECT_EQ(document["whyNot"], "a cabinet check failed");
-    EXPECT_EQ(listing(), before);
 }
 
 TEST_F(ProjectView, AProjectTheCloudKnowsIsReadThroughItsDocumentsAsHMBomSubmitReadsIt) {
@@ -85,10 +83,7 @@ TEST_F(ProjectView, AProjectTheCloudKnowsIsReadThroughItsDocumentsAsHMBomSubmitR
     folder.writeFile("Station/D1/Hexmoor.xml",
                      "<?xml version=\"1.0\"?><Hexmoor><Node Name=\"D1\" ID=\"d-1\" Type=\"0\" CirNo=\"K02\" CirName=\"\" "
                      "CirType=\"\" CirSize=\"\"><DataSchema><NewDataSet/></DataSchema></Node></Hexmoor>");
-    const std::string before = listing();
-    const InspectRun run = inspect(itm());
-    ASSERT_EQ(run.status, 0);
-    const auto document = nlohmann::json::parse(run.out);
+    const auto document = view();
     EXPECT_EQ(document["command"], "HMBomSubmit");
     EXPECT_EQ(document["m_strID"], "P-1");
     ASSERT_EQ(document["devices"].size(), 1u);  // D2 is no node of the cloud's project
@@ -96,7 +91,6 @@ TEST_F(ProjectView, AProjectTheCloudKnowsIsReadThroughItsDocumentsAsHMBomSubmitR
     EXPECT_EQ(document["devices"][0]["m_arrPrimaryBom"][0]["m_strRowCode"], "E1");
     EXPECT_EQ(document["wouldSend"], true);
     EXPECT_TRUE(document["whyNot"].is_null());
-    EXPECT_EQ(listing(), before);
 }
 
 TEST_F(ProjectView, CsvHasOneLinePerRowWithQuotedFields) {
@@ -127,7 +121,7 @@ TEST_F(ProjectView, WorkbookHasASummaryAndOneSheetPerDevice) {
         "            cells.append(strings[int(value)] if 't=\"s\"' in attributes else value)\n"
         "        print(name + ':' + '|'.join(cells))\n";
     folder.writeFile("sheets.py", script);
-    const InspectRun read = runCommand("/usr/bin/python3 '" + folder.native() + "/sheets.py' '" + book + "'");
+    const InspectRun read = RunShellCommand("/usr/bin/python3 '" + folder.native() + "/sheets.py' '" + book + "'");
     ASSERT_EQ(read.status, 0) << read.out;
     EXPECT_NE(read.out.find("Summary:name|model|code|count|devices\n"), std::string::npos) << read.out;
     EXPECT_NE(read.out.find("Summary:指示灯|AD16|L1|2|1\n"), std::string::npos) << read.out;  // 1 a cabinet, 2 cabinets
@@ -155,7 +149,14 @@ TEST_F(ProjectView, ALongWalkShowsOneLinePerDeviceOnlyOnATerminal) {
     // Under a pseudo-terminal (script), one line for each device.
     const std::string command = "script -qec \"" + std::string(QX_BINARY_DIR) + "/bin/qxinspect project " + itm() +
                                 " --csv >/dev/null\" /dev/null";
-    const InspectRun run = runCommand(command);
+    const InspectRun run = RunShellCommand(command);
     EXPECT_NE(run.out.find("device D1: reading its drawings"), std::string::npos) << run.out;
     EXPECT_NE(run.out.find("device D2: reading its drawings"), std::string::npos) << run.out;
+}
+
+TEST(Qxinspect, NamesTheDrawingByItsPathInTheMachinesOwnForm) {
+    const std::string file = std::string(QX_TEST_DATA_DIR) + "/dxf/sample_r2018.dxf";
+    const InspectRun run = RunShellCommand(std::string(QX_BINARY_DIR) + "/bin/qxinspect drawing '" + file + "' 2>/dev/null");
+    ASSERT_EQ(run.status, 0);
+    EXPECT_EQ(nlohmann::json::parse(run.out)["file"], file);
 }

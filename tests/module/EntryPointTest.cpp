@@ -41,25 +41,36 @@ TEST_F(EntryPoint, HMTestAsksForOneCabinetWithoutLoggingIn) {
     acrxEntryPoint(AcRx::kUnloadAppMsg, nullptr);
 }
 
-TEST(BuiltModule, ExportsItsEntryPointsUnderPlainNames) {
-    const std::string path = std::string(QX_BINARY_DIR) + "/lib/libQxHMInterFace.so";
-    void* handle = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(handle, nullptr) << ::dlerror();
+// The built library opened with dlopen as the host opens it, on a temporary install folder.
+class BuiltModule : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_NE(handle, nullptr) << ::dlerror();
+        entry = reinterpret_cast<AcRxEntryPointFn>(::dlsym(handle, "acrxEntryPoint"));
+        ASSERT_NE(entry, nullptr);
+        SetCorvaneInstallDirOverride(install.logic());
+    }
+    void TearDown() override {
+        SetHexmoorBackendFactory({});
+        SetCorvaneInstallDirOverride(CString());
+        if (handle) ::dlclose(handle);
+    }
+
+    void* handle = ::dlopen((std::string(QX_BINARY_DIR) + "/lib/libQxHMInterFace.so").c_str(), RTLD_NOW | RTLD_LOCAL);
+    AcRxEntryPointFn entry = nullptr;
+    TempFolder install;
+};
+
+TEST_F(BuiltModule, ExportsItsEntryPointsUnderPlainNames) {
     auto version = reinterpret_cast<AcRxGetApiVersionFn>(::dlsym(handle, "acrxGetApiVersion"));
-    auto entry = reinterpret_cast<AcRxEntryPointFn>(::dlsym(handle, "acrxEntryPoint"));
     ASSERT_NE(version, nullptr);
-    ASSERT_NE(entry, nullptr);
     EXPECT_EQ(version(), 0x120000);
     // The module's commands land in the host's one command stack, shared through the core library.
-    TempFolder install;
-    SetCorvaneInstallDirOverride(install.logic());
     ScriptedCloud cloud;
     entry(AcRx::kInitAppMsg, nullptr);
     EXPECT_TRUE(acedRegCmds()->lookup(u"_HMUpdate").has_value());
     entry(AcRx::kUnloadAppMsg, nullptr);
     EXPECT_FALSE(acedRegCmds()->lookup(u"HMUpdate").has_value());
-    SetCorvaneInstallDirOverride(CString());
-    ::dlclose(handle);
 }
 
 namespace {
@@ -92,14 +103,7 @@ TEST_F(EntryPoint, CommandsWithoutASessionSaySoAndDoNothing) {
 // As the host does it: the built library opened with dlopen, refused at load, then closed. Commands left in
 // the host's table would run code of a closed library, and the host would crash on its next command or at
 // its exit.
-TEST(BuiltModule, AFailedLoadLeavesNothingInTheHostsCommandTable) {
-    const std::string path = std::string(QX_BINARY_DIR) + "/lib/libQxHMInterFace.so";
-    void* handle = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(handle, nullptr) << ::dlerror();
-    auto entry = reinterpret_cast<AcRxEntryPointFn>(::dlsym(handle, "acrxEntryPoint"));
-    ASSERT_NE(entry, nullptr);
-    TempFolder install;
-    SetCorvaneInstallDirOverride(install.logic());
+TEST_F(BuiltModule, AFailedLoadLeavesNothingInTheHostsCommandTable) {
     CapturedOutput output;
     failingCloudAtLoad();
     const size_t hostCommands = acedRegCmds()->commands().size();
@@ -108,7 +112,4 @@ TEST(BuiltModule, AFailedLoadLeavesNothingInTheHostsCommandTable) {
     EXPECT_TRUE(output.printed.Contains(u"acrxEntryPoint stopped on an unexpected error: no cloud library"));
     EXPECT_EQ(acedRegCmds()->commands().size(), hostCommands);
     EXPECT_FALSE(acedRegCmds()->lookup(u"HMLogin").has_value());
-    SetHexmoorBackendFactory({});
-    SetCorvaneInstallDirOverride(CString());
-    ::dlclose(handle);
 }

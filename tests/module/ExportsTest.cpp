@@ -5,6 +5,7 @@
 #include "platform/host/CommandStack.h"
 
 #include <dlfcn.h>
+#include <optional>
 
 namespace {
 
@@ -12,21 +13,14 @@ using Rows = BomRows;
 
 // The built module, loaded and started as the host does, and its exports.
 class SiblingView {
+    void* m_handle = ::dlopen((std::string(QX_BINARY_DIR) + "/lib/libQxHMInterFace.so").c_str(), RTLD_NOW | RTLD_LOCAL);
+    template <typename Function>
+    Function find(const char* name) {
+        return m_handle ? reinterpret_cast<Function>(::dlsym(m_handle, name)) : nullptr;
+    }
+
 public:
     SiblingView() {
-        const std::string path = std::string(QX_BINARY_DIR) + "/lib/libQxHMInterFace.so";
-        m_handle = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-        if (!m_handle) return;
-        entry = reinterpret_cast<AcRxEntryPointFn>(::dlsym(m_handle, "acrxEntryPoint"));
-        login = find<bool (*)()>("QxLoginCloudServer");
-        remote = find<HMProjectTree_INFO* (*)()>("QxGetHMProjectRemote");
-        freeTree = find<void (*)(HMProjectTree_INFO*)>("QxFreeTreeInfo");
-        projectInfo = find<bool (*)(HMProjectTree_INFO*, CString)>("QxGetHMProjectInfo");
-        bomSubmit = find<bool (*)(HMProjectTree_INFO*)>("QxHMBomSubmit");
-        sys1Refer = find<bool (*)(HMProjectTree_INFO*)>("QxSys1Refer");
-        oneCabCir2 = find<bool (*)(HMProjectTree_INFO*)>("QxsubmitOneCabCir2");
-        dqBoms = find<bool (*)(Rows&)>("QxGetDqBomsArray");
-        hmBoms = find<bool (*)(Rows&, CString, CString, CString)>("QxGetHMBomsArray");
         if (entry) entry(AcRx::kInitAppMsg, nullptr);
     }
     ~SiblingView() {
@@ -40,23 +34,16 @@ public:
         return entry && login && remote && freeTree && projectInfo && bomSubmit && sys1Refer && oneCabCir2 && dqBoms && hmBoms;
     }
 
-    AcRxEntryPointFn entry = nullptr;
-    bool (*login)() = nullptr;
-    HMProjectTree_INFO* (*remote)() = nullptr;
-    void (*freeTree)(HMProjectTree_INFO*) = nullptr;
-    bool (*projectInfo)(HMProjectTree_INFO*, CString) = nullptr;
-    bool (*bomSubmit)(HMProjectTree_INFO*) = nullptr;
-    bool (*sys1Refer)(HMProjectTree_INFO*) = nullptr;
-    bool (*oneCabCir2)(HMProjectTree_INFO*) = nullptr;
-    bool (*dqBoms)(Rows&) = nullptr;
-    bool (*hmBoms)(Rows&, CString, CString, CString) = nullptr;
-
-private:
-    template <typename Function>
-    Function find(const char* name) {
-        return reinterpret_cast<Function>(::dlsym(m_handle, name));
-    }
-    void* m_handle = nullptr;
+    AcRxEntryPointFn entry = find<AcRxEntryPointFn>("acrxEntryPoint");
+    bool (*login)() = find<bool (*)()>("QxLoginCloudServer");
+    HMProjectTree_INFO* (*remote)() = find<HMProjectTree_INFO* (*)()>("QxGetHMProjectRemote");
+    void (*freeTree)(HMProjectTree_INFO*) = find<void (*)(HMProjectTree_INFO*)>("QxFreeTreeInfo");
+    bool (*projectInfo)(HMProjectTree_INFO*, CString) = find<bool (*)(HMProjectTree_INFO*, CString)>("QxGetHMProjectInfo");
+    bool (*bomSubmit)(HMProjectTree_INFO*) = find<bool (*)(HMProjectTree_INFO*)>("QxHMBomSubmit");
+    bool (*sys1Refer)(HMProjectTree_INFO*) = find<bool (*)(HMProjectTree_INFO*)>("QxSys1Refer");
+    bool (*oneCabCir2)(HMProjectTree_INFO*) = find<bool (*)(HMProjectTree_INFO*)>("QxsubmitOneCabCir2");
+    bool (*dqBoms)(Rows&) = find<bool (*)(Rows&)>("QxGetDqBomsArray");
+    bool (*hmBoms)(Rows&, CString, CString, CString) = find<bool (*)(Rows&, CString, CString, CString)>("QxGetHMBomsArray");
 };
 
 const char16_t* const kCabinetBlock =
@@ -81,41 +68,45 @@ protected:
     void SetUp() override {
         ProjectCommandTest::SetUp();
         HMEndSession();  // the built module runs the session here, not the test's own copy
+        module.emplace();
+        ASSERT_TRUE(module->complete()) << ::dlerror();
     }
+    void TearDown() override {
+        module.reset();
+        ProjectCommandTest::TearDown();
+    }
+
+    std::optional<SiblingView> module;
 };
 
 TEST_F(Exports, AllNineAreThereAndEveryCloudEntryLogsInFirst) {
-    SiblingView module;
-    ASSERT_TRUE(module.complete()) << ::dlerror();
     cloud().loginResult = 0;  // the person cancels the login
     HMProjectTree_INFO tree;
     Rows rows;
-    EXPECT_FALSE(module.projectInfo(nullptr, u""));
+    EXPECT_FALSE(module->projectInfo(nullptr, u""));
     EXPECT_EQ(cloud().loginCalls, 0);  // a null tree is refused before the login
 
-    EXPECT_FALSE(module.login());
-    EXPECT_EQ(module.remote(), nullptr);
-    EXPECT_FALSE(module.projectInfo(&tree, u""));
-    EXPECT_FALSE(module.bomSubmit(&tree));
-    EXPECT_FALSE(module.sys1Refer(&tree));
-    EXPECT_FALSE(module.oneCabCir2(&tree));
-    EXPECT_FALSE(module.dqBoms(rows));
-    EXPECT_FALSE(module.hmBoms(rows, u"", u"K01", u""));
+    EXPECT_FALSE(module->login());
+    EXPECT_EQ(module->remote(), nullptr);
+    EXPECT_FALSE(module->projectInfo(&tree, u""));
+    EXPECT_FALSE(module->bomSubmit(&tree));
+    EXPECT_FALSE(module->sys1Refer(&tree));
+    EXPECT_FALSE(module->oneCabCir2(&tree));
+    EXPECT_FALSE(module->dqBoms(rows));
+    EXPECT_FALSE(module->hmBoms(rows, u"", u"K01", u""));
     EXPECT_EQ(cloud().loginCalls, 8);
     EXPECT_EQ(cloud().projectInfoCalls + cloud().submitBomCalls + cloud().submitItmCalls + cloud().submitOneCabCalls, 0);
     EXPECT_TRUE(cloud().importQueries.empty());
 
     cloud().loginResult = 1;
-    EXPECT_TRUE(module.login());
-    EXPECT_TRUE(module.login());
+    EXPECT_TRUE(module->login());
+    EXPECT_TRUE(module->login());
     EXPECT_EQ(cloud().loginCalls, 9);  // logged in: no second login
 }
 
 TEST_F(Exports, RemoteProjectComesWithEveryDevicesRowsUnpacked) {
-    SiblingView module;
-    ASSERT_TRUE(module.complete());
     cloud().projectInfo = stationWithRows;
-    HMProjectTree_INFO* tree = module.remote();
+    HMProjectTree_INFO* tree = module->remote();
     ASSERT_NE(tree, nullptr);
     ASSERT_EQ(tree->m_arrCabinets.GetSize(), 2);
     for (const HMProjectTree_INFO* device : tree->m_arrCabinets) {
@@ -124,12 +115,10 @@ TEST_F(Exports, RemoteProjectComesWithEveryDevicesRowsUnpacked) {
         ASSERT_EQ(device->m_arrSecondaryBom.GetSize(), 1);  // the child row stays out
         EXPECT_EQ(device->m_arrSecondaryBom[0].m_strRowName, CString(u"继电器"));
     }
-    module.freeTree(tree);
+    module->freeTree(tree);
 }
 
 TEST_F(Exports, BomSubmitRefreshesTheRowsFromWhatTheCloudKept) {
-    SiblingView module;
-    ASSERT_TRUE(module.complete());
     std::unique_ptr<HMProjectTree_INFO> tree(stationWithRows(nullptr));
     BOM_INFO stale;
     stale.m_strRowName = u"stale";
@@ -139,7 +128,7 @@ TEST_F(Exports, BomSubmitRefreshesTheRowsFromWhatTheCloudKept) {
         flagSeen = flag;
         return true;
     };
-    EXPECT_TRUE(module.bomSubmit(tree.get()));
+    EXPECT_TRUE(module->bomSubmit(tree.get()));
     EXPECT_TRUE(flagSeen);
     EXPECT_EQ(tree->m_arrCabinets[0]->m_arrPrimaryBom.GetSize(), 1);
     EXPECT_EQ(tree->m_arrCabinets[0]->m_arrPrimaryBom[0].m_strRowName, CString(u"断路器"));
@@ -147,22 +136,20 @@ TEST_F(Exports, BomSubmitRefreshesTheRowsFromWhatTheCloudKept) {
     // Without devices, or refused, the tree's rows stay as they are.
     cloud().submitBom = [](HMProjectTree_INFO*, bool) { return false; };
     tree->m_arrCabinets[0]->m_arrPrimaryBom.Add(stale);
-    EXPECT_FALSE(module.bomSubmit(tree.get()));
+    EXPECT_FALSE(module->bomSubmit(tree.get()));
     EXPECT_EQ(tree->m_arrCabinets[0]->m_arrPrimaryBom.GetSize(), 2);
     HMProjectTree_INFO alone;
     cloud().submitBom = [](HMProjectTree_INFO*, bool) { return true; };
-    EXPECT_TRUE(module.bomSubmit(&alone));
+    EXPECT_TRUE(module->bomSubmit(&alone));
 }
 
 TEST_F(Exports, ProjectInfoAndCabinetRowsComeFromTheLocalDocuments) {
-    SiblingView module;
-    ASSERT_TRUE(module.complete());
     cloud().projectInfo = stationWithRows;
     acedRegCmds()->lookup(u"HMXmCreate")->handler();
     ASSERT_TRUE(install.exists(projectPath("Station/K-1/Hexmoor.xml")));
 
     HMProjectTree_INFO tree;
-    EXPECT_TRUE(module.projectInfo(&tree, u""));  // the current project, which HMXmCreate made
+    EXPECT_TRUE(module->projectInfo(&tree, u""));  // the current project, which HMXmCreate made
     EXPECT_EQ(tree.m_strID, CString(u"P-7"));
     ASSERT_EQ(tree.m_arrCabinets.GetSize(), 2);
     EXPECT_EQ(tree.m_arrCabinets[0]->m_strCirNo, CString(u"K01，K02"));
@@ -170,10 +157,10 @@ TEST_F(Exports, ProjectInfoAndCabinetRowsComeFromTheLocalDocuments) {
 
     Rows rows;
     cloud().importRows.Add(BOM_INFO{u"", u"n", u"m", u"1", u"", u""});
-    EXPECT_TRUE(module.hmBoms(rows, u"", u"K02", u"ignored"));  // the second number of "K01，K02"
-    EXPECT_TRUE(module.hmBoms(rows, stationFile(), u"K03", u""));
-    EXPECT_TRUE(module.hmBoms(rows, u"", u"K09", u""));  // not found: asked all the same
-    EXPECT_TRUE(module.hmBoms(rows, u"", u"", u""));
+    EXPECT_TRUE(module->hmBoms(rows, u"", u"K02", u"ignored"));  // the second number of "K01，K02"
+    EXPECT_TRUE(module->hmBoms(rows, stationFile(), u"K03", u""));
+    EXPECT_TRUE(module->hmBoms(rows, u"", u"K09", u""));  // not found: asked all the same
+    EXPECT_TRUE(module->hmBoms(rows, u"", u"", u""));
     ASSERT_EQ(cloud().importQueries.size(), 4u);
     EXPECT_EQ(cloud().importQueries[0].projectId, CString(u"P-7"));
     EXPECT_EQ(cloud().importQueries[0].cabinetId, CString(u"id-K-1"));
@@ -185,34 +172,30 @@ TEST_F(Exports, ProjectInfoAndCabinetRowsComeFromTheLocalDocuments) {
 }
 
 TEST_F(Exports, AProjectWithoutDocumentAsksTheCloudWithEmptyIdsAndSaysNothing) {
-    SiblingView module;
-    ASSERT_TRUE(module.complete());
     install.writeFile(projectPath("Local/Local.itm"), "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
     const CString local = projects() + u"Local\\Local.itm";
     Rows rows;
-    EXPECT_TRUE(module.hmBoms(rows, local, u"K01", u""));
+    EXPECT_TRUE(module->hmBoms(rows, local, u"K01", u""));
     ASSERT_EQ(cloud().importQueries.size(), 1u);
     EXPECT_TRUE(cloud().importQueries[0].projectId.IsEmpty());
     EXPECT_TRUE(cloud().importQueries[0].cabinetId.IsEmpty());
     const CString printedBefore = output.printed;
 
     HMProjectTree_INFO tree;
-    EXPECT_FALSE(module.projectInfo(&tree, local));
+    EXPECT_FALSE(module->projectInfo(&tree, local));
     EXPECT_EQ(output.printed.Mid(printedBefore.GetLength()),
               QxFormat(u"项目%s的Hexmoor相关信息不存在，无法从Hexmoor调用明细！\n", local));
     EXPECT_TRUE(tree.m_arrChildren.IsEmpty());
 }
 
 TEST_F(Exports, ForwardingExportsHandTheirArgumentOn) {
-    SiblingView module;
-    ASSERT_TRUE(module.complete());
     HMProjectTree_INFO tree;
     cloud().submitItm = [&tree](HMProjectTree_INFO* given) { return given == &tree; };
-    EXPECT_TRUE(module.sys1Refer(&tree));
-    EXPECT_TRUE(module.oneCabCir2(&tree));
+    EXPECT_TRUE(module->sys1Refer(&tree));
+    EXPECT_TRUE(module->oneCabCir2(&tree));
     cloud().dqRows.Add(BOM_INFO{u"", u"灯", u"AD16", u"1", u"", u"L1"});
     Rows rows;
-    EXPECT_TRUE(module.dqBoms(rows));
+    EXPECT_TRUE(module->dqBoms(rows));
     ASSERT_EQ(rows.GetSize(), 1);
     EXPECT_EQ(rows[0].m_strRowCode, CString(u"L1"));
 }

@@ -3,17 +3,10 @@
 #include "ProjectCommandFixture.h"
 #include "common/ScriptedDialogs.h"
 #include "module/commands/ProjectTrees.h"
-#include "module/exports/Exports.h"
 #include "project/tree/FoldersToTree.h"
 #include "support/dialog/SetCabInfo.h"
 
 namespace {
-
-bool hasRow(const BomRows& rows, const CString& name, const CString& model, const CString& count) {
-    for (const BOM_INFO& row : rows)
-        if (row.m_strRowName == name && row.m_strRowModel == model && row.m_strRowCount == count) return true;
-    return false;
-}
 
 CSetCabInfo& cabinetDialog(CAdUiBaseDialog& shown) { return dynamic_cast<CSetCabInfo&>(shown); }
 
@@ -55,23 +48,17 @@ protected:
     HINSTANCE resourcesWhileShown = nullptr;
 };
 
-TEST_F(ItmSubmit, WithNoCurrentProjectItSaysSoAndShowsNoDialog) {
-    SetRecentProject(u"");
-    run(u"HMItmSubmit");
-    ASSERT_EQ(output.boxes.size(), 1u);
-    EXPECT_EQ(output.boxes[0].text, u"本地项目不存在，请先创建项目！");
-    EXPECT_EQ(output.boxes[0].caption, u"Corvane");
-    EXPECT_EQ(dialogs.runs, 0);
-    EXPECT_EQ(cloud().submitItmCalls, 0);
-}
-
-TEST_F(ItmSubmit, AProjectWithoutDevicesIsNotSent) {
+TEST_F(ItmSubmit, WithoutACurrentProjectOrWithoutDevicesItSaysSoAndShowsNoDialog) {
     install.writeFile(projectPath("Lone/Lone.itm"), "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
     install.makeFolder(projectPath("Lone/Empty"));
-    SetRecentProject(projects() + u"Lone\\Lone.itm");
-    run(u"HMItmSubmit");
-    ASSERT_EQ(output.boxes.size(), 1u);
-    EXPECT_EQ(output.boxes[0].text, u"当前项目没有屏柜，请选创建屏柜再提交！");
+    for (const CString& recent : {CString(), projects() + u"Lone\\Lone.itm"}) {
+        SetRecentProject(recent);
+        run(u"HMItmSubmit");
+    }
+    ASSERT_EQ(output.boxes.size(), 2u);
+    EXPECT_EQ(output.boxes[0].text, u"本地项目不存在，请先创建项目！");
+    EXPECT_EQ(output.boxes[0].caption, u"Corvane");
+    EXPECT_EQ(output.boxes[1].text, u"当前项目没有屏柜，请选创建屏柜再提交！");
     EXPECT_EQ(dialogs.runs, 0);
     EXPECT_EQ(cloud().submitItmCalls, 0);
     EXPECT_EQ(acDocManagerPtr()->resourceHandleDepth(), 0);
@@ -201,11 +188,6 @@ protected:
         ItmSubmit::SetUp();
         useEmbeddedCentre();
     }
-    BomRows centreRows(const CString& cabinet) {
-        BomRows rows;
-        EXPECT_TRUE(QxGetHMBomsArray(rows, stationFile(), cabinet, u""));
-        return rows;
-    }
 };
 
 TEST_F(ItmSubmitToCentre, TheCentreHoldsTheProjectsDevicesAndRowsAndASecondSubmitIsRefused) {
@@ -231,16 +213,4 @@ TEST_F(ItmSubmitToCentre, TheCentreHoldsTheProjectsDevicesAndRowsAndASecondSubmi
     ASSERT_EQ(output.boxes.size(), 1u);
     EXPECT_EQ(output.boxes[0].text, u"Corvane新建项目提交失败，可能是服务器上已有同名项目或网络连接故障！");
     EXPECT_EQ(install.readFile(projectPath("Station/D1/Hexmoor.xml")), document);
-}
-
-TEST_F(ItmSubmitToCentre, CancelLeavesTheCentreWithoutTheProject) {
-    dialogs.actions.push_back([](CAdUiBaseDialog& shown) { shown.OnCancel(); });
-    run(u"HMItmSubmit");
-    EXPECT_TRUE(output.boxes.empty());
-    EXPECT_FALSE(hasDocument("Hexmoor.xml"));
-    // With the project unknown, a new submit still goes through.
-    answerDialogWithOk();
-    run(u"HMItmSubmit");
-    ASSERT_EQ(output.boxes.size(), 1u);
-    EXPECT_EQ(output.boxes[0].text, u"Corvane新建项目提交成功！");
 }

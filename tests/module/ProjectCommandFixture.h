@@ -6,6 +6,7 @@
 #include "ModuleFixture.h"
 #include "module/CommandTable.h"
 #include "module/commands/Commands.h"
+#include "module/exports/Exports.h"
 #include "platform/host/Documents.h"
 #include "platform/host/HostVariables.h"
 #include "platform/params/ParameterLibrary.h"
@@ -20,6 +21,12 @@ inline std::string AssemblyDrawing(const std::string& name) {
     std::string bytes;
     QxFs::ReadBytes(QxFs::FromNative(std::string(QX_TEST_DATA_DIR) + "/assembly/" + name), bytes);
     return bytes;
+}
+
+inline bool hasRow(const BomRows& rows, const CString& name, const CString& model, const CString& count) {
+    for (const BOM_INFO& row : rows)
+        if (row.m_strRowName == name && row.m_strRowModel == model && row.m_strRowCount == count) return true;
+    return false;
 }
 
 // A tree as a cloud gives it: root, children and the root's list of devices.
@@ -97,4 +104,10 @@ protected:
         install.writeFile(projectPath("Station/" + name + "/A.dwg"), AssemblyDrawing("device_a.dxf"));
     }
     CString stationFile() const { return projects() + u"Station\\Station.itm"; }
+    // The rows the centre (or the cloud) gives for a cabinet of Station.
+    BomRows centreRows(const CString& cabinet) {
+        BomRows rows;
+        EXPECT_TRUE(QxGetHMBomsArray(rows, stationFile(), cabinet, u""));
+        return rows;
+    }
 };
