@@ -245,10 +245,17 @@ bool ReadBytes(const CString& logicPath, std::string& bytes) {
     return ok;
 }
 
+// Whether a folder may be made inside `parent`, judged by its mode bits as for a file: root may write
+// anywhere, but a folder the Windows user could not write in must refuse here too.
+static bool mayMakeFolderIn(const std::string& parent) {
+    struct stat st;
+    return ::stat(parent.c_str(), &st) == 0 && S_ISDIR(st.st_mode) && Native::ModeGrants(st, S_IWOTH | S_IXOTH);
+}
+
 bool MakeFolder(const CString& logicPath) {
     if (IsFolder(logicPath)) return true;
     const auto native = NativeTarget(logicPath);
-    if (!native) return false;
+    if (!native || !mayMakeFolderIn(Native::ParentOf(*native))) return false;
     return ::mkdir(native->c_str(), 0777) == 0;
 }
 
@@ -256,7 +263,12 @@ bool MakeFolders(const CString& logicPath) {
     if (IsFolder(logicPath)) return true;
     const auto native = NativeTarget(logicPath);
     if (!native) return false;
+    // The deepest folder that stands decides; the ones made below it are this process's own.
+    std::filesystem::path existing = std::filesystem::path(*native).parent_path();
     std::error_code ec;
+    while (!existing.empty() && !std::filesystem::exists(existing, ec) && existing != existing.parent_path())
+        existing = existing.parent_path();
+    if (!mayMakeFolderIn(existing.empty() ? std::string(".") : existing.string())) return false;
     std::filesystem::create_directories(*native, ec);
     return IsFolder(logicPath);
 }

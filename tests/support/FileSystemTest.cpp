@@ -186,6 +186,19 @@ TEST(AtomicWrite, AFolderThatMayNotBeWrittenIsWrittenAsInPlace) {
     EXPECT_EQ(QxFs::List(dir.logic() + u"locked").size(), 1u);
 }
 
+TEST(FileSystemBoundary, NoFolderIsMadeInAFolderThatMayNotBeWritten) {
+    TempFolder dir;
+    dir.writeFile("locked/file.txt", "old");
+    ::chmod((dir.native() + "/locked").c_str(), 0555);
+    EXPECT_FALSE(QxFs::MakeFolder(dir.logic() + u"locked\\K01"));
+    EXPECT_FALSE(QxFs::MakeFolders(dir.logic() + u"locked\\P\\K01"));
+    EXPECT_TRUE(QxFs::MakeFolders(dir.logic() + u"open\\P\\K01"));  // below a folder that may be written
+    ::chmod((dir.native() + "/locked").c_str(), 0755);
+    EXPECT_FALSE(dir.exists("locked/K01"));
+    EXPECT_FALSE(dir.exists("locked/P"));
+    EXPECT_TRUE(dir.exists("open/P/K01"));
+}
+
 TEST(AtomicWrite, TemporaryFilesOfKilledWritersAreNeverSeenAndGoWithTheNextWrite) {
     TempFolder dir;
     const std::string dead = ".qxtmp-" + std::to_string(pidOfAnEndedProcess()) + "-aaaaaa";
