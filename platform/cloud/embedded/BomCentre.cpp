@@ -2,6 +2,7 @@
 #include "platform/cloud/embedded/BomCentre.h"
 
 #include "platform/InstallPath.h"
+#include "platform/cloud/CentrePerson.h"
 #include "platform/cloud/HexmoorClient.h"
 #include "platform/cloud/centre/CentreError.h"
 #include "platform/cloud/embedded/SqliteCentreStore.h"
@@ -10,21 +11,6 @@
 #include "support/FileSystem.h"
 
 #include <cstdlib>
-
-namespace {
-
-// Asks for one login item, offering what the client holds; an empty answer keeps it.
-std::optional<CString> askWithDefault(const CString& question, const CString& current) {
-    const CString shown = current.IsEmpty() ? question : question + u" [" + current + u"]";
-    auto answer = HostPrompts().AskText(shown);
-    if (!answer) return std::nullopt;
-    answer->Trim();
-    return answer->IsEmpty() ? current : *answer;
-}
-
-void tell(const CString& message) { acutPrintf(u"\nHexmoor: %s\n", message); }
-
-} // namespace
 
 CEmbeddedBomCentre::CEmbeddedBomCentre()
     : m_opener([]() -> std::unique_ptr<ICentreStore> {
@@ -55,7 +41,7 @@ CBomCentreOperations* CEmbeddedBomCentre::operations() {
     } catch (const CCentreStoreError& error) {
         // A store held by another process may be free at the next try; any other failure stays.
         m_storeFailed = !error.locked();
-        tell(error.message());
+        TellCentreMessage(error.message());
     }
     return m_operations.get();
 }
@@ -68,25 +54,15 @@ Result CEmbeddedBomCentre::guarded(Result failed, Work&& work) {
     try {
         return work(*centre);
     } catch (const CCentreError& error) {
-        tell(error.message());
+        TellCentreMessage(error.message());
     } catch (const std::exception& error) {
-        tell(QxFormat(u"The BOM centre failed: %s.", CString(error.what())));
+        TellCentreMessage(QxFormat(u"The BOM centre failed: %s.", CString(error.what())));
     }
     return failed;
 }
 
 int CEmbeddedBomCentre::Login(CHexmoorInteFace& client) {
-    const auto enterprise = askWithDefault(u"Hexmoor enterprise", client.m_strEnterprise);
-    if (!enterprise || enterprise->IsEmpty()) return 0;
-    const auto user = askWithDefault(u"Hexmoor user", client.m_strUser);
-    if (!user || user->IsEmpty()) return 0;
-    const auto credential = HostPrompts().AskSecret(u"Hexmoor credential");
-    if (!credential) return 0;
-
-    client.m_strEnterprise = *enterprise;
-    client.m_strUser = *user;
-    client.m_strCredential = *credential;
-    return autoLogin(client);
+    return AskCentreLogin(client) ? autoLogin(client) : 0;
 }
 
 int CEmbeddedBomCentre::autoLogin(CHexmoorInteFace& client) {
@@ -99,7 +75,7 @@ int CEmbeddedBomCentre::autoLogin(CHexmoorInteFace& client) {
     try {
         result = centre->CheckAccount(client.m_strEnterprise, client.m_strUser, client.m_strCredential);
     } catch (const CCentreError& error) {
-        tell(error.message());
+        TellCentreMessage(error.message());
     }
     if (result < 1) return result;
     m_loggedIn = true;
@@ -122,7 +98,7 @@ HMProjectTree_INFO* CEmbeddedBomCentre::chooseProject() {
     return guarded(static_cast<HMProjectTree_INFO*>(nullptr), [&](CBomCentreOperations& centre) -> HMProjectTree_INFO* {
         const auto projects = centre.Projects(m_user);
         if (projects.empty()) {
-            tell(QxFormat(u"The enterprise %s has no project in the BOM centre yet.", m_user.enterprise));
+            TellCentreMessage(QxFormat(u"The enterprise %s has no project in the BOM centre yet.", m_user.enterprise));
             return nullptr;
         }
         CStringArray options;
@@ -138,7 +114,7 @@ HMProjectTree_INFO* CEmbeddedBomCentre::getProjectInfo(HMProjectTree_INFO* local
     if (!local) return chooseProject();
     return guarded(static_cast<HMProjectTree_INFO*>(nullptr), [&](CBomCentreOperations& centre) -> HMProjectTree_INFO* {
         auto tree = centre.ProjectTree(m_user, local->m_strID);
-        if (!tree) tell(QxFormat(u"The BOM centre has no project of the ID \"%s\" (\"%s\").", local->m_strID, local->m_strName));
+        if (!tree) TellCentreMessage(QxFormat(u"The BOM centre has no project of the ID \"%s\" (\"%s\").", local->m_strID, local->m_strName));
         return tree.release();
     });
 }
@@ -157,7 +133,7 @@ bool CEmbeddedBomCentre::submitItm(HMProjectTree_INFO* tree) {
 }
 
 bool CEmbeddedBomCentre::reportSubmit(const SubmitReport& report, const char16_t* operation) {
-    for (const CString& skipped : report.skipped) tell(QxFormat(u"%s did not take %s.", CString(operation), skipped));
+    for (const CString& skipped : report.skipped) TellCentreMessage(QxFormat(u"%s did not take %s.", CString(operation), skipped));
     return report.skipped.empty();
 }
 

@@ -1,5 +1,6 @@
 #include "platform/cloud/http/HttpBomCentre.h"
 
+#include "platform/cloud/CentrePerson.h"
 #include "platform/cloud/HexmoorClient.h"
 #include "platform/cloud/http/CentreJson.h"
 #include "platform/host/HostOutput.h"
@@ -10,15 +11,6 @@ using nlohmann::json;
 
 namespace {
 
-void tell(const CString& message) { acutPrintf(u"\nHexmoor: %s\n", message); }
-
-std::optional<CString> askWithDefault(const CString& question, const CString& current) {
-    const CString shown = current.IsEmpty() ? question : question + u" [" + current + u"]";
-    auto answer = HostPrompts().AskText(shown);
-    if (!answer) return std::nullopt;
-    answer->Trim();
-    return answer->IsEmpty() ? current : *answer;
-}
 
 // An ID as a path segment: digits only, else it names nothing the server has.
 std::optional<std::string> idSegment(const CString& id) {
@@ -54,7 +46,7 @@ std::optional<json> CHttpBomCentre::call(const char* method, const std::string& 
     const HttpReply reply = m_http.request(method, path, text, m_token);
     m_lastStatus = reply.status;
     if (reply.status == 0) {
-        tell(QxFormat(u"The BOM centre at %s cannot be reached: %s.", m_endpoint, CString::FromUtf8(reply.failure)));
+        TellCentreMessage(QxFormat(u"The BOM centre at %s cannot be reached: %s.", m_endpoint, CString::FromUtf8(reply.failure)));
         return std::nullopt;
     }
     json parsed = json::parse(reply.body, nullptr, false);
@@ -63,21 +55,12 @@ std::optional<json> CHttpBomCentre::call(const char* method, const std::string& 
     if (reply.status == 401) m_token.clear();
     const bool hasMessage = parsed.is_object() && parsed.contains("error") && parsed["error"].is_string();
     const CString message = hasMessage ? CString::FromUtf8(parsed["error"].get<std::string>()) : CString(u"no reason given");
-    tell(QxFormat(u"The BOM centre refused the request (%d): %s.", static_cast<int>(reply.status), message));
+    TellCentreMessage(QxFormat(u"The BOM centre refused the request (%d): %s.", static_cast<int>(reply.status), message));
     return std::nullopt;
 }
 
 int CHttpBomCentre::Login(CHexmoorInteFace& client) {
-    const auto enterprise = askWithDefault(u"Hexmoor enterprise", client.m_strEnterprise);
-    if (!enterprise || enterprise->IsEmpty()) return 0;
-    const auto user = askWithDefault(u"Hexmoor user", client.m_strUser);
-    if (!user || user->IsEmpty()) return 0;
-    const auto credential = HostPrompts().AskSecret(u"Hexmoor credential");
-    if (!credential) return 0;
-    client.m_strEnterprise = *enterprise;
-    client.m_strUser = *user;
-    client.m_strCredential = *credential;
-    return autoLogin(client);
+    return AskCentreLogin(client) ? autoLogin(client) : 0;
 }
 
 int CHttpBomCentre::autoLogin(CHexmoorInteFace& client) {
@@ -113,7 +96,7 @@ HMProjectTree_INFO* CHttpBomCentre::chooseProject() {
     const auto reply = call("GET", "/api/projects");
     if (!reply || !reply->is_array()) return nullptr;
     if (reply->empty()) {
-        tell(u"Your enterprise has no project in the BOM centre yet.");
+        TellCentreMessage(u"Your enterprise has no project in the BOM centre yet.");
         return nullptr;
     }
     CStringArray options;
@@ -137,12 +120,12 @@ HMProjectTree_INFO* CHttpBomCentre::getProjectInfo(HMProjectTree_INFO* local) {
         const auto tree = segment ? call("GET", "/api/projects/" + *segment + "/tree") : std::nullopt;
         if (!tree) {
             if (segment && m_lastStatus != 404) return nullptr;
-            tell(QxFormat(u"The BOM centre has no project of the ID \"%s\" (\"%s\").", local->m_strID, local->m_strName));
+            TellCentreMessage(QxFormat(u"The BOM centre has no project of the ID \"%s\" (\"%s\").", local->m_strID, local->m_strName));
             return nullptr;
         }
         return TreeFromJson(*tree).release();
     } catch (const std::exception& error) {
-        tell(QxFormat(u"The BOM centre sent a tree that cannot be read: %s.", CString(error.what())));
+        TellCentreMessage(QxFormat(u"The BOM centre sent a tree that cannot be read: %s.", CString(error.what())));
         return nullptr;
     }
 }
@@ -153,7 +136,7 @@ HMProjectTree_INFO* CHttpBomCentre::getOneCabProjectInfo() {
     try {
         return tree ? TreeFromJson(*tree).release() : nullptr;
     } catch (const std::exception& error) {
-        tell(QxFormat(u"The BOM centre sent a tree that cannot be read: %s.", CString(error.what())));
+        TellCentreMessage(QxFormat(u"The BOM centre sent a tree that cannot be read: %s.", CString(error.what())));
         return nullptr;
     }
 }
@@ -166,21 +149,21 @@ bool CHttpBomCentre::submitTree(const char* path, HMProjectTree_INFO& tree, cons
     const auto reply = call("POST", path, &request);
     if (!reply) {
         if (m_lastStatus != 404) return false;
-        tell(QxFormat(u"The BOM centre has no project of the ID \"%s\" (\"%s\").", tree.m_strID, tree.m_strName));
+        TellCentreMessage(QxFormat(u"The BOM centre has no project of the ID \"%s\" (\"%s\").", tree.m_strID, tree.m_strName));
         return false;
     }
     try {
         const auto answered = TreeFromJson(reply->at("tree"));
         if (!CopyCentreFields(*answered, tree)) {
-            tell(u"The BOM centre sent back a tree of another shape; nothing of it was taken.");
+            TellCentreMessage(u"The BOM centre sent back a tree of another shape; nothing of it was taken.");
             return false;
         }
         if (!reply->contains("report")) return true;
         const SubmitReport report = ReportFromJson(reply->at("report"));
-        for (const CString& skipped : report.skipped) tell(QxFormat(u"%s did not take %s.", CString(operation), skipped));
+        for (const CString& skipped : report.skipped) TellCentreMessage(QxFormat(u"%s did not take %s.", CString(operation), skipped));
         return report.skipped.empty();
     } catch (const std::exception& error) {
-        tell(QxFormat(u"The BOM centre's answer cannot be read: %s.", CString(error.what())));
+        TellCentreMessage(QxFormat(u"The BOM centre's answer cannot be read: %s.", CString(error.what())));
         return false;
     }
 }
@@ -202,7 +185,7 @@ void CHttpBomCentre::bomCmp(HMProjectTree_INFO* tree) {
     try {
         acutPrintf(u"\n%s", FormatComparison(ComparisonsFromJson(*reply)));
     } catch (const std::exception& error) {
-        tell(QxFormat(u"The BOM centre's comparison cannot be read: %s.", CString(error.what())));
+        TellCentreMessage(QxFormat(u"The BOM centre's comparison cannot be read: %s.", CString(error.what())));
     }
 }
 
