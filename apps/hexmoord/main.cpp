@@ -1,7 +1,7 @@
 // hexmoord: the BOM centre for a team. It serves the centre's operations as a JSON API and a web view over
 // HTTP (HTTPS with --tls-cert and --tls-key), storing in PostgreSQL or, for a quick trial, a SQLite file.
-#include "platform/cloud/centre/CentreError.h"
-#include "platform/cloud/http/CentreServer.h"
+#include "centre/operations/CentreError.h"
+#include "centre/server/CentreServer.h"
 
 #include <CLI/CLI.hpp>
 

@@ -3,11 +3,11 @@
 #include "TreeJson.h"
 #include "Views.h"
 
-#include "platform/cloud/centre/BomCentreOperations.h"
-#include "platform/cloud/centre/CentreError.h"
-#include "platform/cloud/centre/CentreIds.h"
+#include "centre/operations/BomCentreOperations.h"
+#include "centre/operations/CentreError.h"
+#include "centre/operations/CentreIds.h"
 #include "platform/cloud/embedded/BomCentre.h"
-#include "platform/cloud/embedded/SqliteCentreStore.h"
+#include "centre/sqlite/SqliteCentreStore.h"
 
 #include <iostream>
 #include <unordered_map>

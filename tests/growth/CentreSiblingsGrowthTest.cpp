@@ -1,7 +1,7 @@
 // A project level with very many devices: the check that sibling names differ ignoring case once compared
 // every pair.
-#include "platform/cloud/centre/CentreError.h"
-#include "platform/cloud/centre/TreeChecks.h"
+#include "centre/operations/CentreError.h"
+#include "centre/operations/TreeChecks.h"
 
 #include <gtest/gtest.h>
 #include <string>

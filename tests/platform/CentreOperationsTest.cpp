@@ -2,8 +2,8 @@
 #include "CentreTestSupport.h"
 
 #include "common/CapturedOutput.h"
-#include "platform/cloud/centre/BomCentreOperations.h"
-#include "platform/cloud/centre/CentreIds.h"
+#include "centre/operations/BomCentreOperations.h"
+#include "centre/operations/CentreIds.h"
 
 #include <gtest/gtest.h>
 

@@ -2,9 +2,9 @@
 // holding or writing the same file.
 #include "CentreTestSupport.h"
 
-#include "platform/cloud/centre/BomCentreOperations.h"
-#include "platform/cloud/centre/CentreIds.h"
-#include "platform/cloud/embedded/SqliteCentreSchema.h"
+#include "centre/operations/BomCentreOperations.h"
+#include "centre/operations/CentreIds.h"
+#include "centre/sqlite/SqliteCentreSchema.h"
 
 #include <csignal>
 #include <gtest/gtest.h>

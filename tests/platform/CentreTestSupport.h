@@ -8,10 +8,10 @@
 #include "exchange/HexmoorReader.h"
 #include "exchange/HexmoorWriter.h"
 #include "platform/cloud/HexmoorXmlFile.h"
-#include "platform/cloud/centre/CentreError.h"
-#include "platform/cloud/centre/CentreStore.h"
-#include "platform/cloud/embedded/SqliteCentreStore.h"
-#include "platform/cloud/postgres/PostgresCentreStore.h"
+#include "centre/operations/CentreError.h"
+#include "centre/operations/CentreStore.h"
+#include "centre/sqlite/SqliteCentreStore.h"
+#include "centre/postgres/PostgresCentreStore.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // qxinspect centre: what the store holds, as JSON, without changing it.
 #include "CentreTestSupport.h"
 
-#include "platform/cloud/centre/BomCentreOperations.h"
+#include "centre/operations/BomCentreOperations.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

@@ -1,10 +1,10 @@
 // The PostgreSQL store of the BOM centre on a throwaway cluster: its schema and migrations, its
 // transactions, and the centre's operations on it with several writers at once.
 #include "common/PostgresCluster.h"
-#include "platform/cloud/centre/BomCentreOperations.h"
-#include "platform/cloud/centre/CentreError.h"
-#include "platform/cloud/embedded/SqliteCentreStore.h"
-#include "platform/cloud/postgres/PostgresCentreStore.h"
+#include "centre/operations/BomCentreOperations.h"
+#include "centre/operations/CentreError.h"
+#include "centre/sqlite/SqliteCentreStore.h"
+#include "centre/postgres/PostgresCentreStore.h"
 #include "teamcentre/TeamTrees.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // Session tokens: random, tied to their user, and lapsing after the idle limit, counted from the last use.
-#include "platform/cloud/http/SessionTable.h"
+#include "centre/server/SessionTable.h"
 
 #include <gtest/gtest.h>
 

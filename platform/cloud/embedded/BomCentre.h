@@ -6,7 +6,7 @@
 #pragma once
 
 #include "platform/cloud/HexmoorBackend.h"
-#include "platform/cloud/centre/BomCentreOperations.h"
+#include "centre/operations/BomCentreOperations.h"
 
 #include <functional>
 #include <memory>

@@ -2,7 +2,7 @@
 // comparisons. Both sides use these, so that a tree read back is the tree that was sent.
 #pragma once
 
-#include "platform/cloud/centre/BomCentreOperations.h"
+#include "centre/operations/BomCentreOperations.h"
 
 #include <nlohmann/json.hpp>
 

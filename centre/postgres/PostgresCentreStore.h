@@ -1,0 +1,47 @@
+// The BOM centre's store in a PostgreSQL database: the storage seam over libpqxx, with the same versioned
+// schema as the SQLite store. Several servers may share one database: writers take one advisory lock for
+// the length of their transaction, so what a write transaction read stays true until it commits.
+#pragma once
+
+#include "centre/operations/CentreStore.h"
+
+#include <memory>
+#include <string>
+
+class QX_API CPostgresCentreStore final : public ICentreStore {
+public:
+    // Connects and brings the schema up to date. Throws CCentreStoreError when the database cannot be
+    // reached, or holds a schema newer than this build's.
+    explicit CPostgresCentreStore(const std::string& connectionString);
+    ~CPostgresCentreStore() override;
+
+    // The schema version of the database: 0 for one without the centre's tables.
+    int schemaVersion();
+
+    void beginWrite() override;
+    void beginRead() override;
+    void commit() override;
+    void rollback() noexcept override;
+
+    std::optional<CString> credentialHash(const CString& enterprise, const CString& user) override;
+    void addAccount(const CentreAccount& account) override;
+    void addUsageFile(const CentreUsageFile& file) override;
+    std::vector<CentreUsageFile> usageFiles() override;
+    long long addProject(const CentreProject& project) override;
+    std::optional<CentreProject> project(long long id) override;
+    std::vector<CentreProject> projects(const CString& enterprise) override;
+    long long addNode(const CentreNode& node) override;
+    std::optional<CentreNode> node(long long id) override;
+    std::vector<CentreNode> nodes(long long projectId) override;
+    long long addRevision(const CentreRevision& revision, const std::vector<CentreRow>& rows) override;
+    std::optional<CentreRevision> currentRevision(long long nodeId) override;
+    std::vector<CentreRevision> revisions(long long nodeId) override;
+    std::vector<CentreRow> rows(long long revisionId) override;
+
+private:
+    class Query;
+    struct Session;  // the connection and its open transaction, if any
+    void migrate();
+
+    std::unique_ptr<Session> m_session;
+};

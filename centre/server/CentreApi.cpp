@@ -1,0 +1,171 @@
+// The JSON API: one route per backend operation of the client, and the revisions the web view shows.
+#include "centre/server/RevisionHistory.h"
+#include "centre/server/ServerContext.h"
+
+using nlohmann::json;
+
+namespace {
+
+std::optional<CentreUser> bearerUser(ServerContext& context, const httplib::Request& request) {
+    const std::string header = request.get_header_value("Authorization");
+    const std::string prefix = "Bearer ";
+    if (!header.starts_with(prefix)) return std::nullopt;
+    return context.sessions.use(header.substr(prefix.size()));
+}
+
+// Runs the work for the token's user; 401 without a valid token.
+template <typename Work>
+auto authorized(ServerContext& context, Work work) {
+    return [&context, work](const httplib::Request& request, httplib::Response& response) {
+        const auto user = bearerUser(context, request);
+        if (!user) return SendError(response, 401, "log in first: the session token is missing, unknown or lapsed");
+        RunWithStore(context, response, [&](CBomCentreOperations& centre, ICentreStore& store) {
+            work(*user, request, response, centre, store);
+        });
+    };
+}
+
+json body(const httplib::Request& request) { return json::parse(request.body); }
+
+std::unique_ptr<HMProjectTree_INFO> treeOf(const json& body) {
+    if (!body.is_object() || !body.contains("tree")) throw CCentreJsonError("the field \"tree\" is missing");
+    return TreeFromJson(body.at("tree"));
+}
+
+// A tree that names a project must name one of the user's enterprise.
+void requireOwnProject(CBomCentreOperations& centre, const CentreUser& who, const HMProjectTree_INFO& tree) {
+    if (HMIsDeviceType(tree.m_strType) || tree.m_strID.IsEmpty()) return;
+    if (centre.ProjectName(who, tree.m_strID).IsEmpty()) throw CNotFound();
+}
+
+json projectJson(const CentreProject& project) {
+    return {{"id", project.id}, {"name", project.name.ToUtf8()}, {"created", project.created.ToUtf8()},
+            {"lastRevision", project.lastRevisionId}};
+}
+
+json rowsJson(const std::vector<CentreRow>& rows) {
+    json out = json::array();
+    for (const CentreRow& row : rows)
+        out.push_back({{"label", row.label.ToUtf8()}, {"name", row.name.ToUtf8()}, {"model", row.model.ToUtf8()},
+                       {"count", row.count.ToUtf8()}, {"remark", row.remark.ToUtf8()}, {"code", row.code.ToUtf8()},
+                       {"secondary", row.secondary}});
+    return out;
+}
+
+void submitRoute(httplib::Server& server, ServerContext& context, const char* path,
+                 SubmitReport (CBomCentreOperations::*operation)(const CentreUser&, HMProjectTree_INFO&)) {
+    server.Post(path, authorized(context, [operation](const CentreUser& who, const httplib::Request& request,
+                                                      httplib::Response& response, CBomCentreOperations& centre, ICentreStore&) {
+                    auto tree = treeOf(body(request));
+                    requireOwnProject(centre, who, *tree);
+                    const SubmitReport report = (centre.*operation)(who, *tree);
+                    SendJson(response, 200, {{"tree", TreeToJson(*tree)}, {"report", ReportToJson(report)}});
+                }));
+}
+
+} // namespace
+
+void RegisterCentreApi(httplib::Server& server, ServerContext& context) {
+    server.Post("/api/login", [&context](const httplib::Request& request, httplib::Response& response) {
+        RunWithStore(context, response, [&](CBomCentreOperations& centre, ICentreStore&) {
+            const json login = body(request);
+            const CString enterprise = JsonText(login, "enterprise");
+            const CString user = JsonText(login, "user");
+            const CString credential = JsonText(login, "credential");
+            if (enterprise.IsEmpty() || user.IsEmpty() || credential.IsEmpty())
+                return SendError(response, 400, "enterprise, user and credential must not be empty");
+            if (centre.CheckAccount(enterprise, user, credential) < 1)
+                return SendError(response, 401, "the credential does not match this enterprise and user");
+            SendJson(response, 200, {{"token", context.sessions.open({enterprise, user})}});
+        });
+    });
+    server.Post("/api/logout", [&context](const httplib::Request& request, httplib::Response& response) {
+        const std::string header = request.get_header_value("Authorization");
+        if (header.starts_with("Bearer ")) context.sessions.close(header.substr(7));
+        SendJson(response, 200, json::object());
+    });
+    server.Post("/api/usage", authorized(context, [](const CentreUser& who, const httplib::Request& request,
+                                                     httplib::Response& response, CBomCentreOperations& centre, ICentreStore&) {
+                    const json usage = body(request);
+                    centre.KeepUsageFile(who, JsonText(usage, "item"), JsonText(usage, "key"), JsonText(usage, "text"));
+                    SendJson(response, 200, json::object());
+                }));
+    server.Get("/api/projects", authorized(context, [](const CentreUser& who, const httplib::Request&, httplib::Response& response,
+                                                       CBomCentreOperations& centre, ICentreStore&) {
+                   json list = json::array();
+                   for (const CentreProject& project : centre.Projects(who)) list.push_back(projectJson(project));
+                   SendJson(response, 200, list);
+               }));
+    server.Get(R"(/api/projects/(\d+)/name)",
+               authorized(context, [](const CentreUser& who, const httplib::Request& request, httplib::Response& response,
+                                      CBomCentreOperations& centre, ICentreStore&) {
+                   const CString name = centre.ProjectName(who, CString(std::to_string(PathId(request.matches[1]))));
+                   if (name.IsEmpty()) throw CNotFound();
+                   SendJson(response, 200, {{"name", name.ToUtf8()}});
+               }));
+    server.Get(R"(/api/projects/(\d+)/tree)",
+               authorized(context, [](const CentreUser& who, const httplib::Request& request, httplib::Response& response,
+                                      CBomCentreOperations& centre, ICentreStore&) {
+                   auto tree = centre.ProjectTree(who, CString(std::to_string(PathId(request.matches[1]))));
+                   if (!tree) throw CNotFound();
+                   SendJson(response, 200, TreeToJson(*tree));
+               }));
+    server.Get(R"(/api/projects/(\d+)/rows)",
+               authorized(context, [](const CentreUser& who, const httplib::Request& request, httplib::Response& response,
+                                      CBomCentreOperations& centre, ICentreStore&) {
+                   BomRows rows;
+                   const CString cabinet = CString::FromUtf8(request.get_param_value("cabinet"));
+                   if (!centre.ImportRows(who, CString(std::to_string(PathId(request.matches[1]))), cabinet, rows)) throw CNotFound();
+                   SendJson(response, 200, RowsToJson(rows));
+               }));
+    server.Get("/api/one-cabinet", authorized(context, [](const CentreUser& who, const httplib::Request&, httplib::Response& response,
+                                                          CBomCentreOperations& centre, ICentreStore&) {
+                   auto tree = centre.OneCabinetTree(who);
+                   if (!tree) throw CNotFound();
+                   SendJson(response, 200, TreeToJson(*tree));
+               }));
+    server.Get("/api/parts", authorized(context, [](const CentreUser& who, const httplib::Request&, httplib::Response& response,
+                                                    CBomCentreOperations& centre, ICentreStore&) {
+                   SendJson(response, 200, RowsToJson(centre.PartsCatalogue(who)));
+               }));
+    server.Post("/api/submit-itm", authorized(context, [](const CentreUser& who, const httplib::Request& request,
+                                                          httplib::Response& response, CBomCentreOperations& centre, ICentreStore&) {
+                    auto tree = treeOf(body(request));
+                    centre.SubmitItm(who, *tree);
+                    SendJson(response, 200, {{"tree", TreeToJson(*tree)}});
+                }));
+    submitRoute(server, context, "/api/submit-bom", &CBomCentreOperations::SubmitBom);
+    submitRoute(server, context, "/api/submit-secondary", &CBomCentreOperations::SubmitSecondary);
+    server.Post("/api/compare", authorized(context, [](const CentreUser& who, const httplib::Request& request,
+                                                       httplib::Response& response, CBomCentreOperations& centre, ICentreStore&) {
+                    auto tree = treeOf(body(request));
+                    requireOwnProject(centre, who, *tree);
+                    SendJson(response, 200, ComparisonsToJson(centre.Compare(who, *tree)));
+                }));
+    server.Get(R"(/api/projects/(\d+)/devices/(\d+)/revisions)",
+               authorized(context, [](const CentreUser& who, const httplib::Request& request, httplib::Response& response,
+                                      CBomCentreOperations&, ICentreStore& store) {
+                   const auto history = ReadDeviceHistory(store, who, PathId(request.matches[1]), PathId(request.matches[2]));
+                   if (!history) throw CNotFound();
+                   json list = json::array();
+                   for (const CentreRevision& revision : history->revisions)
+                       list.push_back({{"number", revision.number}, {"kind", revision.kind.ToUtf8()}, {"user", revision.user.ToUtf8()},
+                                       {"submitted", revision.submitted.ToUtf8()}, {"rows", rowsJson(store.rows(revision.id))}});
+                   SendJson(response, 200, list);
+               }));
+}
+
+long long PathId(const std::string& text) {
+    // Longer digit runs than a 64-bit ID would overflow; they name nothing.
+    if (text.empty() || text.size() > 18) throw CNotFound();
+    return std::stoll(text);
+}
+
+void SendJson(httplib::Response& response, int status, const json& body) {
+    response.status = status;
+    response.set_content(body.dump(-1, ' ', false, json::error_handler_t::replace), "application/json");
+}
+
+void SendError(httplib::Response& response, int status, const std::string& message) {
+    SendJson(response, status, {{"error", message}});
+}
