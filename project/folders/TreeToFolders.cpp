@@ -49,6 +49,13 @@ bool createChild(CHexmoorInteFace& client, const CString& parentFolder, const HM
     return CreateProjectFromNode(client, parentFolder, child);
 }
 
+// A device that the walk left out of its root's list (its document was not read) was not submitted; its
+// document stays as it is, whatever the library marked.
+bool leftOutOfSubmit(const HMProjectTree_INFO& node) {
+    return HMIsDeviceType(node.m_strType) && node.m_pRoot && node.m_pRoot->m_arrCabinets.Find(
+        const_cast<HMProjectTree_INFO*>(&node)) < 0;
+}
+
 } // namespace
 
 bool CreateDeviceFromNode(CHexmoorInteFace& client, const CString& parentFolder, const HMProjectTree_INFO* node) {
@@ -100,7 +107,7 @@ void WriteBackChangedNodes(CHexmoorInteFace& client, const CString& parentFolder
     const bool isRoot = node->m_strType.IsEmpty();
     if (!isRoot && HMRefuseUnsafeNodeName(parentFolder, node->m_strName)) return;
     const CString folder = isRoot ? parentFolder : parentFolder + node->m_strName + u"\\";
-    if (node->m_bChanged) HMSaveNodeDocument(client, folder, node);
+    if (node->m_bChanged && !leftOutOfSubmit(*node)) HMSaveNodeDocument(client, folder, node);
     if (HMIsDeviceType(node->m_strType)) return;  // a device's children, if any, are not walked
     for (const HMProjectTree_INFO* child : node->m_arrChildren)
         if (child) WriteBackChangedNodes(client, folder, child);
