@@ -112,7 +112,8 @@ CString CHttpBomCentre::getProjectName(const CString& id) {
     const auto reply = call("GET", "/api/projects/" + *segment + "/name");
     try {
         return reply ? JsonText(*reply, "name") : CString();
-    } catch (const CCentreJsonError&) {
+    } catch (const CCentreJsonError& error) {
+        TellCentreMessage(QxFormat(u"The BOM centre's project name cannot be read: %s.", CString(error.what())));
         return CString();
     }
 }
@@ -178,12 +179,13 @@ bool CHttpBomCentre::submitTree(const char* path, HMProjectTree_INFO& tree, cons
         return false;
     }
     try {
+        if (!reply->is_object() || !reply->contains("tree")) throw CCentreJsonError("the answer holds no tree");
         const auto answered = TreeFromJson(reply->at("tree"));
         if (!CopyCentreFields(*answered, tree)) {
             TellCentreMessage(u"The BOM centre sent back a tree of another shape; nothing of it was taken.");
             return false;
         }
-        if (!reply->contains("report")) return true;
+        if (!reply->contains("report")) return true;  // the team centre's answer to submitItm has none
         const SubmitReport report = ReportFromJson(reply->at("report"));
         for (const CString& skipped : report.skipped) TellCentreMessage(QxFormat(u"%s did not take %s.", CString(operation), skipped));
         return report.skipped.empty();
@@ -221,7 +223,8 @@ bool CHttpBomCentre::getDqBoms(BomRows& rows) {
     try {
         rows = RowsFromJson(*reply);
         return true;
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        TellCentreMessage(QxFormat(u"The BOM centre's parts cannot be read: %s.", CString(error.what())));
         return false;
     }
 }
@@ -235,7 +238,9 @@ bool CHttpBomCentre::getImportBoms(const CString& projectId, const CString& cabi
     try {
         rows = RowsFromJson(*reply);
         return true;
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        rows.RemoveAll();
+        TellCentreMessage(QxFormat(u"The BOM centre's rows cannot be read: %s.", CString(error.what())));
         return false;
     }
 }
