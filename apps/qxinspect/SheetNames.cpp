@@ -1,7 +1,8 @@
 // Sheet names that Excel opens without repair.
 #include "SheetNames.h"
 
-#include <clocale>
+#include "support/FileSystem.h"
+
 #include <cwctype>
 #include <locale.h>
 
@@ -18,8 +19,10 @@ std::u32string folded(const std::u16string& name) {
     for (size_t i = 0; i < name.size(); ++i) {
         char32_t ch = name[i];
         if (isHighSurrogate(name[i]) && i + 1 < name.size()) ch = 0x10000 + ((ch - 0xD800) << 10) + (name[++i] - 0xDC00);
+        // Without the Unicode locale, the file-system boundary's folding (Latin-1, Greek, Cyrillic, full width).
         out += unicode ? static_cast<char32_t>(::towupper_l(static_cast<wint_t>(ch), unicode))
-                       : static_cast<char32_t>(std::towupper(static_cast<wint_t>(ch)));
+              : ch <= 0xFFFF ? static_cast<char32_t>(QxFs::FoldNameChar(static_cast<char16_t>(ch)))
+                             : ch;
     }
     return out;
 }
