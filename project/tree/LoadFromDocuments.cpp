@@ -67,7 +67,7 @@ void tellUnread(const UnreadNodes& unread) {
     if (unread.IsEmpty()) return;
     CString list;
     for (const CString& folder : unread) list += u"\n" + HMPrintableNodeName(folder);
-    AfxMessageBox(QxFormat(u"以下节点的Hexmoor.xml未能读取，本次已略过它们（不提交、不比对、不改写其文件），其余节点照常进行："
+    AfxMessageBox(QxFormat(u"以下节点的Hexmoor.xml未能读取，已略过这些节点，其余节点照常进行："
                            u"%s\n可用HMUpdate从Hexmoor重建这些文件。",
                            list),
                   MB_OK | MB_ICONINFORMATION);
