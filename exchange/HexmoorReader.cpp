@@ -37,6 +37,11 @@ bool HMXmlLoadFile(CXmlDocument& document, const CString& path) {
 }
 
 bool HMXmlReadNode(const CXmlDocument& document, HMProjectTree_INFO* node) {
+    HMXmlReadNodeWhole(document, node);
+    return false;
+}
+
+bool HMXmlReadNodeWhole(const CXmlDocument& document, HMProjectTree_INFO* node) {
     if (!node) return false;
     try {
         const CXmlElement element(document.selectSingleNode(u"/Hexmoor/Node"));
@@ -48,7 +53,7 @@ bool HMXmlReadNode(const CXmlDocument& document, HMProjectTree_INFO* node) {
 
         if (!HMIsDeviceType(node->m_strType)) {
             readChildren(document, *node);
-            return false;
+            return true;
         }
         node->m_strCirNo = requiredAttribute(element, u"CirNo");
         node->m_strCirName = requiredAttribute(element, u"CirName");
@@ -56,6 +61,7 @@ bool HMXmlReadNode(const CXmlDocument& document, HMProjectTree_INFO* node) {
         node->m_strCirSize = requiredAttribute(element, u"CirSize");
         const CXmlNode cabinet = document.selectSingleNode(u"/Hexmoor/Node/Boms/cabinet");
         if (cabinet) node->m_strBoms = cabinet.xml();
+        return true;
     } catch (const CXmlDomError& error) {
         MessageBoxW(nullptr, error.ErrorMessage(), u"Corvane", MB_OK | MB_ICONINFORMATION);
     }

@@ -15,3 +15,6 @@ QX_API bool HMXmlLoadFile(CXmlDocument& document, const CString& path);
 // as far as it was filled. Always false: success shows only in the node's fields. Its children are not
 // cleared first, so a node is read once.
 QX_API bool HMXmlReadNode(const CXmlDocument& document, HMProjectTree_INFO* node);
+
+// The same read, telling whether it went through: false where HMXmlReadNode shows its box.
+QX_API bool HMXmlReadNodeWhole(const CXmlDocument& document, HMProjectTree_INFO* node);

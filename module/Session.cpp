@@ -72,6 +72,9 @@ void HMStartSession() {
     g_pHexmoorClient->m_strServer = kDefaultHexmoorEndpoint;
     const CString installDir = GetLocalInstallDir();
     if (installDir.IsEmpty()) return;
+    // A rewrite in place that a kill cut off leaves the file torn; its old bytes are still kept.
+    for (const CString& restored : QxFs::RestoreUnfinishedInPlaceWrites())
+        acutPrintf(u"\n%s上次改写未能完成，已恢复为改写前的内容。\n", restored);
     applyEndpointOverride(installDir);
     takeUpHandOver(installDir);
 }

@@ -1,5 +1,6 @@
 // Rewriting a file whole through a temporary file renamed over it, so that a crash never leaves half a file.
 #include "support/FileSystem.h"
+#include "support/InPlaceCopy.h"
 #include "support/NativeFiles.h"
 
 #include <cerrno>
@@ -42,6 +43,17 @@ void removeStaleTemporaries(const std::string& folder) {
     for (const std::string& name : stale) ::unlink(Native::Join(folder, name).c_str());
 }
 
+bool readAll(const std::string& native, std::string& bytes) {
+    const int fd = ::open(native.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return false;
+    char buffer[65536];
+    ssize_t n = 0;
+    while ((n = ::read(fd, buffer, sizeof buffer)) > 0 || (n < 0 && errno == EINTR))
+        if (n > 0) bytes.append(buffer, static_cast<size_t>(n));
+    ::close(fd);
+    return n == 0;
+}
+
 bool writeAll(int fd, std::string_view bytes) {
     for (size_t done = 0; done < bytes.size();) {
         const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
@@ -52,13 +64,18 @@ bool writeAll(int fd, std::string_view bytes) {
     return true;
 }
 
-// Where the folder may not be written, the file is rewritten where it stands, as the Windows writers do.
+// Where the folder may not be written, the file is rewritten where it stands, as the Windows writers do. Its
+// bytes are first kept in the install's Temp\ (no copy, no write); a write that fails puts them back at once,
+// one cut off by a kill is undone at the next start of the module.
 bool writeInPlace(const std::string& native, std::string_view bytes, std::optional<mode_t> forcedMode) {
-    const int fd = ::open(native.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
-    if (fd < 0) return false;
-    bool ok = !forcedMode || ::fchmod(fd, *forcedMode) == 0;
-    ok = ok && writeAll(fd, bytes) && ::fsync(fd) == 0;
-    return (::close(fd) == 0) && ok;
+    std::string old;
+    if (!readAll(native, old)) return false;
+    const std::optional<std::string> copy = InPlace::KeepCopy(native, old, bytes);
+    if (!copy) return false;
+    bool ok = !forcedMode || ::chmod(native.c_str(), *forcedMode) == 0;
+    ok = ok && InPlace::OverwriteWhereItStands(native, bytes);
+    if (ok || InPlace::OverwriteWhereItStands(native, old)) ::unlink(copy->c_str());
+    return ok;
 }
 
 bool writeThroughTemporary(const std::string& native, std::string_view bytes, mode_t mode) {

@@ -49,6 +49,10 @@ QX_API bool ReadBytes(const CString& logicPath, std::string& bytes);
 // be written, a writable file is rewritten in place. Temporary files that a killed writer left in the
 // folder are removed; listings never show them.
 QX_API bool WriteAtomic(const CString& logicPath, std::string_view bytes, std::optional<mode_t> newFileMode = std::nullopt);
+// A rewrite in place keeps the file's bytes in the install's Temp\ until it has finished. At a start, each
+// copy whose writer no longer runs puts its bytes back over its target unless the target already holds what
+// the write was to give; the native paths of the files put back.
+QX_API std::vector<CString> RestoreUnfinishedInPlaceWrites();
 // The same for a file that must stay private: owner-only mode on every write, not only the first.
 QX_API bool WritePrivate(const CString& logicPath, std::string_view bytes);
 

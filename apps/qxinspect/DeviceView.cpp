@@ -1,6 +1,7 @@
 // qxinspect device PRJ: what a BOM submit gives one device. The primary diagram of the top project folder
-// above the device is scanned, the device node is made from the .prj notes as the folder walk makes it, and
-// the device's own drawing rows and the groups its cabinet numbers name are merged into it. Shows the node's
+// above the device is scanned, the device node is made by the commands' own code (from its Hexmoor.xml for
+// a project the centre knows, else from its .prj), and the device's own drawing rows and the groups its
+// cabinet numbers name are merged into it. Shows the node's
 // rows, the messages of a failed cabinet check (the boxes still go to standard error) and the flag.
 #include "AssemblyJson.h"
 #include "TreeJson.h"
@@ -9,6 +10,7 @@
 #include "drawing/assembly/PrimaryScan.h"
 #include "drawing/merge/DeviceBomMerge.h"
 #include "platform/host/HostOutput.h"
+#include "project/tree/FoldersToTree.h"
 #include "support/FileSystem.h"
 #include "support/FileUtils.h"
 #include "support/PathText.h"
@@ -49,22 +51,19 @@ CString topProjectFolder(const CString& deviceFolder) {
     return top + u"\\";
 }
 
-// The device node as the walk over folders makes it: name, type "0", folder, and the four cabinet notes.
-void readDeviceNode(const CString& prjPath, HMProjectTree_INFO& node) {
-    node.m_strName = RemoveFileExtension(GetFileNameOfPath(prjPath));
-    node.m_strType = u"0";
-    node.m_strPath = GetParentPath(prjPath) + u"\\";
-    CStringArray lines;
-    ReadFileLines(prjPath, lines, true);
-    for (int i = 0; i < lines.GetSize() - 3; ++i) {
-        if (lines[i] != u"$BEGIN_ONE_NOTE") continue;
-        CString value = lines[i + 2];
-        value.Trim();
-        if (lines[i + 1] == u"柜编号") node.m_strCirNo = value;
-        else if (lines[i + 1] == u"柜名称") node.m_strCirName = value;
-        else if (lines[i + 1] == u"柜型号") node.m_strCirType = value;
-        else if (lines[i + 1] == u"柜体尺寸") node.m_strCirSize = value;
+// The device node as the command makes it: from the device's own Hexmoor.xml, as HMBomSubmit does, when
+// the centre knows the project (its folder holds a Hexmoor.xml); else from the .prj, as HMItmSubmit does.
+// Either way the device's drawing rows are merged with the groups of the last scan.
+void loadDevice(const CString& prjPath, const CString& projectFolder, HMProjectTree_INFO& node) {
+    if (!FileExists(projectFolder + u"Hexmoor.xml")) {
+        LoadDeviceFromPrj(prjPath, node);
+        QxMergeDeviceBom(&node);
+        return;
     }
+    const CString deviceFolder = GetParentPath(prjPath);
+    node.m_strName = GetFileNameOfPath(deviceFolder);
+    node.m_strType = u"0";
+    LoadNodeFromDocument(GetParentPath(deviceFolder) + u"\\", &node, true);
 }
 
 assemblyjson::json rowsJson(const BomRows& rows) {
@@ -83,18 +82,17 @@ int showDevice(const std::string& file) {
     QxScanPrimaryDiagram(projectFolder);
 
     HMProjectTree_INFO node;
-    readDeviceNode(prjPath, node);
     g_bBomCheckFailed = false;
     CStringArray messages;
     {
         BoxRecorder boxes;
-        QxGetDeviceSecondaryRows(prjPath, node.m_arrSecondaryBom);
-        QxMergeDeviceBom(&node);
+        loadDevice(prjPath, projectFolder, node);
         messages = boxes.texts;
     }
     const assemblyjson::json document{{"prj", assemblyjson::NativePath(prjPath)},
                                       {"projectFolder", assemblyjson::NativePath(projectFolder)},
                                       {"groups", g_arrReferGroups.GetSize()},
+                                      {"m_strID", node.m_strID.ToUtf8()},
                                       {"m_strName", node.m_strName.ToUtf8()},
                                       {"m_strCirNo", node.m_strCirNo.ToUtf8()},
                                       {"m_nCabCount", node.m_nCabCount},

@@ -1,6 +1,7 @@
 // The dry run's rows as a workbook (libxlsxwriter): a summary sheet of the project's parts, then one sheet
 // per device.
 #include "ProjectTables.h"
+#include "SheetNames.h"
 
 #include "support/NumberText.h"
 
@@ -47,20 +48,8 @@ public:
         return result;
     }
 
-    // A sheet under the name, made valid and unique: characters Excel refuses become "_", at most 31.
-    lxw_worksheet* AddSheet(const CString& wanted) {
-        std::u16string base;
-        for (const char16_t ch : wanted.str()) base += CString(u"[]:*?/\\").Find(ch) >= 0 ? u'_' : ch;
-        while (!base.empty() && base.front() == u'\'') base.erase(base.begin());
-        while (!base.empty() && base.back() == u'\'') base.pop_back();
-        if (base.empty()) base = u"Device";
-        for (int n = 1;; ++n) {
-            const std::u16string suffix = n == 1 ? u"" : u" (" + CString(std::to_string(n)).str() + u")";
-            const std::string name = CString(base.substr(0, 31 - suffix.size()) + suffix).ToUtf8();
-            if (workbook_validate_sheet_name(m_book, name.c_str()) == LXW_NO_ERROR)
-                return workbook_add_worksheet(m_book, name.c_str());
-        }
-    }
+    // A sheet under the name, made valid and unique as Excel judges names.
+    lxw_worksheet* AddSheet(const CString& wanted) { return workbook_add_worksheet(m_book, m_names.Take(wanted).c_str()); }
     void Header(lxw_worksheet* sheet, const char* const* columns, int count) {
         for (int column = 0; column < count; ++column) worksheet_write_string(sheet, 0, static_cast<lxw_col_t>(column), columns[column], m_bold);
         worksheet_set_column(sheet, 0, static_cast<lxw_col_t>(count - 1), 16, nullptr);
@@ -69,6 +58,7 @@ public:
 private:
     lxw_workbook* m_book;
     lxw_format* m_bold = nullptr;
+    CSheetNames m_names;
 };
 
 void writeText(lxw_worksheet* sheet, lxw_row_t row, lxw_col_t column, const CString& text) {
@@ -123,8 +113,9 @@ std::vector<SummaryPart> summarise(const ProjectDryRun& run) {
     return parts;
 }
 
-void writeSummary(Workbook& book, const ProjectDryRun& run) {
+bool writeSummary(Workbook& book, const ProjectDryRun& run) {
     lxw_worksheet* sheet = book.AddSheet(u"Summary");
+    if (!sheet) return false;
     book.Header(sheet, kSummaryColumns, 5);
     lxw_row_t row = 1;
     for (const SummaryPart& part : summarise(run)) {
@@ -135,6 +126,18 @@ void writeSummary(Workbook& book, const ProjectDryRun& run) {
         worksheet_write_number(sheet, row, 4, part.devices, nullptr);
         ++row;
     }
+    return true;
+}
+
+bool writeDevices(Workbook& book, const ProjectDryRun& run) {
+    for (const HMProjectTree_INFO* device : run.m_pTree->m_arrCabinets) {
+        lxw_worksheet* sheet = book.AddSheet(DevicePathInTree(*device));
+        if (!sheet) return false;
+        book.Header(sheet, kRowColumns, 7);
+        const lxw_row_t next = writeRows(sheet, 1, "primary", device->m_arrPrimaryBom);
+        writeRows(sheet, next, "secondary", device->m_arrSecondaryBom);
+    }
+    return true;
 }
 
 } // namespace
@@ -148,12 +151,9 @@ bool WriteProjectWorkbook(const ProjectDryRun& run, const std::string& path, std
             why = "the workbook cannot be made";
             return false;
         }
-        writeSummary(book, run);
-        for (const HMProjectTree_INFO* device : run.m_pTree->m_arrCabinets) {
-            lxw_worksheet* sheet = book.AddSheet(DevicePathInTree(*device));
-            book.Header(sheet, kRowColumns, 7);
-            const lxw_row_t next = writeRows(sheet, 1, "primary", device->m_arrPrimaryBom);
-            writeRows(sheet, next, "secondary", device->m_arrSecondaryBom);
+        if (!writeSummary(book, run) || !writeDevices(book, run)) {
+            why = "a sheet cannot be added";
+            return false;  // the book is freed unwritten
         }
         if (const lxw_error error = book.Close(); error != LXW_NO_ERROR) {
             why = lxw_strerror(error);

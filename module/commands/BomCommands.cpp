@@ -17,6 +17,7 @@ LocalTree extractProject(const char16_t* noDocumentMessage, CurrentProject& proj
     if (!EnsureHMLogin()) return nullptr;
     g_bBomCheckFailed = false;
     project = ResolveCurrentProject();
+    if (RefuseUnusableProject(project)) return nullptr;
     if (!project.HasDocument()) {
         acutPrintf(u"%s\n", QxFormat(noDocumentMessage, project.m_strPath));
         return nullptr;

@@ -10,10 +10,18 @@ struct CurrentProject {
     CString m_strName;      // the file's name less its 4-character extension
     CString m_strDocument;  // folder + "Hexmoor.xml"
 
-    // Whether the cloud knows the project: its folder holds a Hexmoor.xml. Never for an empty path, whose
-    // folder "\" would otherwise name the root of the file system.
+    // Whether the cloud knows the project: its folder holds a Hexmoor.xml. Never for an empty path, nor for
+    // one whose folder is refused (ProjectFolderRefusal).
     bool HasDocument() const;
 };
+
+// Why the project's folder cannot be a project folder, or empty when it can: a path without a backslash, a
+// folder that is the root of the file system, or one that is the install folder, the projects folder or
+// above either. Commands would otherwise read and rewrite files there and make device folders in it.
+CString ProjectFolderRefusal(const CurrentProject& project);
+
+// Prints the refusal and gives true when the project's folder is refused.
+bool RefuseUnusableProject(const CurrentProject& project);
 
 // The project of the given file path, split as the commands split it. A path without a backslash gives the
 // folder "\".

@@ -62,6 +62,7 @@ void HMItmSubmit() {
         return;
     }
     const CurrentProject project = ResolveProjectFile(path);
+    if (RefuseUnusableProject(project)) return;
 
     const LocalTree tree = makeRoot(project);
     QxScanPrimaryDiagram(project.m_strFolder);

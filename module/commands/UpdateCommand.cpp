@@ -14,6 +14,7 @@
 void HMUpdate() {
     if (!EnsureHMLogin()) return;
     const CurrentProject project = ResolveCurrentProject();
+    if (RefuseUnusableProject(project)) return;
     if (!project.HasDocument()) {
         acutPrintf(u"%s\n", QxFormat(u"项目%s的Hexmoor相关信息不存在，无法从Hexmoor调用明细！", project.m_strPath));
         return;

@@ -43,7 +43,7 @@ void HMXmCreate() {
         return;
     }
     if (!QxFs::MakeFolder(folder)) {
-        acutPrintf(u"\nThe project folder %s cannot be made; nothing was changed.\n", folder);
+        acutPrintf(u"\n%s\n", QxFormat(u"项目%s创建失败，无法建立文件夹%s！", tree->m_strName, folder));
         return;
     }
 

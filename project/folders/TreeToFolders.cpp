@@ -15,6 +15,17 @@ const CString kTemplateDrawing = u"图纸.DWG";
 
 void printBlock(const CString& message) { acutPrintf(u"\n%s\n", message); }
 
+// Levels below the project that are made. Every file operation walks its whole path, so a chain of levels
+// would cost the cube of its depth; the team centre's JSON form ends at the same depth.
+constexpr int kDeepestLevel = 64;
+
+bool refuseTooDeep(int level, const CString& parentFolder, const HMProjectTree_INFO& node) {
+    if (level <= kDeepestLevel) return false;
+    printBlock(QxFormat(u"%s中的“%s”超过%d层，已跳过该节点及其下级！", parentFolder, HMPrintableNodeName(node.m_strName),
+                        kDeepestLevel));
+    return true;
+}
+
 // A new node needs a folder that holds nothing yet; the message names the node (设备 or 项目) and the folder.
 bool folderIsFree(const CString& kind, const CString& folder, const CString& name) {
     if (IsFolderEmpty(folder + u"*.*")) return true;
@@ -43,16 +54,17 @@ PrjNoteList deviceNotes(const HMProjectTree_INFO& node) {
     return notes;
 }
 
+bool createDevice(CHexmoorInteFace& client, const CString& parentFolder, const HMProjectTree_INFO* node, int level);
+bool createProject(CHexmoorInteFace& client, const CString& parentFolder, const HMProjectTree_INFO* node, int level);
+
 // A new child is a sub-project when its type is "100" and a device otherwise, an empty type included.
-bool createChild(CHexmoorInteFace& client, const CString& parentFolder, const HMProjectTree_INFO* child) {
-    if (HMIsNotSubProjectType(child->m_strType)) return CreateDeviceFromNode(client, parentFolder, child);
-    return CreateProjectFromNode(client, parentFolder, child);
+bool createChild(CHexmoorInteFace& client, const CString& parentFolder, const HMProjectTree_INFO* child, int level) {
+    if (HMIsNotSubProjectType(child->m_strType)) return createDevice(client, parentFolder, child, level);
+    return createProject(client, parentFolder, child, level);
 }
 
-} // namespace
-
-bool CreateDeviceFromNode(CHexmoorInteFace& client, const CString& parentFolder, const HMProjectTree_INFO* node) {
-    if (!node || HMRefuseUnsafeNodeName(parentFolder, node->m_strName)) return false;
+bool createDevice(CHexmoorInteFace& client, const CString& parentFolder, const HMProjectTree_INFO* node, int level) {
+    if (!node || HMRefuseUnsafeNodeName(parentFolder, node->m_strName) || refuseTooDeep(level, parentFolder, *node)) return false;
     const CString& name = node->m_strName;
     const CString folder = parentFolder + name + u"\\";
     if (!folderIsFree(u"设备", folder, name) || !makeNodeFolder(u"设备", folder, name)) return false;
@@ -66,8 +78,8 @@ bool CreateDeviceFromNode(CHexmoorInteFace& client, const CString& parentFolder,
     return true;
 }
 
-bool CreateProjectFromNode(CHexmoorInteFace& client, const CString& parentFolder, const HMProjectTree_INFO* node) {
-    if (!node || HMRefuseUnsafeNodeName(parentFolder, node->m_strName)) return false;
+bool createProject(CHexmoorInteFace& client, const CString& parentFolder, const HMProjectTree_INFO* node, int level) {
+    if (!node || HMRefuseUnsafeNodeName(parentFolder, node->m_strName) || refuseTooDeep(level, parentFolder, *node)) return false;
     const CString& name = node->m_strName;
     const CString folder = parentFolder + name + u"\\";
     if (!folderIsFree(u"项目", folder, name) || !makeNodeFolder(u"项目", folder, name)) return false;
@@ -77,21 +89,43 @@ bool CreateProjectFromNode(CHexmoorInteFace& client, const CString& parentFolder
     InsertNotes(itmPath, MakeDescriptionNotes(true));
     HMSaveNodeDocument(client, folder, node);
     for (const HMProjectTree_INFO* child : node->m_arrChildren)
-        if (child) createChild(client, folder, child);
+        if (child) createChild(client, folder, child, level + 1);
     acutPrintf(u"%s\n", QxFormat(u"***新项目%s已建成***", itmPath));
     return true;
 }
 
-bool UpdateLocalFromServer(CHexmoorInteFace& client, const CString& parentFolder, const HMProjectTree_INFO* node) {
-    if (!node || HMRefuseUnsafeNodeName(parentFolder, node->m_strName)) return true;
+void updateLocal(CHexmoorInteFace& client, const CString& parentFolder, const HMProjectTree_INFO* node, int level) {
+    if (!node || HMRefuseUnsafeNodeName(parentFolder, node->m_strName)) return;
     const CString folder = parentFolder + node->m_strName + u"\\";
     if (IsFolderEmpty(folder + u"*.*")) {
-        createChild(client, parentFolder, node);
-        return true;
+        createChild(client, parentFolder, node, level);
+        return;
     }
+    if (refuseTooDeep(level, parentFolder, *node)) return;
     HMSaveNodeDocument(client, folder, node);
     for (const HMProjectTree_INFO* child : node->m_arrChildren)
-        if (child) UpdateLocalFromServer(client, folder, child);
+        if (child) updateLocal(client, folder, child, level + 1);
+}
+
+// A device that the walk left out of its root's list (its document was not read) was not submitted; its
+// document stays as it is, whatever the library marked.
+bool leftOutOfSubmit(const HMProjectTree_INFO& node) {
+    return HMIsDeviceType(node.m_strType) && node.m_pRoot &&
+           node.m_pRoot->m_arrCabinets.Find(const_cast<HMProjectTree_INFO*>(&node)) < 0;
+}
+
+} // namespace
+
+bool CreateDeviceFromNode(CHexmoorInteFace& client, const CString& parentFolder, const HMProjectTree_INFO* node) {
+    return createDevice(client, parentFolder, node, 1);
+}
+
+bool CreateProjectFromNode(CHexmoorInteFace& client, const CString& parentFolder, const HMProjectTree_INFO* node) {
+    return createProject(client, parentFolder, node, 1);
+}
+
+bool UpdateLocalFromServer(CHexmoorInteFace& client, const CString& parentFolder, const HMProjectTree_INFO* node) {
+    updateLocal(client, parentFolder, node, 1);
     return true;
 }
 
@@ -100,7 +134,7 @@ void WriteBackChangedNodes(CHexmoorInteFace& client, const CString& parentFolder
     const bool isRoot = node->m_strType.IsEmpty();
     if (!isRoot && HMRefuseUnsafeNodeName(parentFolder, node->m_strName)) return;
     const CString folder = isRoot ? parentFolder : parentFolder + node->m_strName + u"\\";
-    if (node->m_bChanged) HMSaveNodeDocument(client, folder, node);
+    if (node->m_bChanged && !leftOutOfSubmit(*node)) HMSaveNodeDocument(client, folder, node);
     if (HMIsDeviceType(node->m_strType)) return;  // a device's children, if any, are not walked
     for (const HMProjectTree_INFO* child : node->m_arrChildren)
         if (child) WriteBackChangedNodes(client, folder, child);

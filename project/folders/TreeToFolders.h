@@ -2,7 +2,8 @@
 // up to date, and saving the documents of the nodes that a submit changed. A node's folder is the parent
 // folder + m_strName + "\". Nothing here ever deletes a file or a folder: a node that has gone from the
 // cloud keeps its folder. A node whose name is not a plain folder name (HMIsSafeNodeName) is passed over
-// with its sub-tree and a printed message, as a folder that is already in use is.
+// with its sub-tree and a printed message, as a folder that is already in use is; so is a node more than 64
+// levels below the node a walk starts from.
 #pragma once
 
 #include "platform/cloud/HexmoorClient.h"

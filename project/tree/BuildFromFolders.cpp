@@ -73,11 +73,20 @@ void BuildTreeFromFolders(const CString& itmPath, HMProjectTree_INFO* node) {
     CStringArray devices;
     ListDevices(itmPath, devices);
     for (const CString& path : devices) {
-        auto device = makeNode(path, u"0", node, root);
-        readCabinetNotes(path, *device);
+        auto device = std::make_unique<HMProjectTree_INFO>();
+        device->m_pParent = node;
+        device->m_pRoot = root;
         HMProjectTree_INFO* added = device.release();
         root->m_arrCabinets.Add(added);
         node->m_arrChildren.Add(added);
-        QxGetDeviceSecondaryRows(path, added->m_arrSecondaryBom);
+        LoadDeviceFromPrj(path, *added);
     }
+}
+
+void LoadDeviceFromPrj(const CString& prjPath, HMProjectTree_INFO& device) {
+    device.m_strName = nodeNameOfFile(prjPath);
+    device.m_strType = u"0";
+    device.m_strPath = GetParentPath(prjPath) + u"\\";
+    readCabinetNotes(prjPath, device);
+    QxGetDeviceSecondaryRows(prjPath, device.m_arrSecondaryBom);
 }

@@ -35,8 +35,18 @@ protected:
         folder.writeFile("Station/D1/A.dwg", fixture("device_a.dxf"));
         folder.writeFile("Station/" + secondName + "/" + secondName + ".prj", devicePrj(secondCabinets));
     }
-    InspectRun inspect(const std::string& arguments) {
-        return RunShellCommand(std::string(QX_BINARY_DIR) + "/bin/qxinspect project " + arguments + " 2>'" + folder.native() + "/err.txt'");
+    InspectRun inspect(const std::string& arguments, const char* view = "project") {
+        return RunShellCommand(std::string(QX_BINARY_DIR) + "/bin/qxinspect " + view + " " + arguments + " 2>'" +
+                               folder.native() + "/err.txt'");
+    }
+    // Station as the cloud knows it: its document and D1's, whose cabinet number is K02.
+    void writeDocuments() {
+        folder.writeFile("Station/Hexmoor.xml",
+                         "<?xml version=\"1.0\"?><Hexmoor><Node Name=\"Station\" ID=\"P-1\" Type=\"\"><DataSchema><NewDataSet/>"
+                         "</DataSchema><SubNodes><SubNode Name=\"D1\" ID=\"d-1\" Type=\"0\"/></SubNodes></Node></Hexmoor>");
+        folder.writeFile("Station/D1/Hexmoor.xml",
+                         "<?xml version=\"1.0\"?><Hexmoor><Node Name=\"D1\" ID=\"d-1\" Type=\"0\" CirNo=\"K02\" CirName=\"\" "
+                         "CirType=\"\" CirSize=\"\"><DataSchema><NewDataSet/></DataSchema></Node></Hexmoor>");
     }
     std::string itm() const { return "'" + folder.native() + "/Station/Station.itm'"; }
     // Every file below Station with its size: what a read-only view must leave as it was.
@@ -77,12 +87,7 @@ TEST_F(ProjectView, ALocalProjectShowsWhatHMItmSubmitWouldSendAndWhyNot) {
 
 TEST_F(ProjectView, AProjectTheCloudKnowsIsReadThroughItsDocumentsAsHMBomSubmitReadsIt) {
     layOut("D2", "K03");
-    folder.writeFile("Station/Hexmoor.xml",
-                     "<?xml version=\"1.0\"?><Hexmoor><Node Name=\"Station\" ID=\"P-1\" Type=\"\"><DataSchema><NewDataSet/>"
-                     "</DataSchema><SubNodes><SubNode Name=\"D1\" ID=\"d-1\" Type=\"0\"/></SubNodes></Node></Hexmoor>");
-    folder.writeFile("Station/D1/Hexmoor.xml",
-                     "<?xml version=\"1.0\"?><Hexmoor><Node Name=\"D1\" ID=\"d-1\" Type=\"0\" CirNo=\"K02\" CirName=\"\" "
-                     "CirType=\"\" CirSize=\"\"><DataSchema><NewDataSet/></DataSchema></Node></Hexmoor>");
+    writeDocuments();
     const auto document = view();
     EXPECT_EQ(document["command"], "HMBomSubmit");
     EXPECT_EQ(document["m_strID"], "P-1");
@@ -93,18 +98,39 @@ TEST_F(ProjectView, AProjectTheCloudKnowsIsReadThroughItsDocumentsAsHMBomSubmitR
     EXPECT_TRUE(document["whyNot"].is_null());
 }
 
+TEST_F(ProjectView, TheDeviceViewBuildsTheNodeAsTheCommandsDo) {
+    layOut("D2", "K03");
+    // A note block without its value line gives an empty value, as the folder walk reads it.
+    folder.writeFile("Station/D2/D2.prj", "$BEGIN NOTE OF PRJ\r\n$BEGIN_ONE_NOTE\r\n柜编号\r\n$END_ONE_NOTE\r\n"
+                                          "$END NOTE OF PRJ\r\n$BEGIN CONTENT OF PRJ\r\n$END CONTENT OF PRJ\r\n$EOF");
+    const InspectRun local = inspect("'" + folder.native() + "/Station/D2/D2.prj'", "device");
+    ASSERT_EQ(local.status, 0);
+    EXPECT_EQ(nlohmann::json::parse(local.out)["m_strCirNo"], "");
+    // For a project the centre knows, the device's own document names its cabinet, not the .prj.
+    writeDocuments();
+    folder.writeFile("Station/D1/D1.prj", devicePrj("K03"));
+    const InspectRun known = inspect("'" + folder.native() + "/Station/D1/D1.prj'", "device");
+    ASSERT_EQ(known.status, 0);
+    const auto d1 = nlohmann::json::parse(known.out);
+    EXPECT_EQ(d1["m_strID"], "d-1");
+    EXPECT_EQ(d1["m_strCirNo"], "K02");
+    EXPECT_EQ(d1["m_arrPrimaryBom"][0]["m_strRowName"], "N1");
+}
+
 TEST_F(ProjectView, CsvHasOneLinePerRowWithQuotedFields) {
-    layOut("D,2", "K03");
+    layOut("D,\"2", "K03");
     const InspectRun run = inspect(itm() + " --csv");
     ASSERT_EQ(run.status, 0);
     EXPECT_EQ(run.out.rfind("device,kind,label,name,model,count,remark,code\n", 0), 0u);
     EXPECT_NE(run.out.find("\nD1,primary,,N1,X1,3,,E1\n"), std::string::npos);
     EXPECT_NE(run.out.find("\nD1,secondary,1KA,继电器,RX-1,2,,R1\n"), std::string::npos);
-    EXPECT_NE(run.out.find("\n\"D,2\",primary,,指示灯,AD16,1,,L1\n"), std::string::npos);
+    EXPECT_NE(run.out.find("\n\"D,\"\"2\",primary,,指示灯,AD16,1,,L1\n"), std::string::npos) << run.out;
 }
 
-TEST_F(ProjectView, WorkbookHasASummaryAndOneSheetPerDevice) {
-    layOut("D2", "K03,K03");  // one group named twice: two identical cabinets
+TEST_F(ProjectView, WorkbookHasASummaryAndOneSheetPerDeviceNamedAsExcelAllows) {
+    layOut("History", "K03,K03");  // one group named twice: two identical cabinets; a name Excel reserves
+    // Two names that Excel takes for one, as it ignores case beyond ASCII.
+    for (const std::string name : {"Ärger", "ärger"}) folder.writeFile("Station/" + name + "/" + name + ".prj", devicePrj("K03"));
     const std::string book = folder.native() + "/bom.xlsx";
     ASSERT_EQ(inspect(itm() + " --xlsx '" + book + "'").status, 0);
     // Each sheet's rows, cells joined by "|", through Python's own zip reader.
@@ -119,15 +145,19 @@ TEST_F(ProjectView, WorkbookHasASummaryAndOneSheetPerDevice) {
         "        cells = []\n"
         "        for attributes, value in re.findall(r'<c ([^>]*)><v>([^<]*)</v></c>', row):\n"
         "            cells.append(strings[int(value)] if 't=\"s\"' in attributes else value)\n"
-        "        print(name + ':' + '|'.join(cells))\n";
+        "        print(name + ':' + '|'.join(cells))\n"
+        "folded = [n.casefold() for n in names]\n"
+        "print('names', len(names), 'distinct', len(set(folded)), 'history' in folded)\n";
     folder.writeFile("sheets.py", script);
     const InspectRun read = RunShellCommand("/usr/bin/python3 '" + folder.native() + "/sheets.py' '" + book + "'");
     ASSERT_EQ(read.status, 0) << read.out;
     EXPECT_NE(read.out.find("Summary:name|model|code|count|devices\n"), std::string::npos) << read.out;
-    EXPECT_NE(read.out.find("Summary:指示灯|AD16|L1|2|1\n"), std::string::npos) << read.out;  // 1 a cabinet, 2 cabinets
+    // 1 a cabinet: 2 for History's two cabinets and 1 for each of the others.
+    EXPECT_NE(read.out.find("Summary:指示灯|AD16|L1|4|3\n"), std::string::npos) << read.out;
     EXPECT_NE(read.out.find("Summary:N1|X1|E1|3|1\n"), std::string::npos) << read.out;
     EXPECT_NE(read.out.find("D1:primary|N1|X1|3|E1\n"), std::string::npos) << read.out;
-    EXPECT_NE(read.out.find("D2:primary|指示灯|AD16|1|L1\n"), std::string::npos) << read.out;
+    EXPECT_NE(read.out.find("History (2):primary|指示灯|AD16|1|L1\n"), std::string::npos) << read.out;
+    EXPECT_NE(read.out.find("\nnames 5 distinct 5 False\n"), std::string::npos) << read.out;
 }
 
 TEST_F(ProjectView, InputsThatCannotBeUsedAreRefused) {

@@ -140,6 +140,27 @@ TEST_F(BomCommands, WithoutACloudDocumentEachCommandSaysSoWithTheProjectPath) {
     EXPECT_FALSE(install.exists("My Projects/Moved"));
 }
 
+TEST_F(BomCommands, AProjectFolderThatIsTheRootOrAboveTheChosenFoldersIsRefused) {
+    makeAndDrawStation(u"K03");
+    const std::string document = install.readFile(projectPath("Station/Hexmoor.xml"));
+    install.writeFile("Hexmoor.xml", document);
+    install.writeFile(projectPath("Hexmoor.xml"), document);
+    // No backslash: the folder "\"; the root itself; the install folder; the projects folder; above the install.
+    for (const CString& recent : {CString(u"Station.itm"), CString(u"\\Station.itm"), install.logic() + u"Station.itm",
+                                  projects() + u"Station.itm", install.logic() + u"..\\Station.itm"}) {
+        SetRecentProject(recent);
+        for (const char16_t* command : {u"HMBomSubmit", u"HMBomCmp", u"HMUpdate", u"HMItmSubmit"}) {
+            output.printed.Empty();
+            run(command);
+            EXPECT_TRUE(output.printed.Contains(u"当前项目" + recent + u"不能使用")) << CString(command).ToUtf8() << output.printed.ToUtf8();
+        }
+    }
+    EXPECT_EQ(cloud().submitBomCalls + cloud().bomCmpCalls + cloud().projectInfoCalls + cloud().submitItmCalls, 0);
+    EXPECT_TRUE(output.boxes.empty());
+    EXPECT_FALSE(install.exists("Station"));
+    EXPECT_FALSE(install.exists(projectPath("D1")));
+}
+
 TEST_F(BomCommands, ADocumentThatDoesNotReadIsToldAndKeptAsItIs) {
     install.writeFile(projectPath("Broken/Broken.itm"), "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
     install.writeFile(projectPath("Broken/Hexmoor.xml"), "<Hexmoor><Node Name=\"Broken\"");
@@ -150,6 +171,28 @@ TEST_F(BomCommands, ADocumentThatDoesNotReadIsToldAndKeptAsItIs) {
     EXPECT_EQ(cloud().submitBomCalls, 0);
     EXPECT_EQ(install.readFile(projectPath("Broken/Hexmoor.xml")), "<Hexmoor><Node Name=\"Broken\"");
     EXPECT_TRUE(queuedCommands().empty());
+}
+
+TEST_F(BomCommands, ADeviceWhoseDocumentWasNotReadIsNamedLeftOutAndRebuiltByUpdate) {
+    makeAndDrawStation(u"K03");
+    const std::string cut = document("D2/Hexmoor.xml").substr(0, 60);  // a write-back killed half-way
+    install.writeFile(projectPath("Station/D2/Hexmoor.xml"), cut);
+    int sent = -1;
+    cloud().submitBom = [&sent](HMProjectTree_INFO* tree, bool) {
+        sent = tree->m_arrCabinets.GetSize();
+        for (HMProjectTree_INFO* child : tree->m_arrChildren) child->m_bChanged = true;
+        return true;
+    };
+    run(u"HMBomSubmit");
+    EXPECT_EQ(sent, 1);  // D1 alone
+    ASSERT_FALSE(output.boxes.empty());
+    EXPECT_TRUE(output.boxes.back().text.Contains(projects() + u"Station\\D2")) << output.boxes.back().text.ToUtf8();
+    EXPECT_EQ(document("D2/Hexmoor.xml"), cut);
+    EXPECT_NE(document("D1/Hexmoor.xml"), "");
+
+    cloud().projectInfo = stationInCloud(u"K03");
+    run(u"HMUpdate");
+    EXPECT_NE(document("D2/Hexmoor.xml").find("CirNo=\"K03\""), std::string::npos);
 }
 
 using UpdateCommand = BomCommands;

@@ -136,13 +136,16 @@ TEST_F(ItmSubmit, AFailedDialogCheckKeepsTheDialogOpenUntilTheNumberIsRight) {
         list.SetItemText(0, 1, u"K.02");
         shown.OnOK();
         stayedOpen = !shown.HasEnded();
-        list.SetItemText(0, 1, u"K02");
-        list.SetItemText(0, 3, u"KYN28");
+        // Another cabinet now; the columns after the number are not checked, neither for "." nor when empty.
+        list.SetItemText(0, 1, u"K03");
+        list.SetItemText(0, 2, u"");
+        list.SetItemText(0, 3, u"KYN.28");
         shown.OnOK();
     });
-    CString sentType;
-    cloud().submitItm = [&sentType](HMProjectTree_INFO* tree) {
-        sentType = tree->m_arrCabinets[0]->m_strCirType;
+    HMProjectTree_INFO sent;
+    cloud().submitItm = [&sent](HMProjectTree_INFO* tree) {
+        sent.m_strCirType = tree->m_arrCabinets[0]->m_strCirType;
+        sent.m_arrPrimaryBom = tree->m_arrCabinets[0]->m_arrPrimaryBom;
         return true;
     };
     run(u"HMItmSubmit");
@@ -150,8 +153,11 @@ TEST_F(ItmSubmit, AFailedDialogCheckKeepsTheDialogOpenUntilTheNumberIsRight) {
     ASSERT_EQ(output.boxes.size(), 2u);
     EXPECT_EQ(output.boxes[0].text, u"设备 D1 柜编号属性有非法字符存在！");
     EXPECT_EQ(output.boxes[1].text, u"Corvane新建项目提交成功！");
-    EXPECT_EQ(sentType, u"KYN28");
-    EXPECT_EQ(readBack()->m_arrCabinets[0]->m_strCirType, u"KYN28");
+    EXPECT_EQ(sent.m_strCirType, u"KYN.28");
+    // The merge follows the dialog: the rows are those of the cabinet chosen there, not of the .prj's K02.
+    EXPECT_TRUE(hasRow(sent.m_arrPrimaryBom, u"指示灯", u"AD16", u"1"));
+    EXPECT_FALSE(hasRow(sent.m_arrPrimaryBom, u"N1", u"X1", u"3"));
+    EXPECT_EQ(readBack()->m_arrCabinets[0]->m_strCirType, u"KYN.28");
 }
 
 TEST_F(ItmSubmit, ARefusedSubmitWritesNoDocumentBackButKeepsTheDialogsNotes) {

@@ -1,5 +1,13 @@
 #include "ModuleFixture.h"
+#include "support/FileSystem.h"
 #include "support/Locations.h"
+
+#include <csignal>
+#include <filesystem>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using SessionStart = ModuleFixture;
 
@@ -90,4 +98,40 @@ TEST_F(SessionStart, SessionEndDropsTheClient) {
     HMEndSession();
     EXPECT_EQ(g_pHexmoorClient, nullptr);
     EXPECT_FALSE(EnsureHMLogin());
+}
+
+TEST_F(SessionStart, ARewriteInPlaceCutOffByAKillIsUndoneAtTheNextStart) {
+    install.writeFile("Locked/Hexmoor.xml", "<Hexmoor>what the person had</Hexmoor>");
+    const std::string locked = install.native() + "/Locked";
+    ::chmod(locked.c_str(), 0555);
+    // The writer dies on its file-size limit half-way through the new text, as a kill would stop it.
+    const pid_t writer = ::fork();
+    if (writer == 0) {
+        const rlimit limit{4096, 4096};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        QxFs::WriteAtomic(install.logic() + u"Locked\\Hexmoor.xml", std::string(1 << 20, 'x'));
+        ::_exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(writer, &status, 0), writer);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(WTERMSIG(status), SIGXFSZ);
+    ASSERT_EQ(install.readFile("Locked/Hexmoor.xml"), std::string(4096, 'x'));
+
+    // A copy that a live writer may still use is left alone.
+    std::filesystem::path copy;
+    for (const auto& entry : std::filesystem::directory_iterator(install.native() + "/Temp")) copy = entry.path();
+    ASSERT_FALSE(copy.empty());
+    const std::filesystem::path live = copy.parent_path() / (".qxinplace-" + std::to_string(::getpid()) + "-live00");
+    std::filesystem::rename(copy, live);
+    HMStartSession();
+    HMEndSession();
+    EXPECT_EQ(install.readFile("Locked/Hexmoor.xml"), std::string(4096, 'x'));
+    std::filesystem::rename(live, copy);
+
+    HMStartSession();
+    EXPECT_EQ(install.readFile("Locked/Hexmoor.xml"), "<Hexmoor>what the person had</Hexmoor>");
+    EXPECT_TRUE(output.printed.Contains(CString::FromUtf8(locked + "/Hexmoor.xml上次改写未能完成")));
+    EXPECT_TRUE(std::filesystem::is_empty(install.native() + "/Temp"));
+    ::chmod(locked.c_str(), 0755);
 }

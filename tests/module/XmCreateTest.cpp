@@ -75,7 +75,9 @@ TEST_F(XmCreate, NoTreeOrANamelessTreeEndsQuietly) {
 }
 
 TEST_F(XmCreate, CloudNamesThatLeaveTheirFolderAreRefused) {
-    for (const CString& name : {CString(u".."), CString(u"a\\..\\..\\escape"), CString(u"x/y"), CString(u"tab\there")}) {
+    // The last name makes a folder of 252 bytes, but its .itm would need 256.
+    for (const CString& name : {CString(u".."), CString(u"a\\..\\..\\escape"), CString(u"x/y"), CString(u"tab\there"),
+                                CString(std::string(252, 'n'))}) {
         cloud().projectInfo = [name](HMProjectTree_INFO*) { return CloudNode(nullptr, name, u""); };
         output.printed.Empty();
         run(u"HMXmCreate");
@@ -84,6 +86,8 @@ TEST_F(XmCreate, CloudNamesThatLeaveTheirFolderAreRefused) {
     }
     EXPECT_FALSE(install.exists("escape"));
     EXPECT_FALSE(install.exists("My Projects/x"));
+    EXPECT_FALSE(install.exists("My Projects/" + std::string(252, 'n')));
+    EXPECT_TRUE(output.printed.Contains(u"名称有252字节"));
     EXPECT_FALSE(install.exists("Data/recent.dat"));
 
     // A child named ".." is passed over; the project and its other children are made.
@@ -91,10 +95,12 @@ TEST_F(XmCreate, CloudNamesThatLeaveTheirFolderAreRefused) {
         HMProjectTree_INFO* root = CloudNode(nullptr, u"P", u"");
         CloudNode(root, u"..", u"0", u"K9");
         CloudNode(root, u"K1", u"0", u"K1");
+        CloudNode(root, CString(std::string(253, 'd')), u"0", u"K2");
         return root;
     };
     run(u"HMXmCreate");
     EXPECT_TRUE(install.exists(projectPath("P/K1/K1.prj")));
+    EXPECT_FALSE(install.exists(projectPath("P/" + std::string(253, 'd'))));
     EXPECT_FALSE(install.exists("My Projects/Hexmoor.xml"));
     EXPECT_FALSE(install.exists("My Projects/P/.prj"));
 }
@@ -103,7 +109,7 @@ TEST_F(XmCreate, AProjectFolderThatCannotBeMadeIsToldAndNothingIsWritten) {
     cloud().projectInfo = [](HMProjectTree_INFO*) { return substation(); };
     install.writeFile(projectPath("变电站"), "a file where the folder would go");
     run(u"HMXmCreate");
-    EXPECT_TRUE(output.printed.Contains(projects() + u"变电站\\"));
+    EXPECT_TRUE(output.printed.Contains(u"项目变电站创建失败，无法建立文件夹" + projects() + u"变电站\\"));
     EXPECT_FALSE(output.printed.Contains(u"***"));
     EXPECT_EQ(install.readFile(projectPath("变电站")), "a file where the folder would go");
     EXPECT_FALSE(install.exists("Data/recent.dat"));

@@ -82,18 +82,28 @@ TEST_F(FoldersToTree, ProjectWithoutItsOwnDocumentKeepsNoChildren) {
     EXPECT_EQ(output.printed, u"");
 }
 
-TEST_F(FoldersToTree, DocumentThatCannotBeReadLeavesItsNodeAsTheParentGaveIt) {
+TEST_F(FoldersToTree, NodesWhoseDocumentIsNotReadKeepTheirStubAndAreLeftOutOfTheCabinets) {
+    // K01's document is gone, K02's cut short, K11's a folder; the root's reads.
     ASSERT_TRUE(QxFs::DeleteFile(projectFolder() + u"K01\\Hexmoor.xml"));
-    projects.makeFolder("变电站/K01/Hexmoor.xml");
-    auto tree = readRoot();
-    LinkChildrenAndLoad(tree.get(), projectFolder(), false);
-    const HMProjectTree_INFO* k01 = tree->m_arrCabinets[0];
-    EXPECT_EQ(k01->m_strID, u"id-K01");
-    EXPECT_EQ(k01->m_strCirNo, u"");
-    EXPECT_TRUE(k01->m_arrPrimaryBom.IsEmpty());
-    EXPECT_EQ(output.boxes.size(), 1u);  // the reader's box; the walk goes on
-    EXPECT_EQ(names(tree->m_arrCabinets), u"K01;K11;K02;");
-    EXPECT_EQ(tree->m_arrCabinets[1]->m_strCirNo, u"11");
+    std::string k02;
+    QxFs::ReadBytes(projectFolder() + u"K02\\Hexmoor.xml", k02);
+    projects.writeFile("变电站/K02/Hexmoor.xml", k02.substr(0, k02.size() / 2));
+    ASSERT_TRUE(QxFs::DeleteFile(projectFolder() + u"二期\\K11\\Hexmoor.xml"));
+    projects.makeFolder("变电站/二期/K11/Hexmoor.xml");
+    for (const bool extract : {false, true}) {
+        output.boxes.clear();
+        auto tree = readRoot();
+        LinkChildrenAndLoad(tree.get(), projectFolder(), extract);
+        const HMProjectTree_INFO* k01 = tree->m_arrChildren[0];
+        EXPECT_EQ(k01->m_strID, u"id-K01");
+        EXPECT_EQ(k01->m_strCirNo, u"");
+        EXPECT_TRUE(k01->m_arrPrimaryBom.IsEmpty());
+        EXPECT_EQ(names(tree->m_arrCabinets), u"");
+        ASSERT_FALSE(output.boxes.empty());
+        const CString& told = output.boxes.back().text;  // after the reader's own boxes
+        for (const char16_t* lost : {u"K01", u"K02", u"二期\\K11"}) EXPECT_TRUE(told.Contains(projectFolder() + lost)) << told.ToUtf8();
+        EXPECT_TRUE(told.Contains(u"HMUpdate"));
+    }
 }
 
 TEST_F(FoldersToTree, UnsafeNamesInDocumentsNeverLeadOutOfTheProject) {
@@ -118,8 +128,8 @@ TEST_F(FoldersToTree, UnsafeNamesInDocumentsNeverLeadOutOfTheProject) {
     LinkChildrenAndLoad(tree.get(), projectFolder(), false);
     ASSERT_EQ(names(tree->m_arrChildren), u"K01;二期;..\\K01;..;");
     EXPECT_TRUE(tree->m_arrChildren[3]->m_arrChildren.IsEmpty());
-    EXPECT_EQ(names(tree->m_arrCabinets), u"K01;K11;..\\K01;");  // no "stolen"
-    HMProjectTree_INFO* renamed = tree->m_arrCabinets[2];
+    EXPECT_EQ(names(tree->m_arrCabinets), u"K01;K11;");  // no "stolen", and not the renamed K02
+    HMProjectTree_INFO* renamed = tree->m_arrChildren[2];
     EXPECT_TRUE(renamed->m_arrPrimaryBom.IsEmpty());
     EXPECT_TRUE(renamed->m_arrSecondaryBom.IsEmpty());
     EXPECT_TRUE(output.printed.Contains(u"名称“..”不能用作" + projectFolder() + u"中的文件夹名"));

@@ -49,6 +49,7 @@ protected:
     }
     static HMProjectTree_INFO* addDevice(HMProjectTree_INFO& parent, const CString& name, const CString& cirNo) {
         HMProjectTree_INFO* device = addChild(parent, name, u"0");
+        device->m_pRoot->m_arrCabinets.Add(device);
         device->m_strCirNo = cirNo;
         device->m_strCirName = u"进线柜";
         device->m_strCirType = u"KYN28";

@@ -1,4 +1,6 @@
+#include "common/ShellRun.h"
 #include "common/TempFolder.h"
+#include "platform/InstallPath.h"
 #include "support/FileSystem.h"
 #include "support/FileUtils.h"
 
@@ -171,17 +173,26 @@ TEST(AtomicWrite, RefusesWhatAnInPlaceWriteWouldRefuse) {
     }
 }
 
-TEST(AtomicWrite, AFolderThatMayNotBeWrittenIsWrittenAsInPlace) {
+TEST(AtomicWrite, AFolderThatMayNotBeWrittenIsWrittenAsInPlaceWithACopyKeptMeanwhile) {
     TempFolder dir;
     dir.writeFile("locked/file.txt", "old");
     const std::string file = dir.native() + "/locked/file.txt";
     const ino_t before = inodeOf(file);
     ::chmod((dir.native() + "/locked").c_str(), 0555);
+    // Without an install folder there is no Temp\ for the copy: the file is not touched.
+    SetCorvaneInstallDirOverride(dir.logic() + u"missing\\");
+    EXPECT_FALSE(QxFs::WriteAtomic(dir.logic() + u"locked\\file.txt", "new"));
+    EXPECT_EQ(dir.readFile("locked/file.txt"), "old");
+
+    dir.makeFolder("install");
+    SetCorvaneInstallDirOverride(dir.logic() + u"install\\");
     EXPECT_TRUE(QxFs::WriteAtomic(dir.logic() + u"locked\\file.txt", "new"));
     EXPECT_EQ(dir.readFile("locked/file.txt"), "new");
     EXPECT_EQ(inodeOf(file), before);  // rewritten where it stands, no temporary file
+    EXPECT_EQ(RunShellCommand("ls -A '" + dir.native() + "/install/Temp'").out, "");  // the copy went with the write
     EXPECT_FALSE(QxFs::WriteAtomic(dir.logic() + u"locked\\new.txt", "x"));
     EXPECT_FALSE(dir.exists("locked/new.txt"));
+    SetCorvaneInstallDirOverride(CString());
     ::chmod((dir.native() + "/locked").c_str(), 0755);
     EXPECT_EQ(QxFs::List(dir.logic() + u"locked").size(), 1u);
 }

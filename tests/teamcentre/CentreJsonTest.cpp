@@ -1,6 +1,7 @@
 // The JSON form of trees and rows: what is sent is what arrives, and documents of the wrong shape are
 // refused instead of half read.
 #include "platform/cloud/http/CentreJson.h"
+#include "platform/cloud/http/HttpBomCentre.h"
 #include "teamcentre/TeamTrees.h"
 
 #include <gtest/gtest.h>
@@ -61,6 +62,24 @@ TEST(CentreJson, DocumentsOfTheWrongShapeAreRefused) {
         at = &(*at)["children"][0];
     }
     EXPECT_THROW(TreeFromJson(deep), CCentreJsonError);
+
+    // The client's list of projects to choose from: every field of every entry is checked before use.
+    const json project = {{"id", 7}, {"name", "P\a\x1b[2J"}, {"created", "2026-01-01"}};
+    const auto listed = ProjectListFromJson(json::array({project, project}));
+    ASSERT_TRUE(listed && listed->size() == 2);
+    EXPECT_EQ(ProjectChoiceText(listed->front()), CString(u"P\\x07\\x1B[2J (ID 7, created 2026-01-01)"));
+    std::vector<json> badLists{json::object(), json("p"), json::array({1})};
+    for (const char* field : {"id", "name", "created"}) {
+        json missing = project;
+        missing.erase(field);
+        badLists.push_back(json::array({project, missing}));
+    }
+    for (const json& id : {json(-7), json(0), json(7.5), json("7"), json(nullptr)}) {
+        json wrong = project;
+        wrong["id"] = id;
+        badLists.push_back(json::array({wrong}));
+    }
+    for (const json& bad : badLists) EXPECT_FALSE(ProjectListFromJson(bad)) << bad.dump();
 }
 
 TEST(CentreJson, TheCentreFieldsAreCopiedOnlyIntoATreeOfTheSameShape) {

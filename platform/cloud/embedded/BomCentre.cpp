@@ -8,6 +8,7 @@
 #include "centre/sqlite/SqliteCentreStore.h"
 #include "platform/host/HostOutput.h"
 #include "platform/host/Prompts.h"
+#include "project/NodeNames.h"
 #include "support/FileSystem.h"
 
 #include <cstdlib>
@@ -103,7 +104,8 @@ HMProjectTree_INFO* CEmbeddedBomCentre::chooseProject() {
         }
         CStringArray options;
         for (const CentreProject& project : projects)
-            options.Add(QxFormat(u"%s (ID %d, created %s)", project.name, project.id, project.created));
+            options.Add(QxFormat(u"%s (ID %d, created %s)", HMPrintableNodeName(project.name), project.id,
+                                 HMPrintableNodeName(project.created)));
         const auto chosen = HostPrompts().AskChoice(u"Hexmoor project", options);
         if (!chosen || *chosen < 0 || *chosen >= static_cast<int>(projects.size())) return nullptr;
         return centre.ProjectTree(m_user, CString(std::to_string(projects[static_cast<size_t>(*chosen)].id))).release();

@@ -5,6 +5,7 @@
 #include "platform/cloud/http/CentreJson.h"
 #include "platform/host/HostOutput.h"
 #include "platform/host/Prompts.h"
+#include "project/NodeNames.h"
 #include "support/Format.h"
 
 using nlohmann::json;
@@ -30,6 +31,30 @@ std::string escapeQuery(const std::string& text) {
 }
 
 } // namespace
+
+std::optional<std::vector<ListedProject>> ProjectListFromJson(const json& reply) {
+    if (!reply.is_array()) return std::nullopt;
+    std::vector<ListedProject> projects;
+    for (const json& project : reply) {
+        if (!project.is_object()) return std::nullopt;
+        const auto id = project.find("id");
+        const auto name = project.find("name");
+        const auto created = project.find("created");
+        // IDs are decimal keys without leading zeros; anything else names no project of the centre.
+        if (id == project.end() || !id->is_number_integer()) return std::nullopt;
+        const bool positive = id->is_number_unsigned() ? id->get<unsigned long long>() > 0 : id->get<long long>() > 0;
+        if (!positive) return std::nullopt;
+        if (name == project.end() || !name->is_string() || created == project.end() || !created->is_string()) return std::nullopt;
+        projects.push_back({std::to_string(id->get<unsigned long long>()), CString::FromUtf8(name->get<std::string>()),
+                            CString::FromUtf8(created->get<std::string>())});
+    }
+    return projects;
+}
+
+CString ProjectChoiceText(const ListedProject& project) {
+    return QxFormat(u"%s (ID %s, created %s)", HMPrintableNodeName(project.name), CString(project.id),
+                    HMPrintableNodeName(project.created));
+}
 
 bool IsHttpEndpoint(const CString& endpoint) {
     std::string text = endpoint.ToUtf8();
@@ -87,28 +112,29 @@ CString CHttpBomCentre::getProjectName(const CString& id) {
     const auto reply = call("GET", "/api/projects/" + *segment + "/name");
     try {
         return reply ? JsonText(*reply, "name") : CString();
-    } catch (const CCentreJsonError&) {
+    } catch (const CCentreJsonError& error) {
+        TellCentreMessage(QxFormat(u"The BOM centre's project name cannot be read: %s.", CString(error.what())));
         return CString();
     }
 }
 
 HMProjectTree_INFO* CHttpBomCentre::chooseProject() {
     const auto reply = call("GET", "/api/projects");
-    if (!reply || !reply->is_array()) return nullptr;
-    if (reply->empty()) {
+    if (!reply) return nullptr;
+    const std::optional<std::vector<ListedProject>> projects = ProjectListFromJson(*reply);
+    if (!projects) {
+        TellCentreMessage(u"The BOM centre sent a list of projects that cannot be read; nothing of it was taken.");
+        return nullptr;
+    }
+    if (projects->empty()) {
         TellCentreMessage(u"Your enterprise has no project in the BOM centre yet.");
         return nullptr;
     }
     CStringArray options;
-    std::vector<long long> ids;
-    for (const json& project : *reply) {
-        if (!project.is_object() || !project["id"].is_number_integer()) return nullptr;
-        ids.push_back(project["id"].get<long long>());
-        options.Add(QxFormat(u"%s (ID %d, created %s)", JsonText(project, "name"), ids.back(), JsonText(project, "created")));
-    }
+    for (const ListedProject& project : *projects) options.Add(ProjectChoiceText(project));
     const auto chosen = HostPrompts().AskChoice(u"Hexmoor project", options);
-    if (!chosen || *chosen < 0 || *chosen >= static_cast<int>(ids.size())) return nullptr;
-    const auto tree = call("GET", "/api/projects/" + std::to_string(ids[static_cast<size_t>(*chosen)]) + "/tree");
+    if (!chosen || *chosen < 0 || *chosen >= static_cast<int>(projects->size())) return nullptr;
+    const auto tree = call("GET", "/api/projects/" + (*projects)[static_cast<size_t>(*chosen)].id + "/tree");
     return tree ? TreeFromJson(*tree).release() : nullptr;
 }
 
@@ -153,12 +179,13 @@ bool CHttpBomCentre::submitTree(const char* path, HMProjectTree_INFO& tree, cons
         return false;
     }
     try {
+        if (!reply->is_object() || !reply->contains("tree")) throw CCentreJsonError("the answer holds no tree");
         const auto answered = TreeFromJson(reply->at("tree"));
         if (!CopyCentreFields(*answered, tree)) {
             TellCentreMessage(u"The BOM centre sent back a tree of another shape; nothing of it was taken.");
             return false;
         }
-        if (!reply->contains("report")) return true;
+        if (!reply->contains("report")) return true;  // the team centre's answer to submitItm has none
         const SubmitReport report = ReportFromJson(reply->at("report"));
         for (const CString& skipped : report.skipped) TellCentreMessage(QxFormat(u"%s did not take %s.", CString(operation), skipped));
         return report.skipped.empty();
@@ -196,7 +223,8 @@ bool CHttpBomCentre::getDqBoms(BomRows& rows) {
     try {
         rows = RowsFromJson(*reply);
         return true;
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        TellCentreMessage(QxFormat(u"The BOM centre's parts cannot be read: %s.", CString(error.what())));
         return false;
     }
 }
@@ -210,7 +238,9 @@ bool CHttpBomCentre::getImportBoms(const CString& projectId, const CString& cabi
     try {
         rows = RowsFromJson(*reply);
         return true;
-    } catch (const std::exception&) {
+    } catch (const std::exception& error) {
+        rows.RemoveAll();
+        TellCentreMessage(QxFormat(u"The BOM centre's rows cannot be read: %s.", CString(error.what())));
         return false;
     }
 }

@@ -9,6 +9,20 @@
 #include <nlohmann/json.hpp>
 
 #include <optional>
+#include <string>
+#include <vector>
+
+// One project of the centre's list, as the person chooses among them.
+struct ListedProject {
+    std::string id;  // decimal, as the path of the project's tree takes it
+    CString name;
+    CString created;
+};
+
+// The reply to the list of projects, every field checked: nullopt for a reply of any other shape.
+QX_API std::optional<std::vector<ListedProject>> ProjectListFromJson(const nlohmann::json& reply);
+// The project's line in the list offered, control characters shown as \xHH.
+QX_API CString ProjectChoiceText(const ListedProject& project);
 
 // True for an endpoint that names a server: "http://…" or "https://…" (scheme in any case).
 QX_API bool IsHttpEndpoint(const CString& endpoint);
