@@ -88,7 +88,7 @@ json PartRecord(const CPartBomDataBase& record) {
     for (const COnePartBom* row : record.PartBoms) rows.push_back(partBom(*row));
     return {{"Location", record.Location.ToUtf8()},
             {"Label", record.Label.ToUtf8()},
-            {"MergedLabels", record.MergedLabels.ToUtf8()},
+            {"MergedLabels", record.MergedLabels.get().ToUtf8()},
             {"ElementDesc", record.ElementDesc.ToUtf8()},
             {"PartBoms", rows},
             {"SeqNo", record.SeqNo.ToUtf8()},

@@ -2,6 +2,7 @@
 #include "drawing/assembly/CircuitMarker.h"
 
 #include "drawing/primary/CircuitBom.h"
+#include "drawing/primary/CircuitKeys.h"
 #include "drawing/walk/EntityWalk.h"
 
 #include <memory>
@@ -27,6 +28,9 @@ bool QxAddCircuitMarker(AcDbObjectId block) {
     marker->setLayer(u"0");
     marker->setColorIndex(1);
     marker->setVisibility(AcDb::kInvisible, true);
+    ResItems tag;
+    tag.push_back(ResItem::text(1000, QX_CIRCUIT1_ADDEDMARKER));
+    marker->setXDataItems(QX_CIRCUIT1_ADDEDMARKER, std::move(tag));
     AcDbObjectId id;
     return record->appendAcDbEntity(id, std::move(marker)) == Acad::eOk;
 }

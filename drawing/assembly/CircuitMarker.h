@@ -7,5 +7,6 @@
 // True when the block definition holds an entity that QxIsCircuitMarker accepts.
 QX_API bool QxBlockHasCircuitMarker(AcDbObjectId block);
 // Appends the marker to the definition: layer "0", colour 1, invisible, vertices half a unit left and right
-// of the origin with bulge 1 and widths 2. False when the definition does not open for write.
+// of the origin with bulge 1 and widths 2, and xdata QX_CIRCUIT1_ADDEDMARKER, so that readers pass it over
+// while it holds no record. False when the definition does not open for write.
 QX_API bool QxAddCircuitMarker(AcDbObjectId block);

@@ -45,7 +45,10 @@ void DxfBuilder::add(const DxfRecord& record) {
 
 void DxfBuilder::readHeader(const DxfRecord& record) {
     for (const DxfTag& tag : record.tags) {
-        if (record.type == "$ACADVER" && tag.code == 1) m_decoder.setVersion(tag.value);
+        if (record.type == "$ACADVER" && tag.code == 1) {
+            m_decoder.setVersion(tag.value);
+            m_convertsOldPolylines = !(tag.value.size() >= 6 && tag.value.substr(0, 2) == "AC" && tag.value.substr(2, 4) >= "1014");
+        }
         if (record.type == "$DWGCODEPAGE" && tag.code == 3) m_decoder.setCodePage(tag.value);
         if (tag.code == 1 || tag.code == 3) m_names.forget();
         if (record.type == "$HANDSEED" && tag.code == 5) {
@@ -134,6 +137,20 @@ void DxfBuilder::closePolyline() {
     m_openSpaceVertices = nullptr;
 }
 
+namespace {
+
+// The entity's own groups move to the polyline that holds the shape.
+std::unique_ptr<AcDbEntity> keptAsOldStyle(std::unique_ptr<AcDbPolyline> shape) {
+    auto kept = std::make_unique<AcDb2dPolyline>(std::move(shape));
+    const AcDbPolyline& read = kept->shape();
+    kept->setColorIndex(read.colorIndex());
+    kept->setVisibility(read.visibility());
+    kept->setPaperSpaceFlag(read.isPaperSpaceFlagged());
+    return kept;
+}
+
+} // namespace
+
 void DxfBuilder::readEntity(const DxfRecord& record, bool inBlocks) {
     const std::string_view type = record.type;
     if (type == "VERTEX" || type == "SEQEND" || type == "ATTRIB") {
@@ -150,6 +167,8 @@ void DxfBuilder::readEntity(const DxfRecord& record, bool inBlocks) {
     const DxfCommonGroups common = ReadCommonGroups(record);
     DxfEntityRead read = ReadDxfEntity(record, common.bodyEnd, values);
     if (!read.entity) return;
+    if (type == "POLYLINE" && !m_convertsOldPolylines && AcDbPolyline::cast(read.entity.get()) != nullptr)
+        read.entity = keptAsOldStyle(std::unique_ptr<AcDbPolyline>(AcDbPolyline::cast(read.entity.release())));
     AcDbEntity* entity = read.entity.get();
     auto xdata = ReadXData(record, common.bodyEnd, values, m_names);
     if (values.bad()) return;  // an xdata number that is none: the entity is passed over whole
@@ -161,6 +180,7 @@ void DxfBuilder::readEntity(const DxfRecord& record, bool inBlocks) {
     if (type == "INSERT") resolveInsert(static_cast<AcDbBlockReference&>(*entity), read.blockName);
     if (type == "POLYLINE") {
         m_openPolyline = AcDbPolyline::cast(entity);
+        if (auto* kept = AcDb2dPolyline::cast(entity)) m_openPolyline = &kept->shape();
         m_openSpaceVertices = dynamic_cast<AcDbSpaceVertices*>(entity);
     }
 }

@@ -65,6 +65,9 @@ private:
     AcDbBlockTableRecord* m_lastOwnerPaperSpace = nullptr;
     AcDbPolyline* m_openPolyline = nullptr;
     AcDbSpaceVertices* m_openSpaceVertices = nullptr;
+    // The host converts old-style 2D polylines to light-weight ones only in drawings of R13 or older; a
+    // file without $ACADVER is R12.
+    bool m_convertsOldPolylines = true;
     bool m_namedObjectsSeen = false;
     std::vector<std::unique_ptr<AcDbObject>> m_withoutHandle;
     std::vector<PendingEntry> m_entries;

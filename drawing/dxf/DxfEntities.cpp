@@ -59,6 +59,8 @@ std::unique_ptr<AcDbEntity> readTextLike(const Tags& tags, size_t end, DxfValues
 std::unique_ptr<AcDbEntity> readMText(const Tags& tags, size_t end, DxfValues& values) {
     auto mtext = std::make_unique<AcDbMText>();
     AcGePoint3d location;
+    AcGeVector3d direction;
+    bool hasDirection = false;
     // The chunks are joined before decoding: an escape or a character may straddle two of them.
     std::string contents;
     for (size_t i = 0; i < end; ++i) {
@@ -70,9 +72,15 @@ std::unique_ptr<AcDbEntity> readMText(const Tags& tags, size_t end, DxfValues& v
         case 3: contents.append(tag.value); break;
         case 40: mtext->setTextHeight(values.real(tag)); break;
         case 41: mtext->setWidth(values.real(tag)); break;
+        case 50: mtext->setRotation(values.real(tag)); break;  // radians, unlike TEXT
+        case 71: mtext->setAttachment(static_cast<int>(values.integer(tag))); break;
+        case 11: direction.x = values.real(tag); hasDirection = true; break;
+        case 21: direction.y = values.real(tag); break;
         default: break;
         }
     }
+    // A direction, when given, decides the rotation.
+    if (hasDirection) mtext->setRotation(std::atan2(direction.y, direction.x));
     mtext->setContents(values.decoder().decode(contents));
     mtext->setLocation(location);
     return mtext;
@@ -222,6 +230,9 @@ std::unique_ptr<AcDbEntity> readByKind(const DxfRecord& record, size_t end, DxfV
     if (type == "ARC") return readCircleLike<AcDbArc>(tags, end, values);
     if (type == "CIRCLE") return readCircleLike<AcDbCircle>(tags, end, values);
     if (type == "SOLID") return readSolid(tags, end, values);
+    if (type == "ELLIPSE") return ReadDxfEllipse(tags, end, values);
+    if (type == "SPLINE") return ReadDxfSpline(tags, end, values);
+    if (type == "HATCH") return ReadDxfHatch(tags, end, values);
     return std::make_unique<AcDbUnknownEntity>(type);
 }
 

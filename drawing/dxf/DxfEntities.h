@@ -17,6 +17,10 @@ struct DxfEntityRead {
 // Any entity record but the parts of sequences (VERTEX, SEQEND, ATTRIB); kinds the model does not know
 // become AcDbUnknownEntity. Tags [0, bodyEnd) are read; xdata and the common groups are the caller's.
 DxfEntityRead ReadDxfEntity(const DxfRecord& record, size_t bodyEnd, DxfValues& values);
+// Readers of single kinds, tags [0, end).
+std::unique_ptr<AcDbEntity> ReadDxfEllipse(const std::vector<DxfTag>& tags, size_t end, DxfValues& values);
+std::unique_ptr<AcDbEntity> ReadDxfSpline(const std::vector<DxfTag>& tags, size_t end, DxfValues& values);
+std::unique_ptr<AcDbEntity> ReadDxfHatch(const std::vector<DxfTag>& tags, size_t end, DxfValues& values);
 // Adds a VERTEX record to an old-style polyline; false when the record is bad.
 bool AddDxfVertex(AcDbPolyline& polyline, const DxfRecord& record, DxfValues& values);
 // Adds a VERTEX record to a 3D polyline or a mesh: a point, or a face of a polyface mesh.

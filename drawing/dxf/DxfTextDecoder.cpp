@@ -44,6 +44,28 @@ const char* multiByteCodePage(char16_t digit) {
     }
 }
 
+// Caret notation, as the CAD host reads it when it opens a DXF file: "^" and a character from "A" to "_"
+// stand for the control character 64 below it ("^I" a tab, "^J" a line feed), "^ " for a caret. A caret
+// before anything else, or at the end, stays as written; so does "^@", which would cut the text short.
+std::u16string decodeCarets(std::u16string text) {
+    if (text.find(u'^') == std::u16string::npos) return text;
+    std::u16string out;
+    out.reserve(text.size());
+    for (size_t i = 0; i < text.size(); ++i) {
+        const char16_t next = i + 1 < text.size() ? text[i + 1] : u'\0';
+        if (text[i] == u'^' && next == u' ') {
+            out += u'^';
+            ++i;
+        } else if (text[i] == u'^' && next >= u'A' && next <= u'_') {
+            out += static_cast<char16_t>(next - u'@');
+            ++i;
+        } else {
+            out += text[i];
+        }
+    }
+    return out;
+}
+
 std::u16string decodeEscapes(const std::u16string& text) {
     if (text.find(u'\\') == std::u16string::npos) return text;
     std::u16string out;
@@ -114,6 +136,7 @@ std::u16string DxfTextDecoder::decodeBytes(std::string_view bytes) const {
 }
 
 CString DxfTextDecoder::decode(std::string_view bytes) const {
-    if (m_utf8) return CString(decodeBytes(bytes));
-    return CString(decodeEscapes(decodeBytes(bytes)));
+    // Carets go first: a caret that an escape such as \U+005E stands for is text, not notation.
+    if (m_utf8) return CString(decodeCarets(decodeBytes(bytes)));
+    return CString(decodeEscapes(decodeCarets(decodeBytes(bytes))));
 }

@@ -1,6 +1,7 @@
 // DxfTextDecoder: turns the bytes of a DXF string into text as CAD programs do. Before R2007 the bytes
 // are in the drawing's code page ($DWGCODEPAGE; without it the legacy code page) and \U+XXXX and
-// \M+NXXXX escapes stand for characters outside it; from R2007 on strings are UTF-8, taken as stored.
+// \M+NXXXX escapes stand for characters outside it; from R2007 on strings are UTF-8. In every version
+// control characters and the caret are written in caret notation ("^I" a tab, "^ " a caret).
 #pragma once
 
 #include "support/CString.h"

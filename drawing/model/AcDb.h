@@ -7,6 +7,7 @@
 #include "drawing/model/AcDbCurves.h"
 #include "drawing/model/AcDbDatabase.h"
 #include "drawing/model/AcDbDictionary.h"
+#include "drawing/model/AcDbHatch.h"
 #include "drawing/model/AcDbOpen.h"
 #include "drawing/model/AcDbPolyline.h"
 #include "drawing/model/AcDbText.h"

@@ -1,9 +1,11 @@
-// Simple geometry kept for the extents of block definitions: lines, arcs, circles and solids.
+// Simple geometry kept for the extents of block definitions: lines, arcs, circles, solids, ellipses and
+// splines.
 #pragma once
 
 #include "drawing/model/AcDbEntity.h"
 
 #include <array>
+#include <vector>
 
 class QX_API AcDbLine : public AcDbEntity {
 public:
@@ -74,4 +76,42 @@ public:
 private:
     std::array<AcGePoint3d, 4> m_corners{};
     AcGeVector3d m_normal = AcGeVector3d::kZAxis;
+};
+
+// An ellipse or an elliptical arc, in world coordinates: the point at parameter t is
+// center + cos t * majorAxis + sin t * ratio * (normal x majorAxis).
+class QX_API AcDbEllipse : public AcDbEntity {
+public:
+    static AcDbEllipse* cast(AcDbObject* object) { return dynamic_cast<AcDbEllipse*>(object); }
+    std::string_view dxfName() const override { return "ELLIPSE"; }
+
+    void set(const AcGePoint3d& center, const AcGeVector3d& normal, const AcGeVector3d& majorAxis, double radiusRatio,
+             double startParam, double endParam);
+    void addExtents(const AcGeMatrix3d& toWorld, ExtentsWalk& walk, AcDbExtents& extents) const override;
+
+private:
+    AcGePoint3d m_center;
+    AcGeVector3d m_normal = AcGeVector3d::kZAxis;
+    AcGeVector3d m_majorAxis{1.0, 0.0, 0.0};
+    double m_ratio = 1.0;
+    double m_start = 0.0;
+    double m_end = 2.0 * AcGe::kPi;
+};
+
+// A spline as far as its box goes: the curve lies within the hull of its control points; a spline given
+// only by fit points passes through them.
+class QX_API AcDbSpline : public AcDbEntity {
+public:
+    static AcDbSpline* cast(AcDbObject* object) { return dynamic_cast<AcDbSpline*>(object); }
+    std::string_view dxfName() const override { return "SPLINE"; }
+
+    void appendControlPoint(const AcGePoint3d& point) { m_controlPoints.push_back(point); }
+    void appendFitPoint(const AcGePoint3d& point) { m_fitPoints.push_back(point); }
+    int numControlPoints() const { return static_cast<int>(m_controlPoints.size()); }
+    int numFitPoints() const { return static_cast<int>(m_fitPoints.size()); }
+    void addExtents(const AcGeMatrix3d& toWorld, ExtentsWalk& walk, AcDbExtents& extents) const override;
+
+private:
+    std::vector<AcGePoint3d> m_controlPoints;
+    std::vector<AcGePoint3d> m_fitPoints;
 };

@@ -3,6 +3,7 @@
 
 #include "drawing/model/AcDbEntity.h"
 
+#include <memory>
 #include <vector>
 
 class QX_API AcDbPolyline : public AcDbEntity {
@@ -47,4 +48,25 @@ private:
     double m_elevation = 0.0;
     double m_constantWidth = 0.0;
     AcGeVector3d m_normal = AcGeVector3d::kZAxis;
+};
+
+// An old-style 2D POLYLINE that the host keeps as it is: it converts such polylines to light-weight ones
+// only when it opens a drawing of R13 or older. It has the vertices of a light-weight polyline but is no
+// AcDbPolyline, so it is never taken for a circuit marker.
+class QX_API AcDb2dPolyline : public AcDbEntity {
+public:
+    explicit AcDb2dPolyline(std::unique_ptr<AcDbPolyline> shape) : m_shape(std::move(shape)) {}
+    static AcDb2dPolyline* cast(AcDbObject* object) { return dynamic_cast<AcDb2dPolyline*>(object); }
+    static const AcDb2dPolyline* cast(const AcDbObject* object) { return dynamic_cast<const AcDb2dPolyline*>(object); }
+    std::string_view dxfName() const override { return "POLYLINE"; }
+
+    // Its vertices, bulges and widths, for reading and for the reader that fills it.
+    AcDbPolyline& shape() { return *m_shape; }
+    const AcDbPolyline& shape() const { return *m_shape; }
+    void addExtents(const AcGeMatrix3d& toWorld, ExtentsWalk& walk, AcDbExtents& extents) const override {
+        m_shape->addExtents(toWorld, walk, extents);
+    }
+
+private:
+    std::unique_ptr<AcDbPolyline> m_shape;
 };

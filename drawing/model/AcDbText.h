@@ -20,7 +20,9 @@ public:
     double rotation() const { return m_rotation; }
     void setRotation(double radians) { m_rotation = radians; }
 
-    // Text is measured by its insertion point.
+    // The insertion point and a box of the text's height and width along its rotation. Without the font
+    // the width is estimated: a wide (East Asian) character is as wide as the text is high, any other two
+    // thirds of that.
     void addExtents(const AcGeMatrix3d& toWorld, ExtentsWalk& walk, AcDbExtents& extents) const override;
 
 private:
@@ -40,6 +42,9 @@ public:
     void setTag(const CString& tag) { m_tag = tag; }
     const CString& prompt() const { return m_prompt; }
     void setPrompt(const CString& prompt) { m_prompt = prompt; }
+
+    // A definition is measured by its insertion point alone: a reference shows its attributes, not it.
+    void addExtents(const AcGeMatrix3d& toWorld, ExtentsWalk& walk, AcDbExtents& extents) const override;
 
 private:
     CString m_tag;
@@ -61,7 +66,15 @@ public:
     void setTextHeight(double height) { m_height = height; }
     double width() const { return m_width; }
     void setWidth(double width) { m_width = width; }
+    // Where the location lies on the text's box: 1 top left, 2 top centre, ... 9 bottom right.
+    int attachment() const { return m_attachment; }
+    void setAttachment(int attachment) { m_attachment = attachment >= 1 && attachment <= 9 ? attachment : 1; }
+    double rotation() const { return m_rotation; }
+    void setRotation(double radians) { m_rotation = radians; }
 
+    // The location and the text's box placed on it by the attachment: as wide as the width when one is
+    // set, else as the longest line (format codes counted, characters estimated as for AcDbText), and as
+    // high as its lines ("\P" breaks them) at the usual spacing of five thirds of the height.
     void addExtents(const AcGeMatrix3d& toWorld, ExtentsWalk& walk, AcDbExtents& extents) const override;
 
 private:
@@ -69,4 +82,6 @@ private:
     AcGePoint3d m_location;
     double m_height = 0.0;
     double m_width = 0.0;
+    double m_rotation = 0.0;
+    int m_attachment = 1;
 };

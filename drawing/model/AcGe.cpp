@@ -56,6 +56,21 @@ AcGeMatrix3d AcGeMatrix3d::rotationAboutZ(double radians) {
     return r;
 }
 
+AcGeMatrix3d AcGeMatrix3d::alignCoordSys(const AcGePoint3d& origin, const AcGeVector3d& xAxis,
+                                          const AcGeVector3d& yAxis, const AcGeVector3d& zAxis) {
+    AcGeMatrix3d r;
+    const AcGeVector3d axes[3] = {xAxis, yAxis, zAxis};
+    for (int col = 0; col < 3; ++col) {
+        r.m[0][col] = axes[col].x;
+        r.m[1][col] = axes[col].y;
+        r.m[2][col] = axes[col].z;
+    }
+    r.m[0][3] = origin.x;
+    r.m[1][3] = origin.y;
+    r.m[2][3] = origin.z;
+    return r;
+}
+
 AcGeMatrix3d AcGeMatrix3d::planeToWorld(const AcGeVector3d& normal) {
     const AcGeVector3d n = normal.normal();
     if (n.length() == 0.0) return {};

@@ -51,6 +51,9 @@ public:
     static AcGeMatrix3d rotationAboutZ(double radians);
     // The object coordinate system of an entity whose extrusion is `normal` (the arbitrary axis algorithm).
     static AcGeMatrix3d planeToWorld(const AcGeVector3d& normal);
+    // Takes the unit axes to the given vectors and the origin to `origin` (setToAlignCoordSys from the world).
+    static AcGeMatrix3d alignCoordSys(const AcGePoint3d& origin, const AcGeVector3d& xAxis, const AcGeVector3d& yAxis,
+                                      const AcGeVector3d& zAxis);
 
     AcGeMatrix3d operator*(const AcGeMatrix3d& right) const;
     AcGePoint3d transform(const AcGePoint3d& point) const;

@@ -11,6 +11,12 @@
 #include "support/TextHelpers.h"
 #include "support/XDataHelpers.h"
 
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+
 namespace {
 
 inline constexpr char16_t QXBOM_COMPONENT[] = u"QXBOM_COMPONENT";
@@ -97,115 +103,171 @@ COnePartBom* makePartBom(const LabelRow& row, const CString& label, const Drawin
     return bom;
 }
 
-bool holdsSameRow(const CPartBomDataBase& record, const LabelRow& row) {
-    for (const COnePartBom* bom : record.PartBoms)
-        if (bom->Type.EqualsNoCase(row.type) && bom->Code.EqualsNoCase(row.code) &&
-            bom->Name.EqualsNoCase(row.name) && bom->Note.EqualsNoCase(row.note))
-            return true;
-    return false;
-}
-
-void fillGroupFields(CPartBomDataBase& record, const CStringArray& group) {
-    record.ElementDesc = group[kElementDesc];
-    record.SeqNo = group[kSeqNo];
-    record.BoardNo = group[kBoardNo];
-    record.BoardName = group[kBoardName];
-    record.BoardSide = group[kBoardSide];
-    record.RowSplit = group[kRowSplit];
-    record.WirePathNo = group[kWirePathNo];
-    record.WireStampBlock = group[kWireStampBlock];
+void fillGroupFields(CPartBomDataBase& record, const RecordGroups& groups, size_t group) {
+    record.ElementDesc = groups.value(group, kElementDesc);
+    record.SeqNo = groups.value(group, kSeqNo);
+    record.BoardNo = groups.value(group, kBoardNo);
+    record.BoardName = groups.value(group, kBoardName);
+    record.BoardSide = groups.value(group, kBoardSide);
+    record.RowSplit = groups.value(group, kRowSplit);
+    record.WirePathNo = groups.value(group, kWirePathNo);
+    record.WireStampBlock = groups.value(group, kWireStampBlock);
     record.WireStampBlock.TrimRight(u':');
-    record.WireStampAngle = group[kWireStampAngle];
-    record.LayoutScale = group[kLayoutScale];
-    record.ElementOrderNo = group[kElementOrderNo].IsEmpty() ? group[kSeqNo] : group[kElementOrderNo];
-    record.ElementClass = group[kElementClass];
-    record.ElementLabelDistance = group[kElementLabelDistance];
-    record.CabinetDrawingBlock = group[kCabinetDrawingBlock];
-    record.BreakerDrawingBlock = group[kBreakerDrawingBlock];
+    record.WireStampAngle = groups.value(group, kWireStampAngle);
+    record.LayoutScale = groups.value(group, kLayoutScale);
+    record.ElementOrderNo = groups.value(group, kElementOrderNo);
+    if (record.ElementOrderNo.IsEmpty()) record.ElementOrderNo = record.SeqNo;
+    record.ElementClass = groups.value(group, kElementClass);
+    record.ElementLabelDistance = groups.value(group, kElementLabelDistance);
+    record.CabinetDrawingBlock = groups.value(group, kCabinetDrawingBlock);
+    record.BreakerDrawingBlock = groups.value(group, kBreakerDrawingBlock);
 }
 
-CPartBomDataBase* findRecord(CPartBomDataBaseArray& parts, const CString& location, const CString& label) {
-    for (CPartBomDataBase* record : parts)
-        if (record->Location == location && record->Label == label) return record;
-    return nullptr;
-}
+// What the merge looks up, so that each look-up is one step however many records there are: the record
+// of each location and label, the rows each record holds (type, code, name and note, ignoring case), and
+// the first row of each label in array order.
+class PartIndex {
+public:
+    explicit PartIndex(const CPartBomDataBaseArray& parts) {
+        for (CPartBomDataBase* record : parts) {
+            addRecord(*record);
+            for (COnePartBom* bom : record->PartBoms) noteRow(*record, *bom);
+        }
+    }
 
-COnePartBom* findRowOfLabel(CPartBomDataBaseArray& parts, const CString& label) {
-    for (CPartBomDataBase* record : parts)
-        for (COnePartBom* bom : record->PartBoms)
-            if (bom->Label == label) return bom;
-    return nullptr;
+    CPartBomDataBase* findRecord(const CString& location, const CString& label) const {
+        const auto found = m_records.find(joined({&location, &label}));
+        return found == m_records.end() ? nullptr : found->second;
+    }
+    bool holdsSameRow(const CPartBomDataBase& record, const LabelRow& row) const {
+        return m_rows.contains(rowKey(record, row.type, row.code, row.name, row.note));
+    }
+    COnePartBom* firstRowOfLabel(const CString& label) const {
+        const auto found = m_firstRows.find(label);
+        return found == m_firstRows.end() ? nullptr : found->second;
+    }
+    void addRecord(CPartBomDataBase& record) { m_records.emplace(joined({&record.Location, &record.Label}), &record); }
+    // Rows are only appended, to a record that already holds a row of its label or to a new record at the
+    // end, so the first row of a label stays the first once it is known.
+    void noteRow(const CPartBomDataBase& record, COnePartBom& bom) {
+        m_rows.insert(rowKey(record, bom.Type, bom.Code, bom.Name, bom.Note));
+        m_firstRows.emplace(bom.Label, &bom);
+    }
+
+private:
+    // Texts joined with each one's length in front, so that no two lists of texts give the same key.
+    static std::u16string joined(std::initializer_list<const CString*> texts) {
+        std::u16string key;
+        for (const CString* text : texts) {
+            key += static_cast<char16_t>(text->GetLength() & 0xFFFF);
+            key += static_cast<char16_t>(text->GetLength() >> 16);
+            key += text->view();
+        }
+        return key;
+    }
+    static std::u16string rowKey(const CPartBomDataBase& record, CString type, CString code, CString name,
+                                 CString note) {
+        std::u16string key = joined({&type.MakeUpper(), &code.MakeUpper(), &name.MakeUpper(), &note.MakeUpper()});
+        const auto address = reinterpret_cast<std::uintptr_t>(&record);
+        for (size_t shift = 0; shift < sizeof(address) * 8; shift += 16)
+            key += static_cast<char16_t>((address >> shift) & 0xFFFF);
+        return key;
+    }
+
+    std::unordered_map<std::u16string, CPartBomDataBase*> m_records;
+    std::unordered_set<std::u16string> m_rows;
+    std::unordered_map<CString, COnePartBom*> m_firstRows;
+};
+
+// The first group of each label of a cell.
+std::unordered_map<CString, size_t> firstGroupOfLabels(const RecordGroups& labels) {
+    std::unordered_map<CString, size_t> first;
+    for (size_t group = 0; group < labels.size(); ++group) first.emplace(labels.value(group, kLabel), group);
+    return first;
 }
 
 void addLabelsOfRow(const RecordGroups& labels, const LabelRow& row, const DrawingSource& source,
-                    CPartBomDataBaseArray& parts) {
+                    CPartBomDataBaseArray& parts, PartIndex& index) {
     // A location cell with text moves the device there, whatever the drawing says.
     const CString& location = row.location.IsEmpty() ? source.location : row.location;
-    for (const CStringArray& group : labels.groups) {
-        const CString& label = group[kLabel];
+    const CSharedText mergedLabels(labels.lastValue(kMergedLabels));
+    const std::unordered_map<CString, size_t> firstGroups = firstGroupOfLabels(labels);
+    for (size_t group = 0; group < labels.size(); ++group) {
+        const CString label = labels.value(group, kLabel);
         if (label == u" ") continue;
-        if (CPartBomDataBase* record = findRecord(parts, location, label)) {
-            if (!holdsSameRow(*record, row)) record->PartBoms.Add(makePartBom(row, label, source));
+        CPartBomDataBase* record = index.findRecord(location, label);
+        if (record == nullptr) {
+            auto made = std::make_unique<CPartBomDataBase>();
+            made->Location = location;
+            made->Label = label;
+            made->MergedLabels = mergedLabels;
+            fillGroupFields(*made, labels, firstGroups.at(label));
+            record = made.get();
+            parts.Add(made.release());
+            index.addRecord(*record);
+        } else if (index.holdsSameRow(*record, row)) {
             continue;
         }
-        auto* record = new CPartBomDataBase;
-        record->Location = location;
-        record->Label = label;
-        record->MergedLabels = labels.last[kMergedLabels];
-        for (const CStringArray& first : labels.groups) {
-            if (first[kLabel] != label) continue;
-            fillGroupFields(*record, first);
-            break;
-        }
-        record->PartBoms.Add(makePartBom(row, label, source));
-        parts.Add(record);
+        COnePartBom* bom = makePartBom(row, label, source);
+        record->PartBoms.Add(bom);
+        index.noteRow(*record, *bom);
     }
 }
 
-void addComponents(const RecordGroups& components, CPartBomDataBaseArray& parts) {
-    for (const CStringArray& group : components.groups) {
-        COnePartBom* bom = findRowOfLabel(parts, group[kComponentLabel]);
+void addComponents(const RecordGroups& components, const PartIndex& index) {
+    for (size_t group = 0; group < components.size(); ++group) {
+        COnePartBom* bom = index.firstRowOfLabel(components.value(group, kComponentLabel));
         if (bom == nullptr) continue;
         auto* component = new COneComponent;
-        component->Name = group[kComponentName];
-        component->Type = group[kComponentType];
-        component->Code = group[kComponentCode];
-        component->Count = group[kComponentCount];
+        component->Name = components.value(group, kComponentName);
+        component->Type = components.value(group, kComponentType);
+        component->Code = components.value(group, kComponentCode);
+        component->Count = components.value(group, kComponentCount);
         bom->Components.Add(component);
     }
+}
+
+void readParts(AcDbDatabase* database, const DrawingSource& source, CPartBomDataBaseArray& parts, PartIndex& index) {
+    QxWalkModelSpace(database, [&](AcDbEntity& entity) {
+        AcDbMText* cell = QxAsMText(&entity);
+        if (cell == nullptr || !HasXData(cell, QXBOM_LABEL)) return WalkStep::Continue;
+        LabelRow row = readLabelRow(database, *cell);
+        if (!rowCounts(row)) return WalkStep::Continue;
+        const RecordGroups labels(xrecordLines(cell, QXBOM_LABEL), LabelRecordKeys());
+        const RecordGroups components(xrecordLines(cell, QXBOM_COMPONENT), ComponentRecordKeys());
+        addLabelsOfRow(labels, row, source, parts, index);
+        addComponents(components, index);
+        return WalkStep::Continue;
+    });
+}
+
+bool readPartsOfOneDwg(const CString& path, int flag, CPartBomDataBaseArray& parts, PartIndex& index) {
+    const QxDwgDatabase drawing(path, flag);
+    if (!drawing) return false;
+    CString location;
+    QxGetDwgLocation(drawing.get(), location);
+    readParts(drawing.get(), DrawingSource{path, flag, location}, parts, index);
+    return true;
 }
 
 } // namespace
 
 bool CGetPartInfo::GetPartsOfDwgs(const CStringArray& drawings, CPartBomDataBaseArray& parts) const {
     if (drawings.IsEmpty()) return false;
-    for (const CString& path : drawings) GetPartsOfOneDwg(path, 1, parts);
+    PartIndex index(parts);
+    for (const CString& path : drawings) readPartsOfOneDwg(path, 1, parts, index);
     return true;
 }
 
 bool CGetPartInfo::GetPartsOfOneDwg(CString path, int flag, CPartBomDataBaseArray& parts) const {
-    const QxDwgDatabase drawing(path, flag);
-    if (!drawing) return false;
-    CString location;
-    QxGetDwgLocation(drawing.get(), location);
-    return GetPartsOfDatabase(drawing.get(), path, flag, location, parts);
+    PartIndex index(parts);
+    return readPartsOfOneDwg(path, flag, parts, index);
 }
 
 bool CGetPartInfo::GetPartsOfDatabase(AcDbDatabase* database, CString path, int flag, CString location,
                                       CPartBomDataBaseArray& parts) const {
     if (database == nullptr) return false;
-    const DrawingSource source{path, flag, location};
-    QxWalkModelSpace(database, [&](AcDbEntity& entity) {
-        AcDbMText* cell = QxAsMText(&entity);
-        if (cell == nullptr || !HasXData(cell, QXBOM_LABEL)) return WalkStep::Continue;
-        const RecordGroups labels = QxSplitRecordGroups(xrecordLines(cell, QXBOM_LABEL), LabelRecordKeys());
-        LabelRow row = readLabelRow(database, *cell);
-        if (!rowCounts(row)) return WalkStep::Continue;
-        const RecordGroups components =
-            QxSplitRecordGroups(xrecordLines(cell, QXBOM_COMPONENT), ComponentRecordKeys());
-        addLabelsOfRow(labels, row, source, parts);
-        addComponents(components, parts);
-        return WalkStep::Continue;
-    });
+    PartIndex index(parts);
+    readParts(database, DrawingSource{path, flag, location}, parts, index);
     return true;
 }

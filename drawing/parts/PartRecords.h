@@ -4,6 +4,25 @@
 
 #include "support/CArray.h"
 
+#include <memory>
+
+// Text that many records hold alike (the merged labels of one label cell, which may list thousands of
+// labels): kept once and shared by every record made from the cell.
+class QX_API CSharedText {
+public:
+    CSharedText() = default;
+    CSharedText(CString text) : m_text(std::make_shared<const CString>(std::move(text))) {}
+    const CString& get() const {
+        static const CString empty;
+        return m_text ? *m_text : empty;
+    }
+    operator const CString&() const { return get(); }
+    friend bool operator==(const CSharedText& a, const CString& b) { return a.get() == b; }
+
+private:
+    std::shared_ptr<const CString> m_text;
+};
+
 // One component of a part, from the label cell's component record.
 class QX_API COneComponent {
 public:
@@ -52,7 +71,7 @@ public:
 
     CString Location;
     CString Label;
-    CString MergedLabels;
+    CSharedText MergedLabels;
     CString ElementDesc;
     CArray<COnePartBom*, COnePartBom*> PartBoms;  // owned
     CString SeqNo;

@@ -24,17 +24,21 @@ int matchingKey(const CString& line, const std::vector<CString>& keys) {
 
 } // namespace
 
-RecordGroups QxSplitRecordGroups(const CStringArray& lines, const std::vector<CString>& keys) {
-    RecordGroups result;
-    CStringArray current;
-    current.SetSize(static_cast<int>(keys.size()));
-    for (int i = 0; i < lines.GetSize(); ++i) {
-        const CString& line = lines[i];
-        const int key = matchingKey(line, keys);
-        if (key == 0 && i > 0) result.groups.push_back(current);
-        if (key >= 0) current[key] = line.Mid(keys[static_cast<size_t>(key)].GetLength());
-        if (i == lines.GetUpperBound()) result.groups.push_back(current);
+RecordGroups::RecordGroups(CStringArray lines, const std::vector<CString>& keys)
+    : m_lines(std::move(lines)), m_keys(keys) {
+    std::vector<int> current(keys.size(), -1);
+    auto close = [&] { m_setters.insert(m_setters.end(), current.begin(), current.end()); };
+    for (int i = 0; i < m_lines.GetSize(); ++i) {
+        const int key = matchingKey(m_lines[i], keys);
+        if (key == 0 && i > 0) close();
+        if (key >= 0) current[static_cast<size_t>(key)] = i;
+        if (i == m_lines.GetUpperBound()) close();
     }
-    result.last = current;
-    return result;
+    close();
+}
+
+CString RecordGroups::value(size_t group, int key) const {
+    const size_t k = static_cast<size_t>(key);
+    const int line = m_setters.at(group * m_keys.size() + k);
+    return line < 0 ? CString() : m_lines[line].Mid(m_keys[k].GetLength());
 }

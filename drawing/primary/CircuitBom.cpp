@@ -7,6 +7,7 @@
 #include "drawing/title/TitleBlock.h"
 #include "drawing/walk/EntityWalk.h"
 #include "support/TextHelpers.h"
+#include "support/XDataHelpers.h"
 
 #include <cmath>
 
@@ -49,12 +50,20 @@ void addSymbolRow(AcDbEntity* symbol, CircuitBomColumns& columns) {
     columns.prices.Add(CString());
 }
 
-// The marker's record when the definition has a marker, else a row per nested first-class symbol.
+// A marker that a scan added and that nothing has written a record to since.
+bool isEmptyAddedMarker(AcDbEntity& marker) {
+    return HasXData(&marker, QX_CIRCUIT1_ADDEDMARKER) && !QxHasXRecord(&marker, QX_CIRCUI1_BOMRECORD) &&
+           !QxHasXRecord(&marker, QX_CIRCUI1_NewAddInfo);
+}
+
+// The first marker's record when the definition has a marker, else a row per nested first-class symbol.
+// An empty marker that a scan added is passed over: otherwise every later circuit of the block, in this
+// scan and the next, would lose its nested parts.
 void readBlockDefinition(AcDbObjectId block, CircuitBomColumns& columns) {
     bool markerFound = false;
     const bool opened = QxWalkBlockRecord(block, [&](AcDbEntity& entity) {
         AcGePoint3d centre;
-        if (!QxIsCircuitMarker(&entity, centre)) return WalkStep::Continue;
+        if (!QxIsCircuitMarker(&entity, centre) || isEmptyAddedMarker(entity)) return WalkStep::Continue;
         readBomRecord(&entity, columns);
         markerFound = true;
         return WalkStep::Stop;

@@ -16,3 +16,6 @@ inline constexpr char16_t QX_SYS_HEAD_ITEMNAME[] = u"QX_SYS_HEAD_ITEMNAME";
 // Xrecords of a circuit block or of the marker in its definition.
 inline constexpr char16_t QX_CIRCUI1_BOMRECORD[] = u"QX_CIRCUI1_BOMRECORD";
 inline constexpr char16_t QX_CIRCUI1_NewAddInfo[] = u"QX_CIRCUI1_NewAddInfo";
+// Presence marks a marker that a scan added: until a record is stored on it, it stands for nothing, so
+// the nested symbols of its definition still give the circuit's rows.
+inline constexpr char16_t QX_CIRCUIT1_ADDEDMARKER[] = u"QX_CIRCUIT1_ADDEDMARKER";

@@ -100,7 +100,7 @@ public:
             addReference(*m_circuits[found->second], handle, m_path, m_flag);
             return;
         }
-        if (!secondary.IsEmpty() && !FileExists(secondary)) secondary = m_secondary.Resolve(secondary);
+        if (!secondary.IsEmpty() && !m_secondary.Exists(secondary)) secondary = m_secondary.Resolve(secondary);
         circuit->SecondaryDrawings = secondary;
         addReference(*circuit, handle, m_path, m_flag);
         m_firstOfIdentity.emplace(identity, m_circuits.Add(circuit.release()));

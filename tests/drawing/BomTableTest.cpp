@@ -181,6 +181,10 @@ TEST_F(BomTableTest, RowsComeInDrawingOrderFromModelSpaceOnly) {
     const AcDbObjectId block = b.defineBlock(u"CELLS");
     const AcDbObjectId inside = b.addMText(u"in block", {0, 0, 0}, block);
     b.setXDataStrings(inside, QXBOM_LABEL, {u""});
+    // Nor is a single-line text, whatever keys it carries.
+    const AcDbObjectId text = b.addText(u"text", {0, 30, 0});
+    b.setXDataStrings(text, QXBOM_LABEL, {u"text"});
+    b.setXDataStrings(text, QXBOM_TYPE, {u"text"});
     const BomColumnsRead c = read();
     ASSERT_EQ(c.size(), 2);
     EXPECT_EQ(c.labels[0], u"2");

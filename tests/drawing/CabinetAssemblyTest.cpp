@@ -10,6 +10,7 @@
 #include "drawing/assembly/ReferGroups.h"
 #include "drawing/model/DrawingBuilder.h"
 #include "drawing/primary/CircuitBom.h"
+#include "support/XDataHelpers.h"
 
 namespace {
 
@@ -55,11 +56,13 @@ std::vector<const AcDbPolyline*> markersOf(AcDbDatabase* database, const CString
 
 TEST(CircuitRowsTest, PartsOfOneCircuitAddUpIgnoringCaseUnlessOneMasterHoldsThem) {
     CircuitTableColumns table;
-    ASSERT_TRUE(table.add(u"", {u"abc", u"", u"T2"}, {u"c1", u"", u"c2"}, {u"n", u"x", u"m"}, {u"2", u"5", u"1"}));
-    // A row without type and code is passed over.
-    EXPECT_EQ(table.types, (CStringArray{u"abc", u"T2"}));
+    ASSERT_TRUE(table.add(u"", {u"abc", u"", u"T2", u""}, {u"c1", u"", u"c2", u"c9"}, {u"n", u"x", u"m", u"k"},
+                          {u"2", u"5", u"1", u"1"}));
+    // A row without type and code is passed over; one with a code alone is kept.
+    EXPECT_EQ(table.types, (CStringArray{u"abc", u"T2", u""}));
+    EXPECT_EQ(table.codes[2], u"c9");
     ASSERT_TRUE(table.add(u"", {u"ABC"}, {u"C1"}, {u"N"}, {u"3"}));
-    EXPECT_EQ(table.counts, (CStringArray{u"5", u"1"}));
+    EXPECT_EQ(table.counts, (CStringArray{u"5", u"1", u"1"}));
     EXPECT_EQ(table.types[0], u"abc");
 
     // References of one master count once; a count of 0 or no number adds nothing.
@@ -93,8 +96,28 @@ TEST(CircuitNumberTest, SplitsCabinetAndDrawerAtTheFirstBrackets) {
     EXPECT_EQ(drawer, u"2");
     ASSERT_TRUE(QxSplitCircuitNo(u"K03((2))", cabinet, drawer));
     EXPECT_EQ(drawer, u"(2");
+    ASSERT_TRUE(QxSplitCircuitNo(u"K03()2)", cabinet, drawer));
+    EXPECT_EQ(drawer, u"2");  // ")" goes from both ends
     for (const char16_t* plain : {u"K03", u"(2)", u"K03)", u"K03(2", u")K03(2", u""})
         EXPECT_FALSE(QxSplitCircuitNo(plain, cabinet, drawer)) << CString(plain);
+}
+
+TEST(ReferGroupsTest, DrawersJoinTheFirstGroupOfTheirCabinetNamedExactly) {
+    CCir1AttrubuteArray circuits;
+    for (const char16_t* no : {u"K05", u"K05", u"K05(1)", u"k05(2)"}) {
+        auto* circuit = new CCir1Attrubute;
+        circuit->No = no;
+        circuits.Add(circuit);
+    }
+    CReferSourceGroupArray groups;
+    QxBuildReferGroups(circuits, groups, u"\\nowhere\\primary.dwg");
+    ASSERT_EQ(groups.GetSize(), 3);
+    EXPECT_EQ(groups[0]->m_arrDrawers.GetSize(), 1);
+    EXPECT_TRUE(groups[1]->m_arrDrawers.IsEmpty());
+    EXPECT_EQ(groups[2]->m_strName, u"k05");
+    EXPECT_EQ(groups[2]->m_arrDrawers.GetSize(), 1);
+    QxFreeReferGroups(groups);
+    QxFreeCircuits(circuits);
 }
 
 TEST(LinkedSymbolsTest, CountsOnlyLinksThatRunBothWays) {
@@ -209,6 +232,28 @@ TEST_F(AssemblyTest, ScanAddsTheMarkerToCircuitBlocksOnlyWhereItIsMissing) {
     EXPECT_EQ(m_folder.readFile("Station/一次系统图.dwg"), AssemblyFixture("primary.dxf"));
 }
 
+// The marker the first circuit of a block gets must not hide the block's nested symbols from the next
+// circuit, nor from a second command in the same session.
+TEST_F(AssemblyTest, CircuitsSharingABlockKeepTheirNestedPartsInEveryScan) {
+    m_folder.writeFile("Shared/shared.dwg", AssemblyFixture("shared_block.dxf"));
+    const CString folder = m_folder.logic() + u"Shared\\";
+    for (int command = 0; command < 2; ++command) {
+        QxScanPrimaryDiagram(folder);
+        ASSERT_EQ(g_arrReferGroups.GetSize(), 3) << "command " << command;
+        for (int i = 0; i < 2; ++i)
+            EXPECT_EQ(partsText(g_arrReferGroups[i]->m_arrParts), u"NSX100/C100/断路器/1;CT-1/T1/互感器/1;")
+                << g_arrReferGroups[i]->m_strName << ", command " << command;
+        // A master that does not list its symbols back gives them no key: both count.
+        EXPECT_EQ(partsText(g_arrReferGroups[2]->m_arrParts), u"AD16/L1/指示灯/2;");
+        AcDbDatabase* database = nullptr;
+        QxOpenDwgDatabase(folder + u"shared.dwg", 1, database);
+        ASSERT_NE(database, nullptr);
+        const auto markers = markersOf(database, u"CIR_SHARED");
+        ASSERT_EQ(markers.size(), 1u);
+        EXPECT_TRUE(HasXData(markers[0], u"QX_CIRCUIT1_ADDEDMARKER"));
+    }
+}
+
 TEST_F(AssemblyTest, FolderWithoutOneDrawingKeepsTheGroupsOfTheLastScanAnUnreadableOneEmptiesThem) {
     layOutStation();
     QxScanPrimaryDiagram(station());
@@ -267,11 +312,14 @@ TEST_F(AssemblyTest, ReferDrawingNeedsOneExistingFile) {
     EXPECT_TRUE(drawer.m_arrDwgBoms.IsEmpty());
     EXPECT_EQ(drawer.m_strTitleNo, u"kept");
 
-    // Read twice: the rows are replaced, not added. The filter compares code and type ignoring case.
-    auto* part = new CReferSourcePartBomInfo;
-    part->m_strType = u"rx-1";
-    part->m_strCode = u"r1";
-    drawer.m_arrParts.Add(part);
+    // Read twice: the rows are replaced, not added. The filter compares code and type ignoring case; a
+    // part of the same code and another type filters nothing.
+    for (const auto& [type, code] : {std::pair{u"rx-1", u"r1"}, {u"NSX-2", u"C100"}}) {
+        auto* part = new CReferSourcePartBomInfo;
+        part->m_strType = type;
+        part->m_strCode = code;
+        drawer.m_arrParts.Add(part);
+    }
     drawer.m_strDrawing = station() + u"Secondary\\S1.dwg";
     QxReadReferDrawing(drawer);
     QxReadReferDrawing(drawer);
@@ -287,4 +335,10 @@ TEST_F(AssemblyTest, ReferDrawingNeedsOneExistingFile) {
     EXPECT_TRUE(drawer.m_arrDwgBoms[0]->Labels.IsEmpty());
     EXPECT_EQ(drawer.m_strTitleNo, u"Broken");
     EXPECT_TRUE(drawer.m_strTitleName.IsEmpty());
+    // A title without a number: its name stands in.
+    m_folder.writeFile("Station/Secondary/S4.dwg", AssemblyFixture("sec_s4.dxf"));
+    drawer.m_strDrawing = station() + u"Secondary\\S4.dwg";
+    QxReadReferDrawing(drawer);
+    EXPECT_EQ(drawer.m_strTitleNo, u"只有图名");
+    EXPECT_EQ(drawer.m_strTitleName, u"只有图名");
 }

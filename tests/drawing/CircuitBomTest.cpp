@@ -1,5 +1,6 @@
 // The BOM of a circuit block: its record's pair list, the fallbacks into the block definition (marker,
 // nested symbols) and onto the reference's own symbol attributes, the result, and the marker test.
+#include "DxfFixtures.h"
 #include "ReaderDrawings.h"
 #include "drawing/bom/BlockKinds.h"
 #include "drawing/primary/CircuitBom.h"
@@ -102,9 +103,13 @@ TEST_F(CircuitBomTest, MarkerInTheDefinitionHoldsTheRecord) {
     addNestedSymbol(m_panel, u"NESTED", u"N-1", u"");
     const AcDbObjectId decoy = b.addPolyline({{0, 0, 1.0}, {1.2, 0, 1.0}}, true, m_panel);
     AddTextRecord(b, decoy, QX_CIRCUI1_BOMRECORD, {u"型号", u"DECOY"});
+    // A marker a scan added, still empty, is passed over.
+    b.setXDataStrings(addMarker(m_panel), QX_CIRCUIT1_ADDEDMARKER, {u""});
     const AcDbObjectId marker = addMarker(m_panel);
     AddTextRecord(b, marker, QX_CIRCUI1_BOMRECORD, {u"型号", u"MARKED", u"数量", u"4"});
     AddTextRecord(b, marker, QX_CIRCUI1_NewAddInfo, {u"info"});
+    b.setXDataStrings(marker, QX_CIRCUIT1_ADDEDMARKER, {u""});  // added, but since given a record
+    AddTextRecord(b, addMarker(m_panel), QX_CIRCUI1_BOMRECORD, {u"型号", u"SECOND"});  // only the first is read
     const CircuitBomRead read = bomOf(addPanel(m_panel));
     EXPECT_TRUE(read.result);
     EXPECT_EQ(read.types, CStringArray({u"MARKED"}));
@@ -187,4 +192,22 @@ TEST(CircuitMarkerTest, SmallCircleOfDiameterOne) {
     EXPECT_TRUE(isMarker({{0, 0, 0.3}, {0, 1, 5.0}}, true));
     AcDbObjectPointer<AcDbEntity> text(b.addText(u"x", {0, 0, 0}), AcDb::kForRead);
     EXPECT_FALSE(QxIsCircuitMarker(text.get(), centre));
+
+    // The marker as an old-style 2D POLYLINE: the host makes it light-weight when it opens an R12 file,
+    // and keeps it as it is in a later one, where it is then no marker.
+    for (const auto& [file, marker] : {std::pair{"oldmarker_r12.dxf", true}, {"oldmarker_r2000.dxf", false}}) {
+        const auto db = ReadFixture(file);
+        ASSERT_NE(db, nullptr) << file;
+        AcDbBlockTable* table = nullptr;
+        ASSERT_EQ(db->getBlockTable(table, AcDb::kForRead), Acad::eOk);
+        AcDbObjectId block;
+        table->getAt(u"CIR", block);
+        table->close();
+        const auto inside = EntitiesOf(block);
+        ASSERT_EQ(inside.size(), 1u) << file;
+        EXPECT_EQ(QxIsCircuitMarker(inside[0], centre), marker) << file;
+        AcDbExtents extents;
+        ASSERT_EQ(inside[0]->getGeomExtents(extents), Acad::eOk) << file;
+        EXPECT_DOUBLE_EQ(extents.maxPoint().y, 0.5) << file;
+    }
 }

@@ -93,6 +93,10 @@ protected:
 } // namespace
 
 TEST_F(DeviceMergeTest, CabinetListsOfEitherCommaMergeTheFirstGroupOnce) {
+    // Without any group the list still sets the cabinet count.
+    node.m_strCirNo = u"K01,K02";
+    EXPECT_TRUE(QxMergeDeviceBom(&node));
+    EXPECT_EQ(node.m_nCabCount, 2);
     addGroup(u"K01", {{u"T1", u"n1", u"1"}}, {{u"s", u"S", u"1"}});
     addGroup(u"K02", {{u"T1", u"n1", u"1", u"other code"}}, {{u"s", u"S", u"9"}});
     addGroup(u"K03", {{u"T9", u"n9", u"1"}});
@@ -147,13 +151,13 @@ TEST_F(DeviceMergeTest, WithoutOwnRowsEveryDrawerOfTheGroupAddsItsRows) {
 
 TEST_F(DeviceMergeTest, PlainGroupsOfOneNameFillTheRowsOnceAndAddTheirParts) {
     addGroup(u"K01", {{u"T1", u"n1", u"1"}}, {{u"r", u"R", u"1"}, {u"r", u"R", u"2"}});
-    addGroup(u"K01", {{u"T1", u"n1", u"2"}, {u"T2", u"n2", u"x"}}, {{u"late", u"L", u"1"}});
+    addGroup(u"K01", {{u"T1", u"n1", u"2"}, {u"T2", u"n2", u"x"}, {u"T3", u"n1", u"4"}}, {{u"late", u"L", u"1"}});
     node.m_strCirNo = u"K01";
     ASSERT_TRUE(QxMergeDeviceBom(&node));
     // Rows of a plain group are appended as they are, without adding up.
     EXPECT_EQ(rowsText(node.m_arrSecondaryBom), u"r/R/1;r/R/2;");
-    // A row the add rule appends keeps its count text as it stands.
-    EXPECT_EQ(rowsText(node.m_arrPrimaryBom), u"n1/T1/3;n2/T2/x;");
+    // A row the add rule appends keeps its count text as it stands; another model is another row.
+    EXPECT_EQ(rowsText(node.m_arrPrimaryBom), u"n1/T1/3;n2/T2/x;n1/T3/4;");
     EXPECT_EQ(node.m_arrPrimaryBom[0].m_strRowCode, u"T1");
     EXPECT_TRUE(node.m_arrPrimaryBom[0].m_strRowLabel.IsEmpty());
 }
@@ -172,6 +176,12 @@ TEST_F(DeviceMergeTest, EachFailureOfTheCheckShowsItsMessageAndRaisesTheFlag) {
          [](CReferSourceGroupInfo& b) { b.m_strTitleName = u"other"; }},
         {u"屏柜 %s 和屏柜 %s 内容应该一致，但是现在不一致，抽屉数量不同，请检查一次系统图。",
          [](CReferSourceGroupInfo& b) { addDrawer(b, u"3", {}); }},
+        // Titles are compared before the number of drawers.
+        {u"屏柜 %s 和屏柜 %s 内容应该一致，但是现在不一致，关联二次明细文件不同，请检查一次系统图。",
+         [](CReferSourceGroupInfo& b) {
+             b.m_strTitleNo = u"S-2";
+             addDrawer(b, u"3", {});
+         }},
         // A second drawer with fewer parts than the first.
         {u"屏柜 %s 和屏柜 %s 内容应该一致，但是现在不一致，一次元件内容不一样，请检查一次系统图。",
          [](CReferSourceGroupInfo& b) {
@@ -233,6 +243,12 @@ TEST_F(DeviceMergeTest, DeviceRowsComeFromItsOwnDrawingsOncePerMergedLabel) {
     // Only the row taken just before is compared: a row between lets the repeat through.
     QxGetDeviceSecondaryRows(station() + u"K02\\K02.prj", rows);
     EXPECT_EQ(rowsText(rows), u"继电器/RX-1/2;继电器/RX-2/1;继电器/RX-1/2;断路器/NSX100/1;");
+
+    // Rows of count "1" are never passed over.
+    m_folder.writeFile("Station/K03/K03.prj", DeviceFileText("K03"));
+    m_folder.writeFile("Station/K03/C.dwg", AssemblyFixture("device_c.dxf"));
+    QxGetDeviceSecondaryRows(station() + u"K03\\K03.prj", rows);
+    EXPECT_EQ(rowsText(rows), u"继电器/RX-3/1;继电器/RX-3/1;");
 
     QxGetDeviceSecondaryRows(station() + u"K09\\K09.prj", rows);
     EXPECT_TRUE(rows.IsEmpty());

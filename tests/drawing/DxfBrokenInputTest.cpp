@@ -90,10 +90,15 @@ TEST(DxfTextDecoderTest, CodePagesEscapesAndUtf8) {
     EXPECT_EQ(legacy.decode("\xB6\xCF\\U+8DEF\\M+5D6F7"), u"断路主");
     EXPECT_EQ(legacy.decode("\\U+12"), u"\\U+12");  // too short to be an escape
     EXPECT_EQ(legacy.decode("\\M+9D6F7"), u"\\M+9D6F7");
+    // Caret notation: a control character or a caret; anything else stays as written.
+    EXPECT_EQ(legacy.decode("a^Ib^ c^J^M^@^a^"), u"a\tb^c\n\r^@^a^");
+    EXPECT_EQ(legacy.decode("\x81^I"), u"\u4E5BI");  // 0x5E as the second byte of a character is no caret
+    EXPECT_EQ(legacy.decode("\\U+005EI"), u"^I");    // nor is an escaped caret
 
     DxfTextDecoder utf8;
     utf8.setVersion("AC1032");
     EXPECT_EQ(utf8.decode("\xE6\x96\xAD\\U+221A"), u"断\\U+221A");  // taken as stored
+    EXPECT_EQ(utf8.decode("^I^ ^_"), u"\t^\x1F");
     EXPECT_EQ(IconvNameOfDwgCodePage("ansi_1252"), "CP1252");
     EXPECT_EQ(IconvNameOfDwgCodePage("nonsense"), "");
 }

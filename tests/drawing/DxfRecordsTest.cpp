@@ -113,14 +113,14 @@ TEST(DxfRecordsTest, XrecordDataAndXDataGroupsWithCommentsAmongThem) {
                   {0, "DICTIONARY"}, {5, "C"}, {330, "0"}, {100, "AcDbDictionary"}, {3, "A"}, {999, "between"},
                   {350, "0d"}, {3, "LOST"}, {350, "777"},
                   // A 280 first is the cloning flag; a later one is data, as are 5 and 330 behind the marker.
-                  {0, "XRECORD"}, {5, "D"}, {330, "C"}, {100, "AcDbXrecord"}, {280, "1"}, {1, "x"},
+                  {0, "XRECORD"}, {5, "D"}, {330, "C"}, {100, "AcDbXrecord"}, {280, "1"}, {1, "x^Iy"},
                   {999, "not an item"}, {280, "5"}, {330, "00ab"}, {11, "1"}, {21, "2"}, {1001, "APP"},
-                  {999, "nor xdata"}, {1002, "{"}, {1000, "in"}, {1002, "}"},
+                  {999, "nor xdata"}, {1002, "{"}, {1000, "^ in"}, {1002, "}"},
                   {1011, "7"}, {1021, "8"}, {1031, "9"}, {1004, "0A0B"},
                   {0, "ENDSEC"}, {0, "EOF"}});
     ASSERT_EQ(ReadDxfText(text, db), DxfLoadStatus::Ok);
     EXPECT_EQ(XrecordItems(db.namedObjectsDictionaryId(), u"a"),
-              (ResItems{ResItem::text(1, u"x"), ResItem::integer(280, 5), ResItem::text(330, u"AB"),
+              (ResItems{ResItem::text(1, u"x\ty"), ResItem::integer(280, 5), ResItem::text(330, u"AB"),
                         ResItem::point(11, {1, 2, 0})}));
     AcDbObjectPointer<AcDbDictionary> named(db.namedObjectsDictionaryId(), AcDb::kForRead);
     AcDbObjectId lost;
@@ -130,7 +130,7 @@ TEST(DxfRecordsTest, XrecordDataAndXDataGroupsWithCommentsAmongThem) {
     named->getAt(u"A", recordId);
     const XDataApp* app = recordId.objectUnchecked()->findXData(u"APP");
     ASSERT_NE(app, nullptr);
-    EXPECT_EQ(app->items, (ResItems{ResItem::text(1002, u"{"), ResItem::text(1000, u"in"), ResItem::text(1002, u"}"),
+    EXPECT_EQ(app->items, (ResItems{ResItem::text(1002, u"{"), ResItem::text(1000, u"^in"), ResItem::text(1002, u"}"),
                                     ResItem::point(1011, {7, 8, 9}), ResItem::text(1004, u"0A0B")}));
 }
 

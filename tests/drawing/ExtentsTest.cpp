@@ -1,4 +1,6 @@
 // Geometric extents: block references measured through their definitions.
+#include "DxfFixtures.h"
+#include "drawing/bom/BlockKinds.h"
 #include "drawing/model/DrawingBuilder.h"
 
 #include <gtest/gtest.h>
@@ -100,4 +102,30 @@ TEST(ExtentsTest, NestedDefinitionsAreMeasuredAgainAfterTheDrawingChanges) {
     line->setEndPoint({5, 1, 0});
     line->close();
     expectBox(extentsOf(top), 10, 0, 15, 1);
+}
+
+// Definitions that hold nothing but text or curves without vertices of their own: a labelled symbol of
+// that kind has an area, and so is a first-class symbol.
+TEST(ExtentsTest, TextEllipsesSplinesAndHatchesGiveTheirBoxes) {
+    const auto db = ReadFixture("shapes_r2000.dxf");
+    ASSERT_NE(db, nullptr);
+    const auto symbols = EntitiesOf(db->modelSpaceId());
+    struct Expected {
+        const char* block;
+        double x0, y0, x1, y1;
+    };
+    const Expected expected[] = {
+        {"ONLY_TEXT", 1, 2, 7, 5},                   // three narrow characters of height 3 from (1, 2)
+        {"ONLY_MTEXT", 100, 0, 106, 2 + 2 * 5 / 3.0},  // three wide characters, two lines, bottom left at the location
+        {"ONLY_ELLIPSE", 196, 0, 204, 2},            // the upper half of an ellipse of axes 4 and 2
+        {"ONLY_SPLINE", 300, -1, 305, 3},            // its fit points
+        {"ONLY_HATCH", 400, 0, 406, 2},              // a polyline path
+        {"ONLY_EDGE_HATCH", 500, -1, 502, 1},        // a line and the circle of a half-circle edge
+    };
+    ASSERT_EQ(symbols.size(), std::size(expected));
+    for (size_t i = 0; i < symbols.size(); ++i) {
+        SCOPED_TRACE(expected[i].block);
+        expectBox(extentsOf(symbols[i]->objectId()), expected[i].x0, expected[i].y0, expected[i].x1, expected[i].y1);
+        EXPECT_EQ(QxClassifyBlock(symbols[i]), kFirstClassSymbol);
+    }
 }

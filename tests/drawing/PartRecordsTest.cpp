@@ -22,20 +22,21 @@ struct RowSpec {
     std::optional<CString> location;
     std::optional<CStringArray> labelLines = CStringArray{u"标号:1KA"};
     std::optional<CStringArray> componentLines;
+    bool typeLinksBack = true;
 };
 
 // A table row anchored in its label cell, every link with its back link.
 AcDbObjectId addRow(DrawingBuilder& builder, const RowSpec& wanted) {
     const AcDbObjectId anchor = builder.addMText(wanted.label, {0, 0, 0});
     builder.setXDataStrings(anchor, QXBOM_LABEL, {wanted.label});
-    auto link = [&](const CString& text, const char16_t* forward, const char16_t* back) {
+    auto link = [&](const CString& text, const char16_t* forward, const char16_t* back, bool linksBack = true) {
         const AcDbObjectId cell = builder.addMText(text, {0, 0, 0});
         builder.setXDataLinks(anchor, forward, {cell});
-        builder.setXDataLinks(cell, back, {anchor});
+        if (linksBack) builder.setXDataLinks(cell, back, {anchor});
         return cell;
     };
     if (wanted.number) link(*wanted.number, QXBOM_LABEL_NOHANDLE, QXBOM_NO_LABELHANDLE);
-    const AcDbObjectId type = link(wanted.type, QXBOM_LABEL_TYPEHANDLE, QXBOM_TYPE_LABELHANDLE);
+    const AcDbObjectId type = link(wanted.type, QXBOM_LABEL_TYPEHANDLE, QXBOM_TYPE_LABELHANDLE, wanted.typeLinksBack);
     if (wanted.code) builder.setXDataStrings(type, QXBOM_CODE, {*wanted.code});
     builder.setXDataStrings(type, QXBOM_PRICE, {u"9.5"});
     builder.setXDataStrings(type, QXBOM_DEVICETYPE, {u"继电器类"});
@@ -64,27 +65,29 @@ struct PartsOf {
 } // namespace
 
 TEST(RecordGroupsTest, GroupsOpenAtEachLabelAndInheritWhatTheyDoNotState) {
-    const RecordGroups groups = QxSplitRecordGroups(
+    const RecordGroups groups(
         {u"序号:7", u"板号:B1", u"标号:1KA", u"其他:x", u"板号:B2", u"合并过的标号数组:A", u"标号:2KA", u"序号:8",
          u"合并过的标号数组:B"},
         LabelRecordKeys());
-    ASSERT_EQ(groups.groups.size(), 3u);
+    ASSERT_EQ(groups.size(), 3u);
     // A first line other than a label: the label is empty when the next label closes the group.
-    EXPECT_EQ(groups.groups[0][kLabel], u"");
-    EXPECT_EQ(groups.groups[0][kSeqNo], u"7");
-    EXPECT_EQ(groups.groups[1][kLabel], u"1KA");
-    EXPECT_EQ(groups.groups[1][kBoardNo], u"B2");
-    EXPECT_EQ(groups.groups[2][kLabel], u"2KA");
-    EXPECT_EQ(groups.groups[2][kBoardNo], u"B2");
-    EXPECT_EQ(groups.groups[2][kSeqNo], u"8");
-    EXPECT_EQ(groups.last[kMergedLabels], u"B");
+    EXPECT_EQ(groups.value(0, kLabel), u"");
+    EXPECT_EQ(groups.value(0, kSeqNo), u"7");
+    EXPECT_EQ(groups.value(0, kBoardNo), u"B1");
+    EXPECT_EQ(groups.value(1, kLabel), u"1KA");
+    EXPECT_EQ(groups.value(1, kBoardNo), u"B2");
+    EXPECT_EQ(groups.value(1, kMergedLabels), u"A");
+    EXPECT_EQ(groups.value(2, kLabel), u"2KA");
+    EXPECT_EQ(groups.value(2, kBoardNo), u"B2");
+    EXPECT_EQ(groups.value(2, kSeqNo), u"8");
+    EXPECT_EQ(groups.lastValue(kMergedLabels), u"B");
 
-    EXPECT_TRUE(QxSplitRecordGroups({}, LabelRecordKeys()).groups.empty());
+    EXPECT_TRUE(RecordGroups({}, LabelRecordKeys()).empty());
     // A label on the last line closes the group before it and then its own.
-    const RecordGroups closing = QxSplitRecordGroups({u"标号:A", u"名称:n", u"标号:B"}, ComponentRecordKeys());
-    ASSERT_EQ(closing.groups.size(), 2u);
-    EXPECT_EQ(closing.groups[1][kComponentLabel], u"B");
-    EXPECT_EQ(closing.groups[1][kComponentName], u"n");
+    const RecordGroups closing({u"标号:A", u"名称:n", u"标号:B"}, ComponentRecordKeys());
+    ASSERT_EQ(closing.size(), 2u);
+    EXPECT_EQ(closing.value(1, kComponentLabel), u"B");
+    EXPECT_EQ(closing.value(1, kComponentName), u"n");
 }
 
 TEST(PartRecordsTest, LabelGroupsBecomeRecordsWithTheRowsFields) {
@@ -130,7 +133,7 @@ TEST(PartRecordsTest, LabelGroupsBecomeRecordsWithTheRowsFields) {
 TEST(PartRecordsTest, RowsCountOnlyWithALinkedNumberOfDigits) {
     DrawingBuilder builder;
     RowSpec wanted;
-    for (const char16_t* number : {u"A12", u"", u"Z", u"1.5"}) {
+    for (const char16_t* number : {u"A12", u"", u"Z", u"1.5", u"12Z"}) {  // only a leading Z is trimmed
         wanted.number = CString(number);
         addRow(builder, wanted);
     }
@@ -161,9 +164,19 @@ TEST(PartRecordsTest, SameRowOnceAndTheLocationCellMovesTheDevice) {
     addRow(builder, wanted);  // another note: another row
     wanted.location = u"+B2";
     addRow(builder, wanted);
+    // A type cell that does not link back gives no type text, but its code and price are read.
+    wanted.location = u"+C3";
+    wanted.code = u"R9";
+    wanted.typeLinksBack = false;
+    addRow(builder, wanted);
     PartsOf read;
     read.read(builder);
-    ASSERT_EQ(read.parts.GetSize(), 2);
+    ASSERT_EQ(read.parts.GetSize(), 3);
+    const COnePartBom& unlinked = *read.parts[2]->PartBoms[0];
+    EXPECT_EQ(unlinked.Type, u"");
+    EXPECT_EQ(unlinked.Code, u"R9");
+    EXPECT_EQ(unlinked.Price, u"9.5");
+    EXPECT_EQ(unlinked.DeviceType, u"继电器类");
     ASSERT_EQ(read.parts[0]->PartBoms.GetSize(), 2);
     EXPECT_EQ(read.parts[0]->PartBoms[0]->Count, u"1");
     EXPECT_TRUE(read.parts[0]->PartBoms[0]->Code.IsEmpty());

@@ -274,7 +274,8 @@ TEST_F(PrimaryDiagramTest, SecondaryDrawingsFollowTheProjectFolder) {
     TempFolder folder;
     folder.writeFile("K01/K01二次原理图.dwg", "x");
     folder.writeFile("K02/K02二次原理图.dwg", "x");
-    const CString existing = folder.logic() + u"K02\\K02二次原理图.dwg";
+    // Written in other case: it passes FileExists, so it stays as written.
+    const CString existing = folder.logic() + u"k02\\k02二次原理图.DWG";
     CircuitAttributes a;
     a.v2 = u"＠DC220V『D:\\old\\站\\K01\\K01二次原理图.dwg』";
     addCircuit(a);

@@ -114,7 +114,9 @@ TEST(TitleCellTableTest, TheTableHoldsAHundredCells) {
 
 TEST_F(TitleBlockTest, TextOnAnEdgeLiesOutsideAndTheFirstInsideWins) {
     const AcDbObjectId title = addBlockWithKeys({100, 50, 0}, kAllKeys);
-    AddTextRecord(b, title, CORVANE_TITLE, {u"设计图号|10|20|30|5|0|0|", u"图 名|40|20|60|5|0|0|"});
+    // The table's items count whatever their result types.
+    b.addXrecord(title, CORVANE_TITLE,
+                 {ResItem::text(1000, u"设计图号|10|20|30|5|0|0|"), ResItem::text(300, u"图 名|40|20|60|5|0|0|")});
     b.addText(u"on the edge", {110, 60, 0});
     b.addText(u"{\\H2;A-01}", {111, 60, 0});
     b.addText(u"second", {112, 60, 0});

@@ -6,8 +6,12 @@
 primary.dxf is a primary diagram whose circuits cover the ways a cabinet group is built: two drawers of
 one cabinet, a plain circuit with its BOM record on the reference, references of one master symbol, and
 two plain circuits of one number. sec_s1/s2/s3.dxf are the secondary drawings its circuits name (the tests
-put them in a folder "Secondary" below the primary drawing, so the moved paths resolve there).
-device_a.dxf and device_b.dxf are the two drawings of one device, with label records and components.
+put them in a folder "Secondary" below the primary drawing, so the moved paths resolve there); sec_s4.dxf
+has a title block with a name and no number.
+device_a.dxf and device_b.dxf are the two drawings of one device, with label records and components;
+device_c.dxf has one table row of count 1 for two labels.
+shared_block.dxf is a primary diagram whose two circuits share one block definition without a marker,
+and a circuit whose symbols name a master that does not list them.
 """
 import os
 
@@ -130,6 +134,34 @@ def primary():
     doc.saveas(os.path.join(HERE, "primary.dxf"), encoding="utf-8")
 
 
+def shared_block():
+    """Two circuits of one block definition that holds two first-class symbols and no marker."""
+    doc = ezdxf.new("R2010")
+    msp = doc.modelspace()
+    symbol = doc.blocks.new("SYMBOL")
+    symbol.add_line((0, 0), (0, 10))
+    shared = doc.blocks.new("CIR_SHARED")
+    shared.add_lwpolyline([(0, 0), (40, 0), (40, 120), (0, 120)], close=True)
+    for y, (model, code, name) in ((40, ("NSX100", "C100", "断路器")), (80, ("CT-1", "T1", "互感器"))):
+        nested = shared.add_blockref("SYMBOL", (20, y))
+        set_value(doc, nested, "QX_SYMB1_TYPE", model)
+        set_value(doc, nested, "QX_SYMB1_CODE", code)
+        set_value(doc, nested, "QX_SYMB1_NAME", name)
+    for i, number in enumerate(("K11", "K12")):
+        set_circuit(doc, msp.add_blockref("CIR_SHARED", (60 * i, 0)), number, "出线", None)
+    # K13: two symbols name a master that does not list them: no key, so they count twice.
+    master = msp.add_circle((200, 200), 1)
+    for i in range(2):
+        ref = msp.add_blockref("SYMBOL", (180 + 10 * i, 0))
+        set_circuit(doc, ref, "K13", "指示", None)
+        set_value(doc, ref, "QX_SYMB1_TYPE", "AD16")
+        set_value(doc, ref, "QX_SYMB1_CODE", "L1")
+        set_value(doc, ref, "QX_SYMB1_NAME", "指示灯")
+        ref.set_xdata(appid(doc, "QX_SYMB1_TYPEHANDLE"), [(1005, master.dxf.handle)])
+    master.set_xdata(appid(doc, "QX_SYMB1_TYPEHANDLE"), [(1005, master.dxf.handle)])
+    doc.saveas(os.path.join(HERE, "shared_block.dxf"), encoding="utf-8")
+
+
 def secondary(name, title, rows):
     doc = ezdxf.new("R2010")
     msp = doc.modelspace()
@@ -156,6 +188,7 @@ def device(name, location, rows):
 
 def main():
     primary()
+    shared_block()
     secondary("sec_s1.dxf", ("S-001", "进线二次"), [
         ("1QF", "1", "NSX100", "C100", "断路器", "1"),      # counted by the primary diagram: filtered
         ("1KA", "2", "RX-1", "R1", "继电器", "2")])
@@ -163,6 +196,7 @@ def main():
         ("2KA", "1", "rx-1", "r1", "继电器", "1"),          # the marker's part, in other case: filtered
         ("2HL", "2", "AD16", "L1", "指示灯", "3")])
     secondary("sec_s3.dxf", ("S-003", "计量二次"), [("3KA", "1", "RX-1", "R1", "继电器", "1")])
+    secondary("sec_s4.dxf", ("", "只有图名"), [])  # no number: the name stands in
     device("device_a.dxf", "+A1", [
         dict(label="1KA", number="Z1", model="RX-1", code="R1", name="继电器", count="2", records={
             "QXBOM_LABEL": ["标号:1KA", "序号:1", "板号:B1", "接线图章组件:STAMP::", "合并过的标号数组:1KA,2KA",
@@ -176,6 +210,13 @@ def main():
         dict(label="1KA", number="4", model="RX-2", code="R2", name="继电器", count="1", records={
             "QXBOM_LABEL": ["标号:1KA"],
             "QXBOM_COMPONENT": ["标号:1KA", "名称:触点", "编码:C2", "型号:T2", "数量:4"]})])
+    device_c()
+
+
+def device_c():
+    # Two labels merged into one table row of count 1: each label's row is a part of its own.
+    device("device_c.dxf", "+C1", [dict(label="7KA", number="1", model="RX-3", code="R3", name="继电器", count="1",
+                                        records={"QXBOM_LABEL": ["标号:7KA", "标号:8KA"]})])
 
 
 if __name__ == "__main__":

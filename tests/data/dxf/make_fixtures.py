@@ -11,6 +11,7 @@ Every drawing holds the same content, written in several DXF versions and encodi
 and broken files made from sample_r2000.dxf (see make_broken); details_r2018.dxf holds groups that are
 easy to misread (see make_details).
 """
+import math
 import os
 import re
 
@@ -181,6 +182,43 @@ def make_details():
     write(doc, "details_r2018.dxf")
 
 
+def make_shapes():
+    """Block definitions that hold only text, MText, an ellipse, a spline or a hatch, each labelled as a
+    first-class symbol by its reference; and the circuit marker's shape as an old-style 2D POLYLINE, in an
+    R12 file (the host converts it on open) and an R2000 file (kept as it is)."""
+    doc = ezdxf.new("R2000")
+    msp = doc.modelspace()
+    doc.appids.new("QX_SYMB1_LABEL")
+
+    def symbol(name, x):
+        ref = msp.add_blockref(name, (x, 0))
+        ref.set_xdata("QX_SYMB1_LABEL", [(1000, name)])
+
+    doc.blocks.new("ONLY_TEXT").add_text("KA1", dxfattribs={"height": 3, "insert": (1, 2)})
+    doc.blocks.new("ONLY_MTEXT").add_mtext("第一行\\P二", dxfattribs={"char_height": 2, "insert": (0, 0),
+                                                                    "attachment_point": 7})
+    doc.blocks.new("ONLY_ELLIPSE").add_ellipse((0, 0), major_axis=(4, 0), ratio=0.5, start_param=0,
+                                               end_param=math.pi)
+    doc.blocks.new("ONLY_SPLINE").add_spline(fit_points=[(0, 0), (2, 3), (5, -1)])
+    polygon = doc.blocks.new("ONLY_HATCH").add_hatch()
+    polygon.paths.add_polyline_path([(0, 0), (6, 0), (6, 2)], is_closed=True)
+    edges = doc.blocks.new("ONLY_EDGE_HATCH").add_hatch()
+    path = edges.paths.add_edge_path()
+    path.add_line((0, 0), (2, 0))
+    path.add_arc((1, 0), radius=1, start_angle=0, end_angle=180)
+    for x, name in enumerate(("ONLY_TEXT", "ONLY_MTEXT", "ONLY_ELLIPSE", "ONLY_SPLINE", "ONLY_HATCH",
+                              "ONLY_EDGE_HATCH")):
+        symbol(name, 100 * x)
+    doc.saveas(os.path.join(HERE, "shapes_r2000.dxf"))
+
+    for version, name in (("R12", "oldmarker_r12.dxf"), ("R2000", "oldmarker_r2000.dxf")):
+        doc = ezdxf.new(version)
+        block = doc.blocks.new("CIR")
+        block.add_polyline2d([(-0.5, 0, 0, 0, 1.0), (0.5, 0, 0, 0, 1.0)], format="xyseb", close=True)
+        doc.modelspace().add_blockref("CIR", (0, 0))
+        doc.saveas(os.path.join(HERE, name))
+
+
 def main():
     write(build("R2000", "gbk"), "sample_r2000.dxf")
     write(build("R2004", "cp1252"), "sample_r2004.dxf")
@@ -191,6 +229,7 @@ def main():
     make_broken("sample_r2000.dxf")
     make_cycle()
     make_details()
+    make_shapes()
 
 
 if __name__ == "__main__":
