@@ -14,6 +14,7 @@ its whole path on the site (from "/") when it holds a "/".
 --cut-stor GLOB         keeps the first 10 bytes of an upload of such a file, then breaks the transfer off
 --slow-retr GLOB        waits 0.3 s before it answers a download of such a file (widens races)
 --endless-retr GLOB     gives no SIZE for such a file and sends 64 MiB when it is downloaded
+--slow-rename GLOB      waits 0.3 s before it answers RNFR of such a file (widens races)
 --refuse-rename         answers every RNTO with 550
 --no-mlsd               knows no MLSD, as older servers: listings need LIST
 --fail-lists N          answers the first N MLSD and LIST commands with 451
@@ -41,7 +42,7 @@ def main():
     parser.add_argument("--user", default="")
     parser.add_argument("--password", default="")
     for glob_option in ("drop-retr", "drop-first-retr", "stall-retr", "fail-first-stor", "refuse-stor",
-                        "cut-stor", "slow-retr", "endless-retr"):
+                        "cut-stor", "slow-retr", "endless-retr", "slow-rename"):
         parser.add_argument("--" + glob_option, default="")
     parser.add_argument("--refuse-rename", action="store_true")
     parser.add_argument("--no-mlsd", action="store_true")
@@ -162,6 +163,11 @@ def main():
                 self.respond("451 Local error in processing.")
                 return
             return super().ftp_STOR(file, mode)
+
+        def ftp_RNFR(self, path):
+            if matches(args.slow_rename, self.fs, path):
+                time.sleep(0.3)
+            return super().ftp_RNFR(path)
 
         def ftp_RNTO(self, path):
             if args.refuse_rename:
