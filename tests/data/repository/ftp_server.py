@@ -151,7 +151,7 @@ def main():
 
         def ftp_SIZE(self, path):
             if matches(args.endless_retr, self.fs, path):
-                self.respond("550 No size.")
+                self.respond("502 SIZE not implemented.")
                 return
             return super().ftp_SIZE(path)
 
