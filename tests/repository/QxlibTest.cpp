@@ -271,13 +271,14 @@ TEST_F(QxlibSlowStagingRenames, TwoClientsStagingInOneFolderAtOnceKeepTheirOwnBy
 namespace {
 
 // A site whose first listings fail: a sync that cannot list must neither take the file for gone nor move on.
-struct QxlibListingsFail : QxlibFaultySite, ::testing::WithParamInterface<std::tuple<const char*, int>> {
+struct QxlibListingsFail : QxlibFaultySite, ::testing::WithParamInterface<std::tuple<std::string, int>> {
     QxlibListingsFail() : QxlibFaultySite({"--fail-lists", std::get<0>(GetParam())}) {}
 };
 
 INSTANTIATE_TEST_SUITE_P(Failures, QxlibListingsFail,
-                         ::testing::Values(std::tuple{"2", 0},      // one listing (MLSD and LIST) fails: retried
-                                           std::tuple{"1000", 1}));  // every listing fails: the client stays behind
+                         ::testing::Values(std::tuple{std::string("2"), 0},      // one listing (MLSD and LIST) fails: retried
+                                           std::tuple{std::string("1000"), 1}),  // every listing fails: the client stays behind
+                         [](const auto& info) { return std::get<1>(info.param) == 0 ? "OneFails" : "AllFail"; });
 
 } // namespace
 
