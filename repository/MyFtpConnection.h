@@ -87,8 +87,9 @@ public:
 private:
     bool returnToRoot();
     bool putWithReconnect(const CString& local, const CString& remote);
-    // Puts local under a staging name unique to this upload beside target and renames it over target, so that the old file stays on the site
-    // until the new one has arrived whole. False only when the target may be left without its content.
+    // Puts local beside target under a staging name unique to this upload ("#HOST-RANDOM.txt"), checks its
+    // size there and renames it over target, so that the old file stays on the site until the new one has
+    // arrived whole. False when it could not be staged, or when the target may be left without its content.
     bool replaceStaged(const CString& local, const CString& target);
     // Uploads local as target, through the staging name when staging is on.
     bool uploadLockLike(const CString& local, const CString& target);
@@ -101,6 +102,7 @@ private:
     bool journalMissingOnSite();
     void giveSiteItsJournal(const CString& fallbackLine);
     bool finishJournalUpdate(const CStringArray& paths, const CStringArray& operations);
+    // The journal and its backup: always staged, whatever "Ftp.bg" says.
     bool writeJournalLike(const CString& local, const CString& target);
     // Appends this host's identity to a lock file and reads it back: true when this host is the first line,
     // else `holder` names the winner. Two clients that find a lock free together cannot both take it.
