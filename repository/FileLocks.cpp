@@ -26,7 +26,14 @@ bool CMyFtpConnection::CheckOutFile(const CString& local, const CString& folder,
     }
     const CString lockPath = lockOf(remote);
     CString holder;
-    if (!readLockHolder(lockPath, holder)) return DownloadFile(remote, local) && writeLock(lockPath);
+    // A free file is locked the way the journal is, by appending and reading back, so that of two hosts
+    // checking it out at the same moment one wins and the other is asked as if the file had been held.
+    // The lock comes before the download; a download that fails gives the lock up again.
+    if (!readLockHolder(lockPath, holder) && appendAndReadLock(lockPath, holder)) {
+        if (DownloadFile(remote, local)) return true;
+        RemoveRemoteFileQuietly(lockPath);
+        return false;
+    }
     if (!holder.EqualsNoCase(GetHostId())) {
         if (!askToRevoke(holder, name)) return false;
         return DownloadFile(remote, local) && writeLock(lockPath);
@@ -46,7 +53,7 @@ void CMyFtpConnection::CancelCheckOut(const CString& local, const CString& folde
 
 bool CMyFtpConnection::TakeLock(const CString& lockPath) {
     CString holder;
-    if (!readLockHolder(lockPath, holder)) return writeLock(lockPath);
+    if (!readLockHolder(lockPath, holder) && appendAndReadLock(lockPath, holder)) return true;
     if (!holder.EqualsNoCase(GetHostId()) && !askToRevoke(holder, lockPath)) return false;
     // Written anew over the old lock: at no moment is the file free for a third client.
     return writeLock(lockPath);

@@ -1,4 +1,4 @@
-// The waits of the repository client. The product keeps the values below; tests shorten them so that a
+// The waits and bounds of the repository client. The product keeps the values below; tests shorten them so that a
 // server that is down or a lock that is held costs them little time.
 #pragma once
 
@@ -17,4 +17,6 @@ struct QX_API FtpTimings {
     int lockWaits = 6;
     // The pause before each file of a folder tree is submitted.
     int treeFilePauseMs = 1000;
+    // The most a download may bring when the site announces no size (1 GiB); with a size, the size plus 1 MiB.
+    long long unannouncedDownloadLimit = 1LL << 30;
 };

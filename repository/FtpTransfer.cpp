@@ -1,5 +1,6 @@
 // Files and folders of CMyFtpConnection: every transfer is tried once more after a fresh login.
 #include "repository/FtpTransport.h"
+#include "repository/HostId.h"
 #include "repository/MyFtpConnection.h"
 #include "repository/RemotePath.h"
 #include "repository/RepositoryMessages.h"
@@ -7,6 +8,9 @@
 #include "platform/host/HostOutput.h"
 #include "support/FileSystem.h"
 #include "support/PathText.h"
+
+#include <random>
+#include <unistd.h>
 
 bool CMyFtpConnection::DownloadFile(CString remote, CString local) {
     remote.Trim();
@@ -41,16 +45,47 @@ bool CMyFtpConnection::putWithReconnect(const CString& local, const CString& rem
     return m_pConnection->PutFile(local, remote);
 }
 
+namespace {
+
+// "#" + this host + a random part + ".txt": two uploads into one folder at once never share a staging
+// file. Only the characters that every site takes in a name are kept of the host.
+CString uniqueStagingName() {
+    CString name = u"#";
+    const CString host = GetHostId();
+    for (const char16_t ch : host.str()) {
+        const bool plain = (ch >= u'0' && ch <= u'9') || (ch >= u'a' && ch <= u'z') || (ch >= u'A' && ch <= u'Z') ||
+                           ch == u'.' || ch == u'-' || ch == u'_' || ch == u'(' || ch == u')';
+        name += plain ? ch : u'_';
+        if (name.GetLength() > 64) break;
+    }
+    static std::mt19937_64 random{std::random_device{}() ^ static_cast<unsigned long long>(::getpid())};
+    return name + QxFormat(u"-%08x.txt", static_cast<unsigned>(random() & 0xffffffffu));
+}
+
+} // namespace
+
 bool CMyFtpConnection::replaceStaged(const CString& local, const CString& target) {
     m_strStagingTarget = target;
     m_strStagingFolder = RemoteParent(target);
-    m_strStagingTempPath = m_strStagingFolder.IsEmpty() ? CString(u"#.txt") : QxFormat(u"%s\\#.txt", m_strStagingFolder);
+    m_strStagingTempPath = JoinRemote(m_strStagingFolder, uniqueStagingName());
     // The staging name is put with its folder, so that a reconnect in between cannot move it to the root.
-    if (!putWithReconnect(local, m_strStagingTempPath)) return false;
+    // What arrived is measured: a transfer broken off must never be renamed over the target.
+    std::string bytes;
+    const bool read = QxFs::ReadBytes(local, bytes);
+    bool staged = read && putWithReconnect(local, m_strStagingTempPath);
+    if (staged && m_pConnection->Size(m_strStagingTempPath).value_or(-1) != static_cast<long long>(bytes.size())) {
+        m_pConnection->Remove(m_strStagingTempPath);
+        staged = putWithReconnect(local, m_strStagingTempPath) &&
+                 m_pConnection->Size(m_strStagingTempPath).value_or(-1) == static_cast<long long>(bytes.size());
+    }
+    if (!staged) {
+        if (m_pConnection) m_pConnection->Remove(m_strStagingTempPath);
+        return false;
+    }
     // A server that renames over an existing file replaces it in one step. One that does not (a Windows
     // server) needs the target removed first. If the rename is refused even so, the file is put straight
-    // to the target, so that the target is never left missing. A held target keeps its old file, and
-    // "#.txt" is left beside it.
+    // to the target, so that the target is never left missing. A held target keeps its old file, and the
+    // staging file is left beside it.
     if (m_pConnection->Rename(m_strStagingTempPath, target)) return true;
     const bool removed = m_pConnection->Remove(target);
     if (m_pConnection->Rename(m_strStagingTempPath, target)) return true;

@@ -2,15 +2,19 @@
 #include "repository/FtpTransport.h"
 
 #include "support/FileSystem.h"
+#include "support/NativeFiles.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <chrono>
 #include <cstring>
+#include <cstdio>
 #include <curl/curl.h>
 #include <mutex>
 #include <sstream>
+#include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 
 namespace {
 
@@ -19,9 +23,50 @@ void initialiseCurlOnce() {
     std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
 }
 
+// What a listing may hold: a listing is far smaller than this, a site that streams without end is not.
+constexpr size_t kListingLimit = 64 * 1024 * 1024;
+
 size_t appendToString(char* data, size_t size, size_t count, void* target) {
-    static_cast<std::string*>(target)->append(data, size * count);
+    auto* text = static_cast<std::string*>(target);
+    if (text->size() + size * count > kListingLimit) return 0;
+    text->append(data, size * count);
     return size * count;
+}
+
+// A download may grow this much beyond the size the site announced (the file may change in between).
+constexpr curl_off_t kAnnouncedSizeMargin = 1024 * 1024;
+
+// Streams a download into a temporary file, refusing to go on past the bound.
+struct DownloadSink {
+    CURL* curl = nullptr;
+    FILE* file = nullptr;
+    curl_off_t written = 0;
+    curl_off_t limit = -1;
+    curl_off_t unannouncedLimit = 0;
+};
+
+size_t writeToSink(char* data, size_t size, size_t count, void* target) {
+    auto* sink = static_cast<DownloadSink*>(target);
+    const size_t n = size * count;
+    if (sink->limit < 0) {
+        curl_off_t announced = -1;
+        curl_easy_getinfo(sink->curl, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &announced);
+        sink->limit = announced >= 0 ? announced + kAnnouncedSizeMargin : sink->unannouncedLimit;
+    }
+    if (sink->written + static_cast<curl_off_t>(n) > sink->limit) return 0;
+    if (std::fwrite(data, 1, n, sink->file) != n) return 0;
+    sink->written += static_cast<curl_off_t>(n);
+    return n;
+}
+
+// libcurl's dialogue on standard error, with the password of the login hidden.
+int printDialogue(CURL*, curl_infotype type, char* data, size_t size, void*) {
+    if (type != CURLINFO_TEXT && type != CURLINFO_HEADER_IN && type != CURLINFO_HEADER_OUT) return 0;
+    std::string text(data, size);
+    if (type == CURLINFO_HEADER_OUT && text.compare(0, 5, "PASS ") == 0) text = "PASS ****\r\n";
+    const char* mark = type == CURLINFO_TEXT ? "* " : type == CURLINFO_HEADER_IN ? "< " : "> ";
+    std::fprintf(stderr, "%s%s", mark, text.c_str());
+    return 0;
 }
 
 struct UploadSource {
@@ -53,7 +98,13 @@ std::vector<std::string> splitPath(const std::string& path) {
 }
 
 bool hasControlCharacter(const std::string& text) {
-    return std::any_of(text.begin(), text.end(), [](char ch) { return static_cast<unsigned char>(ch) < 0x20; });
+    return std::any_of(text.begin(), text.end(), [](char ch) { return static_cast<unsigned char>(ch) < 0x20 || ch == 0x7f; });
+}
+
+// A listed name is joined to local folders: only one plain path element is taken from a site.
+bool isPlainName(const std::string& name) {
+    return !name.empty() && name != "." && name != ".." && name.find_first_of("/\\") == std::string::npos &&
+           !hasControlCharacter(name);
 }
 
 // A line of an MLSD listing: "type=dir;size=0; name".
@@ -63,8 +114,7 @@ std::optional<FtpListEntry> parseMlsdLine(const std::string& line) {
     std::string facts = line.substr(0, blank);
     std::transform(facts.begin(), facts.end(), facts.begin(), [](unsigned char ch) { return std::tolower(ch); });
     const std::string name = line.substr(blank + 1);
-    if (name.empty() || name == "." || name == ".." || facts.find("type=cdir") != std::string::npos ||
-        facts.find("type=pdir") != std::string::npos)
+    if (!isPlainName(name) || facts.find("type=cdir") != std::string::npos || facts.find("type=pdir") != std::string::npos)
         return std::nullopt;
     return FtpListEntry{CString::FromUtf8(name), facts.find("type=dir") != std::string::npos};
 }
@@ -77,7 +127,7 @@ std::optional<FtpListEntry> parseListLine(const std::string& line) {
         if (!(in >> field)) return std::nullopt;
     std::string name;
     std::getline(in >> std::ws, name);
-    if (name.empty() || name == "." || name == "..") return std::nullopt;
+    if (!isPlainName(name)) return std::nullopt;
     return FtpListEntry{CString::FromUtf8(name), line[0] == 'd'};
 }
 
@@ -157,7 +207,10 @@ std::unique_ptr<CFtpTransport> CFtpTransport::Open(const FtpEndpoint& endpoint, 
         CURL* curl = handle->curl;
         curl_easy_setopt(curl, CURLOPT_ERRORBUFFER, handle->errorText);
         curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
-        if (std::getenv("QX_FTP_VERBOSE")) curl_easy_setopt(curl, CURLOPT_VERBOSE, 1L);
+        if (std::getenv("QX_FTP_VERBOSE")) {
+            curl_easy_setopt(curl, CURLOPT_DEBUGFUNCTION, printDialogue);
+            curl_easy_setopt(curl, CURLOPT_VERBOSE, 1L);
+        }
         curl_easy_setopt(curl, CURLOPT_PROTOCOLS_STR, "ftp");
         curl_easy_setopt(curl, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(timings.connectTimeoutMs));
         // A transfer that moves less than one byte a second for the stall time is given up.
@@ -227,6 +280,7 @@ void CFtpTransport::prepare(const std::string& url) {
     curl_easy_setopt(curl, CURLOPT_READFUNCTION, nullptr);
     curl_easy_setopt(curl, CURLOPT_READDATA, nullptr);
     curl_easy_setopt(curl, CURLOPT_APPEND, 0L);
+    curl_easy_setopt(curl, CURLOPT_RESUME_FROM_LARGE, curl_off_t(0));
     if (m_handle->commands) {
         curl_slist_free_all(m_handle->commands);
         m_handle->commands = nullptr;
@@ -252,16 +306,55 @@ bool CFtpTransport::runCommands(const std::vector<std::string>& commands) {
     return perform();
 }
 
+// The download streams into a temporary file beside the target, renamed over it once whole: memory stays
+// small whatever the site sends, and a failed download leaves the target as it was.
 bool CFtpTransport::GetFile(const CString& remote, const CString& local) {
     const auto path = absolutePath(remote);
-    if (!path) return false;
-    std::string bytes;
+    const auto target = QxFs::NativeTarget(local);
+    if (!path || !target) return false;
+    const size_t slash = target->rfind('/');
+    const std::string folder = slash == std::string::npos ? std::string(".") : target->substr(0, slash);
+    std::string temporary =
+        QxFs::Native::Join(folder, std::string(QxFs::Native::kTemporaryPrefix) + std::to_string(::getpid()) + "-XXXXXX");
+    const int fd = ::mkstemp(temporary.data());
+    if (fd < 0) return false;
+    FILE* file = ::fdopen(fd, "wb");
+    if (!file) {
+        ::close(fd);
+        ::unlink(temporary.c_str());
+        return false;
+    }
+    DownloadSink sink{m_handle->curl, file};
+    sink.unannouncedLimit = static_cast<curl_off_t>(m_timings.unannouncedDownloadLimit);
     prepare(urlOf(*path, false));
+    curl_easy_setopt(m_handle->curl, CURLOPT_WRITEFUNCTION, writeToSink);
+    curl_easy_setopt(m_handle->curl, CURLOPT_WRITEDATA, &sink);
+    bool ok = perform();
+    ok = std::fflush(file) == 0 && ::fsync(::fileno(file)) == 0 && ok;
+    ok = std::fclose(file) == 0 && ok;
+    if (ok) {
+        const mode_t mask = ::umask(0);
+        ::umask(mask);
+        ok = ::chmod(temporary.c_str(), 0666 & ~mask) == 0 && ::rename(temporary.c_str(), target->c_str()) == 0;
+    }
+    if (!ok) ::unlink(temporary.c_str());
+    return ok;
+}
+
+std::optional<long long> CFtpTransport::Size(const CString& remote) {
+    const auto path = absolutePath(remote);
+    if (!path) return std::nullopt;
+    // libcurl gives what it learns of the file as header text to the write function: it is passed over.
+    std::string headers;
+    prepare(urlOf(*path, false));
+    curl_easy_setopt(m_handle->curl, CURLOPT_NOBODY, 1L);
     curl_easy_setopt(m_handle->curl, CURLOPT_WRITEFUNCTION, appendToString);
-    curl_easy_setopt(m_handle->curl, CURLOPT_WRITEDATA, &bytes);
-    if (!perform()) return false;
-    // Only a whole download replaces the local file.
-    return QxFs::WriteAtomic(local, bytes);
+    curl_easy_setopt(m_handle->curl, CURLOPT_WRITEDATA, &headers);
+    if (!perform()) return std::nullopt;
+    curl_off_t size = -1;
+    if (curl_easy_getinfo(m_handle->curl, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &size) != CURLE_OK || size < 0)
+        return std::nullopt;
+    return static_cast<long long>(size);
 }
 
 bool CFtpTransport::PutFile(const CString& local, const CString& remote) { return upload(local, remote, false); }

@@ -35,7 +35,11 @@ public:
     // Logs in, trying `connectAttempts` times; null with the reason in `error` when the site cannot be reached.
     static std::unique_ptr<CFtpTransport> Open(const FtpEndpoint& endpoint, const FtpTimings& timings, CString& error);
 
+    // Streams into a temporary file beside local and renames it over local when whole. A download that goes
+    // past the size the site announced, plus a margin, is broken off.
     bool GetFile(const CString& remote, const CString& local);
+    // The size the site gives for a file; nullopt when it gives none.
+    std::optional<long long> Size(const CString& remote);
     bool PutFile(const CString& local, const CString& remote);
     // Adds the local file's bytes at the end of the remote file, making it if need be.
     bool AppendFile(const CString& local, const CString& remote);

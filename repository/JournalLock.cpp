@@ -39,34 +39,44 @@ bool CMyFtpConnection::writeLock(const CString& lockPath) {
     return written;
 }
 
+bool CMyFtpConnection::appendAndReadLock(const CString& lockPath, CString& holder) {
+    const CString me = GetHostId();
+    const CString copy = workFile(u"LocalIP.txt");
+    QxFs::MakeFolders(GetTempFolder());
+    const bool appended = WriteLegacyText(copy, me + u"\n") && m_pConnection && m_pConnection->AppendFile(copy, lockPath);
+    QxFs::DeleteFile(copy);
+    // A site that refuses to append gets the lock written whole, as a lock of one line.
+    if (!appended) {
+        holder = me;
+        return writeLock(lockPath);
+    }
+    if (!readLockHolder(lockPath, holder)) return false;
+    return holder.EqualsNoCase(me);
+}
+
 // The journal lock is taken by appending this host's identity to the lock file and reading it back: the
 // first line names the holder. Two clients that find the journal free at the same moment both append,
 // and exactly one of them reads its own identity first; the other waits. A holder gets lockWaits pauses
-// of lockPauseMs (2.4 s in all); a lock older than that, as a crashed client leaves it, is broken. A lock
-// left by this host is this host's still.
+// of lockPauseMs (2.4 s in all), counted afresh for each new holder; a lock older than that, as a crashed
+// client leaves it, is broken. A lock left by this host is this host's still.
 void CMyFtpConnection::LockVersionFile() {
     const CString me = GetHostId();
-    const CString copy = workFile(u"LocalIP.txt");
     int waits = 0;
     int breaks = 0;
+    CString lastHolder;
     for (;;) {
         CString holder;
-        if (!readLockHolder(kJournalLock, holder)) {
-            QxFs::MakeFolders(GetTempFolder());
-            const bool appended = WriteLegacyText(copy, me + u"\n") && m_pConnection && m_pConnection->AppendFile(copy, kJournalLock);
-            QxFs::DeleteFile(copy);
-            // A site that refuses to append gets the lock written whole, as a lock of one line.
-            if (!appended) {
-                writeLock(kJournalLock);
-                return;
-            }
-            if (!readLockHolder(kJournalLock, holder)) return;
-        }
+        if (!readLockHolder(kJournalLock, holder) && appendAndReadLock(kJournalLock, holder)) return;
         if (holder.EqualsNoCase(me)) return;
+        if (!holder.EqualsNoCase(lastHolder)) {
+            lastHolder = holder;
+            waits = 0;
+        }
         if (waits == m_timings.lockWaits) {
             // Abandoned, or held longer than any update takes. Break it once or twice, then go on regardless.
             RemoveRemoteFileQuietly(kJournalLock);
             waits = 0;
+            lastHolder.Empty();
             if (++breaks > 2) {
                 writeLock(kJournalLock);
                 return;

@@ -87,8 +87,9 @@ public:
 private:
     bool returnToRoot();
     bool putWithReconnect(const CString& local, const CString& remote);
-    // Puts local as "#.txt" beside target and renames it over target, so that the old file stays on the site
-    // until the new one has arrived whole. False only when the target may be left without its content.
+    // Puts local beside target under a staging name unique to this upload ("#HOST-RANDOM.txt"), checks its
+    // size there and renames it over target, so that the old file stays on the site until the new one has
+    // arrived whole. False when it could not be staged, or when the target may be left without its content.
     bool replaceStaged(const CString& local, const CString& target);
     // Uploads local as target, through the staging name when staging is on.
     bool uploadLockLike(const CString& local, const CString& target);
@@ -100,7 +101,12 @@ private:
     bool askToRevoke(const CString& holder, const CString& name);
     bool journalMissingOnSite();
     void giveSiteItsJournal(const CString& fallbackLine);
-    bool finishJournalUpdate(const CStringArray& paths, const CStringArray& operations, bool wasInStep);
+    bool finishJournalUpdate(const CStringArray& paths, const CStringArray& operations);
+    // The journal and its backup: always staged, whatever "Ftp.bg" says.
+    bool writeJournalLike(const CString& local, const CString& target);
+    // Appends this host's identity to a lock file and reads it back: true when this host is the first line,
+    // else `holder` names the winner. Two clients that find a lock free together cannot both take it.
+    bool appendAndReadLock(const CString& lockPath, CString& holder);
     CString workFile(const CString& name) const;
     CString clientFile(const CString& name) const;
 

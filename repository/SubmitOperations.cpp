@@ -1,5 +1,7 @@
-// Changes on the site, each followed by its journal lines: a client in step before its change stays in
-// step after it, one that was behind stays behind.
+// Changes on the site, each followed by its journal lines: a client in step with the journal it finds under
+// the journal lock stays in step after its change, one that was behind stays behind. A removal or rename
+// alone changes no journal line, so it moves no client's version: syncing then could only skip the
+// changes of other clients.
 #include "repository/FtpTransport.h"
 #include "repository/MyFtpConnection.h"
 #include "repository/RemotePath.h"
@@ -34,7 +36,6 @@ bool CMyFtpConnection::removeRemote(CString path, bool quiet) {
         m_pConnection->Remove(path);
         return true;
     }
-    const bool wasInStep = CheckClientVersion() == 0;
     bool removed = false;
     if (m_pConnection) {
         if (!RemotePathExists(path)) return true;
@@ -48,7 +49,6 @@ bool CMyFtpConnection::removeRemote(CString path, bool quiet) {
             return false;
         }
     }
-    if (wasInStep) SyncClientVersion();
     return true;
 }
 
@@ -59,7 +59,6 @@ bool CMyFtpConnection::RemoveRemoteFileQuietly(CString path) { return removeRemo
 bool CMyFtpConnection::RenameRemoteFile(CString oldPath, CString newPath) {
     oldPath.Trim();
     newPath.Trim();
-    const bool wasInStep = CheckClientVersion() == 0;
     if (!RemotePathExists(oldPath)) {
         ShowRepositoryBox(QxFormat(u"重命名文件<%s>服务器上不存在!", oldPath), MB_ICONWARNING);
         return false;
@@ -75,7 +74,6 @@ bool CMyFtpConnection::RenameRemoteFile(CString oldPath, CString newPath) {
             return false;
         }
     }
-    if (wasInStep) SyncClientVersion();
     return true;
 }
 
@@ -91,7 +89,6 @@ bool CMyFtpConnection::RenameRemoteFolder(CString oldPath, CString newPath) {
         return false;
     }
     bool renamed = m_pConnection->Rename(oldPath, newPath);
-    const bool wasInStep = CheckClientVersion() == 0;
     if (!renamed) {
         Disconnect();
         renamed = ConnectServer() && m_pConnection->Rename(oldPath, newPath);
@@ -100,7 +97,6 @@ bool CMyFtpConnection::RenameRemoteFolder(CString oldPath, CString newPath) {
         ShowRepositoryBox(QxFormat(u"文件%s无法更名，请确认是否被其它客户端用户调用！", oldPath), MB_ICONWARNING);
         return false;
     }
-    if (wasInStep) SyncClientVersion();
     return true;
 }
 
@@ -111,51 +107,48 @@ bool CMyFtpConnection::SubmitFile(CString local, CString remote) {
         ShowRepositoryBox(u"\n网络无连接,请检查网络连接后再重试!", MB_ICONERROR);
         return false;
     }
-    const bool wasInStep = CheckClientVersion() == 0;
-    if (!UploadFile(local, remote)) {
-        // The person has seen why; the site's journal is untouched.
-        if (wasInStep) SyncClientVersion();
-        return true;
-    }
-    return finishJournalUpdate(CStringArray{remote}, CStringArray{u"MOD"}, wasInStep);
+    CheckClientVersion();  // gives an empty site its journal
+    // The person has seen why a failed upload failed; the site's journal is untouched.
+    if (!UploadFile(local, remote)) return true;
+    return finishJournalUpdate(CStringArray{remote}, CStringArray{u"MOD"});
 }
 
 bool CMyFtpConnection::SubmitDelete(CString remote) {
     remote.Trim();
     if (!RemotePathExists(remote)) return true;
-    const bool wasInStep = CheckClientVersion() == 0;
+    CheckClientVersion();
     if (!RemoveRemoteFile(remote)) return false;
-    return finishJournalUpdate(CStringArray{remote}, CStringArray{u"DEL"}, wasInStep);
+    return finishJournalUpdate(CStringArray{remote}, CStringArray{u"DEL"});
 }
 
 bool CMyFtpConnection::SubmitRenameFile(CString oldPath, CString newPath) {
     oldPath.Trim();
     newPath.Trim();
     if (!m_pConnection && !ConnectServer()) return false;
-    const bool wasInStep = CheckClientVersion() == 0;
+    CheckClientVersion();
     if (!RenameRemoteFile(oldPath, newPath)) return false;
-    return finishJournalUpdate(CStringArray{oldPath, newPath}, CStringArray{u"DEL", u"MOD"}, wasInStep);
+    return finishJournalUpdate(CStringArray{oldPath, newPath}, CStringArray{u"DEL", u"MOD"});
 }
 
 bool CMyFtpConnection::SubmitRenameFolder(CString oldPath, CString newPath) {
     oldPath = withoutFolderEnd(oldPath);
     newPath = withoutFolderEnd(newPath);
     if (!m_pConnection && !ConnectServer()) return false;
-    const bool wasInStep = CheckClientVersion() == 0;
+    CheckClientVersion();
     if (!RenameRemoteFolder(oldPath, newPath)) return false;
-    return finishJournalUpdate(CStringArray{oldPath + u"\\", newPath + u"\\"}, CStringArray{u"DEL", u"REN"}, wasInStep);
+    return finishJournalUpdate(CStringArray{oldPath + u"\\", newPath + u"\\"}, CStringArray{u"DEL", u"REN"});
 }
 
 bool CMyFtpConnection::SubmitNewFolder(const CString& parent, const CString& name) {
     const CString path = withoutFolderEnd(JoinRemote(withoutFolderEnd(parent), name));
     if (!m_pConnection && !ConnectServer()) return false;
-    const bool wasInStep = CheckClientVersion() == 0;
+    CheckClientVersion();
     if (!CreateRemoteFolders(path)) {
         ShowRepositoryBox(QxFormat(u"创建目录%s失败！", path), MB_ICONWARNING);
         return false;
     }
     // A folder's journal path ends in "\", so that a client taking the journal can tell it from a file.
-    return finishJournalUpdate(CStringArray{asFolderPath(path)}, CStringArray{u"MOD"}, wasInStep);
+    return finishJournalUpdate(CStringArray{asFolderPath(path)}, CStringArray{u"MOD"});
 }
 
 bool CMyFtpConnection::SubmitDeleteFolder(CString folder) {
@@ -164,7 +157,7 @@ bool CMyFtpConnection::SubmitDeleteFolder(CString folder) {
     if (!m_pConnection && !ConnectServer()) return false;
     if (!m_pConnection->SetCurrentDirectory(folder)) return true;
     returnToRoot();
-    const bool wasInStep = CheckClientVersion() == 0;
+    CheckClientVersion();
     CStringArray folders;
     CStringArray files;
     listFolder(folder, folders, files, true);
@@ -178,7 +171,7 @@ bool CMyFtpConnection::SubmitDeleteFolder(CString folder) {
     }
     returnToRoot();
     if (!m_pConnection->RemoveDirectory(folder)) return false;
-    return finishJournalUpdate(CStringArray{asFolderPath(folder)}, CStringArray{u"DEL"}, wasInStep);
+    return finishJournalUpdate(CStringArray{asFolderPath(folder)}, CStringArray{u"DEL"});
 }
 
 bool CMyFtpConnection::SubmitFolderTree(const CString& parent, const CString& remote, const CString& local) {

@@ -20,11 +20,24 @@ COperateVersionFile::COperateVersionFile(const CString& path) : m_strFilePath(pa
 
 void COperateVersionFile::Clear() { m_arrEntries.RemoveAll(); }
 
+bool IsVersionLine(const CString& line) {
+    const CString stamp = StampOfVersionLine(line);
+    return line.StartsWith(kVersionLinePrefix) && !stamp.IsEmpty() && stamp[0] >= u'0' && stamp[0] <= u'9';
+}
+
+bool IsWellFormedEntry(const STRUCT_FILE_INFO& entry) {
+    const CString& stamp = entry.m_strVersion;
+    return !entry.m_strPath.IsEmpty() && !stamp.IsEmpty() && stamp[0] >= u'0' && stamp[0] <= u'9' &&
+           (entry.m_strOperation == u"MOD" || entry.m_strOperation == u"DEL" || entry.m_strOperation == u"REN");
+}
+
 bool COperateVersionFile::Load() {
     CStringArray lines;
     if (!ReadFileLines(m_strFilePath, lines, false)) return false;
     for (int i = 0; i < lines.GetSize(); ++i) {
-        if (i == 0) {
+        // A first line that is no version line (a journal overwritten or cut) is kept as an entry, so that
+        // rewriting the journal loses nothing of it.
+        if (i == 0 && IsVersionLine(lines[0])) {
             m_strVersionLine = lines[0];
             continue;
         }
@@ -64,7 +77,7 @@ CString COperateVersionFile::MakeVersionStamp() {
 }
 
 CString COperateVersionFile::NextVersionStamp(const CString& last, const CString& now) {
-    if (last.CompareNoCase(now) < 0) return now;
+    if (last.IsEmpty() || last.CompareNoCase(now) < 0) return now;
     // The clock is behind the journal (two changes in one second, or a slow clock): the last field of the
     // last stamp is raised by one and written through "%d", so 07 becomes 8 and 59 becomes 60. Where that
     // would sort below the last stamp as text (9 to 10), a field ",1" is added instead: stamps are only
@@ -79,10 +92,20 @@ CString COperateVersionFile::NextVersionStamp(const CString& last, const CString
     return last + u",1";
 }
 
+CString COperateVersionFile::LatestStamp() const {
+    CString firstLine;
+    ReadFirstLine(m_strFilePath, firstLine);
+    firstLine.Trim();
+    CString latest = IsVersionLine(firstLine) ? StampOfVersionLine(firstLine) : CString();
+    for (const STRUCT_FILE_INFO& entry : m_arrEntries)
+        if (IsWellFormedEntry(entry) && entry.m_strVersion.CompareNoCase(latest) > 0) latest = entry.m_strVersion;
+    return latest;
+}
+
 bool COperateVersionFile::AddEntries(const CStringArray& paths, const CStringArray& operations) {
-    CString last;
-    ReadFirstLine(m_strFilePath, last);
-    const CString stamp = NextVersionStamp(StampOfVersionLine(last), MakeVersionStamp());
+    // The stamp follows the latest one the journal holds, whether in its version line or in its lines: a
+    // journal whose first line is damaged still gets well-formed stamps that never go back.
+    const CString stamp = NextVersionStamp(LatestStamp(), MakeVersionStamp());
     const CString versionLine = QxFormat(u"版本日期：%s", stamp);
 
     // The client that sends the main library has it already.
@@ -94,6 +117,10 @@ bool COperateVersionFile::AddEntries(const CStringArray& paths, const CStringArr
         m_arrEntries.InsertAt(0, STRUCT_FILE_INFO{paths[i], stamp, operation});
     }
 
+    return Save(versionLine);
+}
+
+bool COperateVersionFile::Save(const CString& versionLine) {
     CString text = versionLine + u"\n";
     for (int i = 0; i < m_arrEntries.GetSize(); ++i) {
         const STRUCT_FILE_INFO& entry = m_arrEntries[i];
@@ -103,6 +130,27 @@ bool COperateVersionFile::AddEntries(const CStringArray& paths, const CStringArr
     if (!WriteLegacyText(m_strFilePath, text)) return false;
     m_strVersionLine = versionLine;
     return true;
+}
+
+int COperateVersionFile::RestoreMissingEntries(const COperateVersionFile& older) {
+    int restored = 0;
+    for (const STRUCT_FILE_INFO& entry : older.m_arrEntries) {
+        if (!IsWellFormedEntry(entry) || HasPath(entry.m_strPath)) continue;
+        // Newest first: the entry goes before the first well-formed one that is older than it.
+        int at = 0;
+        while (at < m_arrEntries.GetSize() &&
+               !(IsWellFormedEntry(m_arrEntries[at]) && m_arrEntries[at].m_strVersion.CompareNoCase(entry.m_strVersion) < 0))
+            ++at;
+        m_arrEntries.InsertAt(at, entry);
+        ++restored;
+    }
+    return restored;
+}
+
+bool COperateVersionFile::HasPath(const CString& path) const {
+    for (const STRUCT_FILE_INFO& entry : m_arrEntries)
+        if (entry.m_strPath.EqualsNoCase(path)) return true;
+    return false;
 }
 
 bool COperateVersionFile::UpdateEntry(const CString& path, const CString& operation) {

@@ -36,6 +36,15 @@ public:
     // The stamp that follows `last` when the clock gives `now`: never below `last`.
     static CString NextVersionStamp(const CString& last, const CString& now);
 
+    // Rewrites the file: the version line, then the entries.
+    bool Save(const CString& versionLine);
+    // Puts back, in stamp order, every well-formed entry of `older` whose path this journal lacks: the
+    // journal only grows, so a path it lacks is a lost line. Gives how many were put back.
+    int RestoreMissingEntries(const COperateVersionFile& older);
+    bool HasPath(const CString& path) const;
+    // The latest stamp of the version line (when it is one) and of the well-formed entries.
+    CString LatestStamp() const;
+
     const CArray<STRUCT_FILE_INFO>& GetEntries() const { return m_arrEntries; }
 
     CString m_strFilePath;
@@ -44,5 +53,9 @@ public:
     CArray<STRUCT_FILE_INFO> m_arrEntries;
 };
 
+// "版本日期：" and a stamp beginning with a digit.
+QX_API bool IsVersionLine(const CString& line);
+// A path, a stamp beginning with a digit and one of "MOD", "DEL", "REN".
+QX_API bool IsWellFormedEntry(const STRUCT_FILE_INFO& entry);
 // The stamp of a version line: the line without the characters of "版本日期：" at its left end.
 QX_API CString StampOfVersionLine(const CString& versionLine);

@@ -2,11 +2,14 @@
 #include "LibraryCommands.h"
 
 #include "CheckOutList.h"
+#include "SiteView.h"
+#include "TakenFiles.h"
 #include "platform/InstallPath.h"
 #include "platform/host/HostOutput.h"
 #include "platform/host/Prompts.h"
 #include "repository/FtpLoginFile.h"
 #include "repository/HostId.h"
+#include "repository/LibraryPaths.h"
 #include "repository/MyFtpConnection.h"
 #include "repository/RemotePath.h"
 #include "repository/VersionFile.h"
@@ -14,9 +17,11 @@
 #include "support/FileUtils.h"
 #include "support/Format.h"
 #include "support/PathText.h"
+#include "support/TextFile.h"
 
 #include <iostream>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -42,24 +47,12 @@ std::unique_ptr<CMyFtpConnection> connect() {
     return connection;
 }
 
-bool isSafeRemoteName(const CString& name) {
-    if (!IsSafeFolderName(name)) return false;
-    for (const char16_t ch : name.str())
-        if (ch == u':' || ch < 0x20) return false;
+// What the login file can keep: its scrambling holds the low byte of each character, and a line end or
+// another control character would break the login dialogue.
+bool keptByLoginFile(const CString& text) {
+    for (const char16_t ch : text.str())
+        if (ch > 0xff || ch < 0x20 || ch == 0x7f) return false;
     return true;
-}
-
-// Journal paths come from the site: one that would leave the install folder is passed over.
-bool isSafeJournalPath(const CString& path) {
-    CString body = path;
-    body.TrimRight(u'\\');
-    if (body.IsEmpty()) return false;
-    for (int start = 0;;) {
-        const int slash = body.Find(u'\\', start);
-        if (!isSafeRemoteName(body.Mid(start, slash < 0 ? body.GetLength() - start : slash - start))) return false;
-        if (slash < 0) return true;
-        start = slash + 1;
-    }
 }
 
 // Shows what the repository shows and remembers whether it warned: SubmitFile tells a failed upload only
@@ -73,11 +66,11 @@ public:
 
     void Print(const CString& text) override { m_console.Print(text); }
     void MessageBox(const CString& text, const CString& caption, unsigned style) override {
-        if (style == MB_ICONWARNING || style == MB_ICONERROR) warned = true;
+        if (style == MB_ICONWARNING || style == MB_ICONERROR) ++warnings;
         m_console.MessageBox(text, caption, style);
     }
 
-    bool warned = false;
+    int warnings = 0;
 
 private:
     IHostOutput& m_console;
@@ -90,11 +83,18 @@ std::optional<CString> RemotePathFromPerson(const std::string& text) {
     path.Replace(u'/', u'\\');
     path.Trim();
     path.TrimLeft(u'\\');
-    if (!isSafeJournalPath(path)) return std::nullopt;
+    if (!IsLibraryPath(path)) return std::nullopt;
     return path;
 }
 
 int RunSetup(const SetupOptions& options) {
+    for (const auto& [text, what] : {std::pair{options.host, "host"}, std::pair{options.root, "root folder"},
+                                     std::pair{options.user, "user name"}}) {
+        if (keptByLoginFile(text)) continue;
+        std::cerr << "qxlib: the " << what << " holds characters that the login file cannot keep "
+                     "(only codes up to 255, no control characters); nothing was written\n";
+        return 1;
+    }
     FtpLoginLines lines;
     lines[kLoginRootPath] = options.root;
     lines[kLoginHost] = options.host;
@@ -106,6 +106,11 @@ int RunSetup(const SetupOptions& options) {
         const auto password = HostPrompts().AskSecret(QxFormat(u"Password of %s on %s", options.user, options.host));
         if (!password) {
             std::cerr << "qxlib: setup cancelled\n";
+            return 1;
+        }
+        if (!keptByLoginFile(*password)) {
+            std::cerr << "qxlib: the password holds characters that the login file cannot keep "
+                         "(only codes up to 255, no control characters); nothing was written\n";
             return 1;
         }
         lines[kLoginPassword] = *password;
@@ -169,6 +174,9 @@ int RunCheckOut(const CString& file) {
         return 1;
     }
     CheckOutList(installFolder()).add(file);
+    TakenFiles taken(installFolder());
+    taken.note(file, localCopyOf(file));
+    taken.save();
     std::cout << "checked out " << file << " to " << localCopyOf(file) << '\n';
     return 0;
 }
@@ -191,12 +199,15 @@ int RunSubmit(const CString& file) {
         !connection->SubmitNewFolder(RemoteParent(parent), RemoteName(parent)))
         return 1;
     WarningWatch watch;
-    if (!connection->SubmitFile(local, file) || watch.warned) {
+    if (!connection->SubmitFile(local, file) || watch.warnings > 0) {
         std::cerr << "qxlib: " << file << " was not submitted, or the site's journal was not updated\n";
         return 1;
     }
     connection->ReleaseLock(file);
     CheckOutList(installFolder()).remove(file);
+    TakenFiles taken(installFolder());
+    taken.note(file, local);
+    taken.save();
     std::cout << "submitted " << file << '\n';
     return 0;
 }
@@ -204,8 +215,22 @@ int RunSubmit(const CString& file) {
 int RunCancel(const CString& file) {
     auto connection = connect();
     if (!connection) return 1;
-    connection->CancelCheckOut(localCopyOf(file), RemoteParent(file));
     CheckOutList(installFolder()).remove(file);
+    CString holder;
+    if (!connection->GetLockHolder(file, holder)) {
+        std::cerr << "qxlib: " << file << " has no lock on the site; nothing was cancelled\n";
+        return 1;
+    }
+    if (!holder.EqualsNoCase(GetHostId())) {
+        std::cerr << "qxlib: the lock of " << file << " is held by " << holder << ", not by this host; it stays\n";
+        return 1;
+    }
+    connection->CancelCheckOut(localCopyOf(file), RemoteParent(file));
+    connection = connect();  // the cancel ends the session
+    if (!connection || connection->GetLockHolder(file, holder)) {
+        std::cerr << "qxlib: the lock of " << file << " could not be removed\n";
+        return 1;
+    }
     std::cout << "cancelled the check-out of " << file << '\n';
     return 0;
 }
@@ -213,6 +238,13 @@ int RunCancel(const CString& file) {
 int RunDelete(const CString& path) {
     auto connection = connect();
     if (!connection) return 1;
+    CString item = path;
+    item.TrimRight(u'\\');
+    const bool onSite = isFolderPath(path) ? connection->RemoteFolderExists(item) : connection->RemotePathExists(item);
+    if (!onSite) {
+        std::cerr << "qxlib: " << path << " is not on the site; nothing was deleted\n";
+        return 1;
+    }
     const bool done = isFolderPath(path) ? connection->SubmitDeleteFolder(path) : connection->SubmitDelete(path);
     if (!done) {
         std::cerr << "qxlib: " << path << " was not deleted\n";
@@ -254,17 +286,150 @@ int RunPushTree(const CString& localFolder, const CString& remoteFolder) {
     if (!connection) return 1;
     CString remote = remoteFolder;
     remote.TrimRight(u'\\');
-    if (!connection->SubmitFolderTree(RemoteParent(remote), remote, localFolder)) return 1;
+    WarningWatch watch;
+    if (!connection->SubmitFolderTree(RemoteParent(remote), remote, localFolder) || watch.warnings > 0) {
+        std::cerr << "qxlib: " << localFolder << " was not pushed whole: " << watch.warnings << " file(s) were refused\n";
+        return 1;
+    }
     std::cout << "pushed " << localFolder << " to " << remote << "\\\n";
     return 0;
 }
 
-int RunSync() {
-    auto connection = connect();
-    if (!connection) return 1;
-    const CString journalCopy = connection->GetTempFolder() + u"QxLibJournal.xml";
+namespace {
+
+// "k.dwg" beside which the site's copy is kept as "k (site copy).dwg".
+CString besideName(const CString& local) {
+    const int slash = local.ReverseFind(u'\\');
+    const int dot = local.ReverseFind(u'.');
+    if (dot <= slash + 1) return local + u" (site copy)";
+    return local.Left(dot) + u" (site copy)" + local.Mid(dot);
+}
+
+bool sameBytes(const CString& a, const CString& b) {
+    std::string first, second;
+    return QxFs::ReadBytes(a, first) && QxFs::ReadBytes(b, second) && first == second;
+}
+
+// One sync: takes the files of the journal lines newer than this client's version, without ever replacing
+// a person's work.
+class Sync {
+public:
+    Sync(CMyFtpConnection& connection)
+        : m_connection(connection), m_site(connection), m_checkOuts(installFolder()), m_taken(installFolder()),
+          m_me(GetHostId()), m_atTerminal(::isatty(STDOUT_FILENO) == 1) {}
+
+    int run();
+
+private:
+    void takeEntry(const STRUCT_FILE_INFO& entry);
+    void takeFolder(const CString& siteFolder, const CString& journalFolder);
+    // Takes one file. A file listed as checked out, locked by this host on the site, or changed locally since
+    // this client last took it keeps the person's copy; the site's comes beside it.
+    void takeFile(const CString& siteFile, const CString& journalPath);
+    void say(const CString& text) const {
+        if (m_atTerminal) std::cout << "[" << m_done << "/" << m_total << "] ";
+        std::cout << text << '\n';
+    }
+
+    CMyFtpConnection& m_connection;
+    SiteView m_site;
+    CheckOutList m_checkOuts;
+    TakenFiles m_taken;
+    CString m_me;
+    bool m_atTerminal;
+    int m_failed = 0;
+    int m_done = 0;
+    int m_total = 0;
+};
+
+void Sync::takeFile(const CString& siteFile, const CString& journalPath) {
+    if (!IsLibraryPath(journalPath)) {
+        std::cerr << "qxlib: passed over the site's file \"" << siteFile << "\"\n";
+        return;
+    }
+    const CString local = localCopyOf(journalPath);
+    CString holder;
+    const bool keepLocal = QxFs::Exists(local) &&
+                           (m_checkOuts.contains(journalPath) || !m_taken.unchangedSinceTaken(journalPath, local) ||
+                            (m_site.listsLockOf(siteFile) && m_connection.GetLockHolder(siteFile, holder) &&
+                             holder.EqualsNoCase(m_me)));
+    if (!keepLocal) {
+        if (!m_connection.DownloadFile(siteFile, local)) {
+            say(u"could not take " + journalPath);
+            ++m_failed;
+            return;
+        }
+        m_taken.note(journalPath, local);
+        say(u"took " + journalPath);
+        return;
+    }
+    const CString beside = besideName(local);
+    if (!m_connection.DownloadFile(siteFile, beside)) {
+        say(u"could not take " + journalPath);
+        ++m_failed;
+        return;
+    }
+    if (sameBytes(local, beside)) {
+        QxFs::DeleteFile(beside);
+        m_taken.note(journalPath, local);
+        say(u"took " + journalPath + u" (the local copy is the same)");
+        return;
+    }
+    say(u"kept your copy of " + journalPath + u"; the site's copy is " + besideName(journalPath));
+}
+
+void Sync::takeFolder(const CString& siteFolder, const CString& journalFolder) {
+    QxFs::MakeFolders(localCopyOf(journalFolder));
+    const SiteView::Listing* listing = m_site.list(siteFolder);
+    if (!listing) {
+        say(u"could not list " + siteFolder);
+        ++m_failed;
+        return;
+    }
+    const SiteView::Listing copy = *listing;
+    for (const CString& file : copy.files) {
+        if (IsProtocolFile(file)) continue;
+        takeFile(file, JoinRemote(journalFolder, RemoteName(file)));
+    }
+    for (const CString& folder : copy.folders) takeFolder(folder, JoinRemote(journalFolder, RemoteName(folder)));
+}
+
+void Sync::takeEntry(const STRUCT_FILE_INFO& entry) {
+    if (!IsLibraryPath(entry.m_strPath)) {
+        std::cerr << "qxlib: passed over the journal path \"" << entry.m_strPath << "\"\n";
+        return;
+    }
+    if (entry.m_strOperation == u"DEL") {
+        // What a person has locally is never removed for them.
+        say(u"removed on the site: " + entry.m_strPath + u" (the local copy stays)");
+        return;
+    }
+    const bool folder = isFolderPath(entry.m_strPath);
+    CString sitePath;
+    switch (m_site.resolve(entry.m_strPath, folder, sitePath)) {
+    case SiteView::Found::ListingFailed:
+        // A listing that fails says nothing about the file: the client stays behind.
+        say(u"could not list the site for " + entry.m_strPath);
+        ++m_failed;
+        return;
+    case SiteView::Found::No:
+        // A later change may have renamed or removed it.
+        say(u"no longer on the site: " + entry.m_strPath);
+        return;
+    case SiteView::Found::Yes:
+        break;
+    }
+    CString item = entry.m_strPath;
+    item.TrimRight(u'\\');
+    if (entry.m_strOperation == u"REN") takeFolder(sitePath, item);
+    else if (folder) say((QxFs::MakeFolders(localCopyOf(item)) ? u"took " : u"could not take ") + entry.m_strPath);
+    else takeFile(sitePath, item);
+}
+
+int Sync::run() {
+    const CString journalCopy = m_connection.GetTempFolder() + u"QxLibJournal.xml";
     QxFs::DeleteFile(journalCopy);
-    if (!connection->DownloadFile(u"Server.xml", journalCopy)) {
+    if (!m_connection.DownloadFile(u"Server.xml", journalCopy)) {
         std::cerr << "qxlib: the site has no journal to take\n";
         return 1;
     }
@@ -273,49 +438,41 @@ int RunSync() {
     const CString clientStamp = StampOfVersionLine(clientLine.Trim());
     COperateVersionFile journal(journalCopy);
     journal.Load();
+    CString journalLine;
+    ReadFirstLine(journalCopy, journalLine);
+    journalLine.Trim();
     QxFs::DeleteFile(journalCopy);
 
-    int failed = 0;
-    // Oldest first, so that a folder is made before the files that came into it.
     const auto& entries = journal.GetEntries();
-    for (int i = entries.GetUpperBound(); i >= 0; --i) {
-        const STRUCT_FILE_INFO& entry = entries[i];
-        if (!clientStamp.IsEmpty() && entry.m_strVersion.CompareNoCase(clientStamp) <= 0) continue;
-        if (!isSafeJournalPath(entry.m_strPath)) {
-            std::cerr << "qxlib: passed over the journal path \"" << entry.m_strPath << "\"\n";
-            continue;
-        }
-        const CString local = localCopyOf(entry.m_strPath);
-        if (entry.m_strOperation == u"DEL") {
-            // What a person has locally is never removed for them.
-            std::cout << "removed on the site: " << entry.m_strPath << " (the local copy stays)\n";
-            continue;
-        }
-        // A later change may have renamed or removed it: what is no longer on the site is passed over.
-        const bool folder = isFolderPath(entry.m_strPath);
-        CString item = entry.m_strPath;
-        item.TrimRight(u'\\');
-        const bool onSite = folder ? connection->RemoteFolderExists(item)
-                                   : connection->RemoteFileExistsInFolder(RemoteParent(item), RemoteName(item));
-        if (!onSite) {
-            std::cout << "no longer on the site: " << entry.m_strPath << '\n';
-            continue;
-        }
-        bool done;
-        if (entry.m_strOperation == u"REN") done = connection->DownloadFolder(item, local);
-        else if (folder) done = QxFs::MakeFolders(local);
-        else done = connection->DownloadFile(item, local);
-        std::cout << (done ? "took " : "could not take ") << entry.m_strPath << '\n';
-        if (!done) ++failed;
+    std::vector<const STRUCT_FILE_INFO*> newer;
+    // Oldest first, so that a folder is made before the files that came into it.
+    for (int i = entries.GetUpperBound(); i >= 0; --i)
+        if (clientStamp.IsEmpty() || entries[i].m_strVersion.CompareNoCase(clientStamp) > 0) newer.push_back(&entries[i]);
+    m_total = static_cast<int>(newer.size());
+    for (const STRUCT_FILE_INFO* entry : newer) {
+        ++m_done;
+        takeEntry(*entry);
     }
-    if (failed > 0) {
-        std::cerr << "qxlib: " << failed << " item(s) could not be taken; the client version stays behind\n";
+    m_taken.save();
+    if (m_failed > 0) {
+        std::cerr << "qxlib: " << m_failed << " item(s) could not be taken; the client version stays behind\n";
         return 1;
     }
-    if (!connection->SyncClientVersion()) {
+    // The client takes the version of the journal it has just worked through: a change that another client
+    // made since then is still to come.
+    if (!IsVersionLine(journalLine) || !WriteLegacyText(installFolder() + u"Client.xml", journalLine) ||
+        !WriteLegacyText(installFolder() + u"Client_PartLib.xml", journalLine)) {
         std::cerr << "qxlib: the client version could not be brought to the site's\n";
         return 1;
     }
     std::cout << "in step with the site's journal\n";
     return 0;
+}
+
+} // namespace
+
+int RunSync() {
+    auto connection = connect();
+    if (!connection) return 1;
+    return Sync(*connection).run();
 }

@@ -42,7 +42,7 @@ int main(int argc, char** argv) {
     setupCommand->add_option("root", root, "the library's folder on the site (\"/\" for the top)")->required();
     setupCommand->add_option("--user", user, "log in as this user (the password is asked); anonymous without");
     setupCommand->add_flag("--passive", setup.passive, "use passive mode");
-    setupCommand->add_flag("--staging", setup.staging, "replace files on the site through \"#.txt\"");
+    setupCommand->add_flag("--staging", setup.staging, "replace files on the site through a staging file (\"#HOST-RANDOM.txt\")");
 
     auto* statusCommand = app.add_subcommand("status", "is this client behind the journal, who holds its checked-out files");
     std::string file, oldPath, newPath, localFolder;

@@ -3,8 +3,10 @@
 
 #include "repository/FtpTransport.h"
 #include "repository/HostId.h"
+#include "support/FileSystem.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <unistd.h>
 
 #include <arpa/inet.h>
@@ -20,6 +22,34 @@ class DroppingServer : public RepositoryFixture {
 protected:
     DroppingServer() : RepositoryFixture({"--drop-retr", "big.dwg"}) {}
 };
+
+// The first download of a.dwg after each start is broken off, as by a site going down mid-transfer, and
+// the first upload of b.dwg is refused: libcurl does not try again by itself, the client must.
+class RestartingServer : public RepositoryFixture {
+protected:
+    RestartingServer() : RepositoryFixture({"--drop-first-retr", "a.dwg", "--fail-first-stor", "b.dwg"}) {}
+};
+
+// Refuses staging files at the site's root: a file staged anywhere but in its own folder is refused.
+class StagingOnlyInFolders : public RepositoryFixture {
+protected:
+    StagingOnlyInFolders() : RepositoryFixture({"--refuse-stor", "/#*"}) {}
+};
+
+// Answers MLSD and SIZE of endless.dwg with nothing and then streams 64 MiB.
+class EndlessServer : public RepositoryFixture {
+protected:
+    EndlessServer() : RepositoryFixture({"--endless-retr", "endless.dwg"}) {}
+};
+
+// Listings with MLSD, and with LIST on a server that knows no MLSD.
+class ListingServers : public RepositoryFixture, public ::testing::WithParamInterface<std::vector<std::string>> {
+protected:
+    ListingServers() : RepositoryFixture(GetParam()) {}
+};
+
+INSTANTIATE_TEST_SUITE_P(WithAndWithoutMlsd, ListingServers,
+                         ::testing::Values(std::vector<std::string>{}, std::vector<std::string>{"--no-mlsd"}));
 
 } // namespace
 
@@ -92,14 +122,18 @@ TEST_F(FtpTransfer, ASiteThatIsDownFailsTheConnectWithTheReasonOnTheCommandLine)
     EXPECT_TRUE(output.boxes.empty());  // a download fails silently
 }
 
-TEST_F(FtpTransfer, DownloadsAgainAfterTheServerWasRestarted) {
+TEST_F(RestartingServer, DownloadsAgainAfterTheServerWasRestarted) {
     site.writeFile("a.dwg", "first");
     auto connection = client();
     ASSERT_TRUE(connection->DownloadFile(u"a.dwg", install.logic() + u"a.dwg"));
+    EXPECT_EQ(install.readFile("a.dwg"), "first");
     server->restart();
     site.writeFile("a.dwg", "second");
     EXPECT_TRUE(connection->DownloadFile(u" a.dwg ", install.logic() + u"a.dwg"));
     EXPECT_EQ(install.readFile("a.dwg"), "second");
+    install.writeFile("b.dwg", "b");
+    EXPECT_TRUE(connection->UploadFile(install.logic() + u"b.dwg", u"b.dwg"));
+    EXPECT_EQ(site.readFile("b.dwg"), "b");
 }
 
 TEST_F(FtpTransfer, NamesThatAreNotPlainInUrlsTravelAsTheyAre) {
@@ -113,7 +147,7 @@ TEST_F(FtpTransfer, NamesThatAreNotPlainInUrlsTravelAsTheyAre) {
     EXPECT_FALSE(connection->RemotePathExists(u"#"));
 }
 
-TEST_F(FtpTransfer, ListsFindsAndMakesFolders) {
+TEST_P(ListingServers, ListsFindsAndMakesFolders) {
     site.writeFile("lib/a.DWG", "a");
     site.writeFile("lib/sub/b.dwg", "b");
     auto connection = client();
@@ -136,15 +170,21 @@ TEST_F(FtpTransfer, ListsFindsAndMakesFolders) {
     EXPECT_EQ(install.readFile("copy/a.DWG"), "a");
 }
 
-TEST_F(FtpTransfer, StagingReplacesAFileThroughHashTxtInItsOwnFolder) {
+TEST_F(StagingOnlyInFolders, StagingReplacesAFileThroughAStagingFileInItsOwnFolderOnlyWithFtpBg) {
     install.writeFile("LocalData/Ftp.bg", "");
     site.writeFile("lib/a.dwg", "old");
     auto connection = client();
     install.writeFile("new.dwg", "new");
     EXPECT_TRUE(connection->UploadFile(install.logic() + u"new.dwg", u"lib\\a.dwg"));
     EXPECT_EQ(site.readFile("lib/a.dwg"), "new");
-    EXPECT_FALSE(site.exists("lib/#.txt"));
-    EXPECT_FALSE(site.exists("#.txt"));
+    EXPECT_FALSE(connection->UploadFile(install.logic() + u"new.dwg", u"a.dwg"));  // staged at the root: refused
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(site.native()))
+        EXPECT_NE(entry.path().filename().string()[0], '#') << entry.path();
+
+    QxFs::DeleteFile(install.logic() + u"LocalData\\Ftp.bg");
+    auto plain = client();
+    EXPECT_TRUE(plain->UploadFile(install.logic() + u"new.dwg", u"a.dwg"));  // without Ftp.bg: put straight
+    EXPECT_EQ(site.readFile("a.dwg"), "new");
 }
 
 TEST_F(FtpTransfer, AFailedUploadSaysWhichFile) {
@@ -165,6 +205,21 @@ TEST_F(DroppingServer, ADownloadDroppedMidTransferFailsAfterOneReconnectAndWrite
     EXPECT_TRUE(connection->IsConnected());  // the reconnect worked; only the file failed
 }
 
+TEST_F(EndlessServer, ADownloadIsBoundedAndLeavesNothingBehindWhenTheSiteSendsWithoutEnd) {
+    site.writeFile("endless.dwg", "small");
+    install.writeFile("endless.dwg", "mine");
+    CMyFtpConnection connection;
+    FtpTimings timings = shortTimings();
+    timings.unannouncedDownloadLimit = 1 << 20;
+    connection.SetTimings(timings);
+    ASSERT_TRUE(connection.ConnectServer());
+    EXPECT_FALSE(connection.DownloadFile(u"endless.dwg", install.logic() + u"endless.dwg"));
+    EXPECT_EQ(install.readFile("endless.dwg"), "mine");
+    size_t files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(install.native())) files += entry.is_regular_file();
+    EXPECT_EQ(files, 1u);  // no temporary file is left beside the target
+}
+
 TEST_F(FtpTransfer, APartLibraryLockThatCanBeRemovedWasStale) {
     auto connection = client();
     EXPECT_FALSE(connection->IsPartLibInUse());
@@ -175,9 +230,10 @@ TEST_F(FtpTransfer, APartLibraryLockThatCanBeRemovedWasStale) {
 
 namespace {
 
+// Knows no passive mode: only a client that keeps to the login file's passive flag "0" gets through.
 class UserServer : public RepositoryFixture {
 protected:
-    UserServer() : RepositoryFixture({"--user", "ann", "--password", "s3cret"}) {}
+    UserServer() : RepositoryFixture({"--user", "ann", "--password", "s3cret", "--refuse-pasv"}) {}
 
     void writeUserLogin(const CString& anonymous, const CString& password, const CString& passive) {
         FtpLoginLines lines;
@@ -193,15 +249,17 @@ protected:
 
 } // namespace
 
-TEST_F(UserServer, LogsInAsTheUserInActiveAndPassiveMode) {
+TEST_F(UserServer, LogsInAsTheUserAndKeepsToThePassiveFlag) {
     site.writeFile("a.dwg", "a");
-    for (const char16_t* passive : {u"0", u"1"}) {
-        writeUserLogin(u"0", u"s3cret", passive);
+    install.writeFile("b.dwg", "b");
+    for (const bool passive : {false, true}) {
+        writeUserLogin(u"0", u"s3cret", passive ? u"1" : u"0");
         auto connection = client();
-        EXPECT_TRUE(connection->DownloadFile(u"a.dwg", install.logic() + u"a.dwg")) << CString(passive);
-        install.writeFile("b.dwg", "b");
-        EXPECT_TRUE(connection->UploadFile(install.logic() + u"b.dwg", u"b.dwg")) << CString(passive);
+        EXPECT_EQ(connection->DownloadFile(u"a.dwg", install.logic() + u"a.dwg"), !passive) << passive;
+        EXPECT_EQ(connection->RemotePathExists(u"a.dwg"), !passive) << passive;
     }
+    writeUserLogin(u"0", u"s3cret", u"0");
+    EXPECT_TRUE(client()->UploadFile(install.logic() + u"b.dwg", u"b.dwg"));
     EXPECT_EQ(site.readFile("b.dwg"), "b");
 
     writeUserLogin(u"0", u"wrong", u"1");

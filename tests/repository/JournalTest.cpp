@@ -2,8 +2,18 @@
 // the backup that restores lost lines, and whether a client is behind.
 #include "RepositoryFixture.h"
 
+#include "repository/VersionFile.h"
+#include "support/FileSystem.h"
 #include "support/FileUtils.h"
 #include "support/TextFile.h"
+
+#include <algorithm>
+#include <chrono>
+#include <sstream>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -64,27 +74,49 @@ TEST_F(Journal, GrowsWithEverySubmitUnderStampsThatNeverGoBack) {
     EXPECT_EQ(site.readFile("a.dwg"), "a.dwg");
 
     EXPECT_FALSE(site.exists("Server.xml.bak"));  // the journal lock is gone
-    EXPECT_EQ(siteLines(u"Server.backup").GetSize(), 4);  // the journal as it was before the last change
+    EXPECT_EQ(siteLines(u"Server.backup"), lines);  // the backup follows the journal at once
     EXPECT_EQ(clientLine(), lines[0]);  // a client in step stays in step
     EXPECT_EQ(connection->CheckClientVersion(), 0);
 }
 
-TEST_F(Journal, RestoresLinesThatWereLostAndAppliesTheChangeAgain) {
-    writeSite(u"Server.xml", u"版本日期：2015,01,01,00,00,03\nb.dwg|2015,01,01,00,00,03|MOD\na.dwg|2015,01,01,00,00,01|MOD");
-    writeSite(u"Server.backup",
-              u"版本日期：2015,01,01,00,00,03\nb.dwg|2015,01,01,00,00,03|MOD\nlost.dwg|2015,01,01,00,00,02|MOD\na.dwg|2015,01,01,00,00,01|MOD");
-    auto connection = client();
-    submit(*connection, "a.dwg");
-    const CStringArray lines = siteLines();
-    ASSERT_EQ(lines.GetSize(), 4);
-    EXPECT_TRUE(lines[1].StartsWith(u"a.dwg|"));
-    EXPECT_TRUE(lines[3].StartsWith(u"lost.dwg|"));
-    // The shrunken journal did not replace the backup, and the log says so.
-    EXPECT_EQ(siteLines(u"Server.backup").GetSize(), 4);
-    const CStringArray log = siteLines(u"OS.log");
-    ASSERT_EQ(log.GetSize(), 1);
-    EXPECT_TRUE(log[0].StartsWith(u"[TIME:]")) << log[0];
-    EXPECT_TRUE(log[0].EndsWith(u"  [HOST:]10.0.0.1(alpha)  [OPRT:]备份Server.xml文件时出错！")) << log[0];
+// A lost line hides behind an added one when lines are only counted: the journal is repaired by content.
+// Damaged journals, longer than their backup or without a version line, still come out whole and stamped.
+TEST_F(Journal, RestoresLostLinesByContentAndKeepsStampsWellFormed) {
+    const CString good = u"版本日期：2015,01,01,00,00,03\nb.dwg|2015,01,01,00,00,03|MOD\nlost.dwg|2015,01,01,00,00,02|MOD\n"
+                         u"a.dwg|2015,01,01,00,00,01|MOD";
+    struct Case {
+        const char16_t* journal;
+        const char16_t* backup;  // nullptr: none on the site
+        std::vector<const char16_t*> present;
+    };
+    const std::vector<Case> cases = {
+        {u"版本日期：2015,01,01,00,00,03\nb.dwg|2015,01,01,00,00,03|MOD\na.dwg|2015,01,01,00,00,01|MOD", good.c_str(),
+         {u"b.dwg|", u"lost.dwg|", u"a.dwg|"}},
+        {u"PK\x03\x04 a drawing\nwritten\nover\nthe\njournal\nby\na\nstaging\nmix-up", good.c_str(),
+         {u"b.dwg|", u"lost.dwg|", u"a.dwg|", u"\n||\n"}},  // junk lines stay, as lines without fields
+        {u"a.dwg|2099,01,01,00,00,01|MOD", nullptr, {u"a.dwg|2099,01,01,00,00,01|MOD"}},
+    };
+    for (const Case& c : cases) {
+        writeSite(u"Server.xml", c.journal);
+        if (c.backup) writeSite(u"Server.backup", c.backup);
+        else QxFs::DeleteFile(site.logic() + u"Server.backup");
+        auto connection = client();
+        submit(*connection, "c.dwg");
+        const CStringArray lines = siteLines();
+        ASSERT_GE(lines.GetSize(), 2) << CString(c.journal);
+        EXPECT_TRUE(IsVersionLine(lines[0])) << lines[0];
+        EXPECT_TRUE(lines[1].StartsWith(u"c.dwg|")) << lines[1];
+        EXPECT_EQ(lines[0], u"版本日期：" + stampOf(lines[1]));
+        for (int i = 2; i < lines.GetSize(); ++i) {
+            if (lines[i].Find(u'|') > 0) {
+                EXPECT_GT(stampOf(lines[1]).CompareNoCase(stampOf(lines[i])), 0) << lines[i];
+            }
+        }
+        CString all;
+        for (const CString& line : lines) all += line + u"\n";
+        for (const char16_t* part : c.present) EXPECT_GE(all.Find(part), 0) << CString(part) << "\n" << all;
+        EXPECT_EQ(siteLines(u"Server.backup"), lines);
+    }
 }
 
 TEST_F(Journal, JunkLinesDoNotShortenTheJournal) {
@@ -177,4 +209,58 @@ TEST_F(Journal, AFolderTreeIsSubmittedFileByFileForDrawingsAndProjectFilesOnly) 
     EXPECT_EQ(site.readFile("tree/dev/dev.PRJ"), "p");
     EXPECT_FALSE(site.exists("tree/notes.txt"));
     EXPECT_EQ(siteLines().GetSize(), 1 + 4);  // two folders, two files
+}
+
+namespace {
+
+// Reading a lock takes 0.3 s here: two clients that find the journal free look at the same moment.
+class SlowLockReads : public RepositoryFixture {
+protected:
+    SlowLockReads() : RepositoryFixture({"--slow-retr", "Server.xml.bak"}) {}
+};
+
+long long nowMs() {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+} // namespace
+
+TEST_F(SlowLockReads, TheJournalLockIsHeldByOneClientAtATime) {
+    // Two processes under two identities reach for the lock at one moment and hold it for 0.5 s each; the
+    // holds must never overlap. Three contests, as the moment of each look varies.
+    const std::vector<const char*> hosts = {"10.0.0.1(alpha)", "10.0.0.2(beta)"};
+    for (int contest = 0; contest < 3; ++contest) {
+        std::vector<pid_t> children;
+        const long long together = nowMs() + 1000;  // both connect first
+        for (size_t i = 0; i < hosts.size(); ++i) {
+            const pid_t pid = ::fork();
+            ASSERT_GE(pid, 0);
+            if (pid == 0) {
+                ::setenv("CORVANE_HOST_ID", hosts[i], 1);
+                CMyFtpConnection connection;
+                FtpTimings timings = shortTimings();
+                timings.lockPauseMs = 400;  // 2.4 s before a lock counts as abandoned
+                connection.SetTimings(timings);
+                if (!connection.ConnectServer()) ::_exit(2);
+                std::this_thread::sleep_for(std::chrono::milliseconds(std::max(0LL, together - nowMs())));
+                connection.LockVersionFile();
+                const long long start = nowMs();
+                std::this_thread::sleep_for(std::chrono::milliseconds(500));
+                const long long end = nowMs();
+                connection.RemoveRemoteFileQuietly(u"Server.xml.bak");
+                install.writeFile("hold" + std::to_string(i), std::to_string(start) + " " + std::to_string(end));
+                ::_exit(0);
+            }
+            children.push_back(pid);
+        }
+        for (const pid_t pid : children) {
+            int status = 0;
+            ::waitpid(pid, &status, 0);
+            EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+        }
+        long long start0 = 0, end0 = 0, start1 = 0, end1 = 0;
+        std::istringstream(install.readFile("hold0")) >> start0 >> end0;
+        std::istringstream(install.readFile("hold1")) >> start1 >> end1;
+        EXPECT_TRUE(end0 <= start1 || end1 <= start0) << start0 << "-" << end0 << " and " << start1 << "-" << end1;
+    }
 }

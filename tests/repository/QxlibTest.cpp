@@ -6,21 +6,53 @@
 #include "support/Encoding.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <tuple>
+#include <vector>
 
 namespace {
 
 class Qxlib : public ::testing::Test {
 protected:
-    Qxlib() : server(site.native()) {}
+    explicit Qxlib(std::vector<std::string> serverOptions = {}) : server(site.native(), std::move(serverOptions)) {}
 
     // One client machine: its install folder below `machines`, its identity "10.0.0.N(name)".
+    std::string command(const std::string& machine, const std::string& args) const {
+        return "CORVANE_HOST_ID='" + hostId(machine) + "' " + QX_BINARY_DIR + "/bin/qxlib --install-dir '" +
+               machines.native() + "/" + machine + "' " + args + " 2>>'" + machines.native() + "/" + machine + ".err'";
+    }
     ShellRun qxlib(const std::string& machine, const std::string& args, const std::string& input = "") {
-        return RunShellCommand("cd '" + machines.native() + "' && printf '" + input + "' | CORVANE_HOST_ID='" +
-                               hostId(machine) + "' " + QX_BINARY_DIR + "/bin/qxlib --install-dir '" +
-                               machines.native() + "/" + machine + "' " + args + " 2>>'" + machines.native() + "/" +
-                               machine + ".err'");
+        return RunShellCommand("cd '" + machines.native() + "' && printf '" + input + "' | " + command(machine, args));
+    }
+    // Runs the commands at the same moment, each a separate process; gives their exit statuses in order.
+    std::vector<int> together(const std::vector<std::pair<std::string, std::string>>& runs) {
+        std::string script = "cd '" + machines.native() + "' || exit 1; ";
+        for (size_t i = 0; i < runs.size(); ++i)
+            script += "(" + command(runs[i].first, runs[i].second) + " >/dev/null; echo $? > status" + std::to_string(i) + ") & ";
+        RunShellCommand(script + "wait");
+        std::vector<int> statuses;
+        for (size_t i = 0; i < runs.size(); ++i) statuses.push_back(std::stoi("0" + machines.readFile("status" + std::to_string(i))));
+        return statuses;
+    }
+    // The files below a folder, as "relative path=content" lines in name order, leaving out what is no
+    // library file (the client's own folders, version files and the site's protocol files).
+    static std::string libraryOf(const std::string& root) {
+        std::vector<std::string> lines;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
+            const std::string relative = std::filesystem::relative(entry.path(), root).string();
+            if (!entry.is_regular_file() || relative.rfind("Lib/", 0) != 0 || relative.find(".bak") != std::string::npos) continue;
+            std::string bytes;
+            std::ifstream in(entry.path(), std::ios::binary);
+            bytes.assign(std::istreambuf_iterator<char>(in), {});
+            lines.push_back(relative + "=" + bytes);
+        }
+        std::sort(lines.begin(), lines.end());
+        std::string text;
+        for (const std::string& line : lines) text += line + "\n";
+        return text;
     }
     static std::string hostId(const std::string& machine) { return "10.0.0." + std::to_string(machine.size()) + "(" + machine + ")"; }
     void setUp(const std::string& machine) {
@@ -76,35 +108,51 @@ TEST_F(Qxlib, TwoPeopleKeepALibraryInStepThroughTheJournalAndTheLocks) {
     ASSERT_EQ(qxlib("bob", "submit Symb1Lib/k.dwg").status, 0) << errors("bob");
     EXPECT_FALSE(site.exists("Symb1Lib/k.dwg.bak"));
     EXPECT_TRUE(contains(qxlib("ann", "status").out, "behind the site's journal"));
-    ASSERT_EQ(qxlib("ann", "cancel Symb1Lib/k.dwg").status, 0);
-    ASSERT_EQ(qxlib("ann", "sync").status, 0) << errors("ann");
-    EXPECT_EQ(machines.readFile("ann/Symb1Lib/k.dwg"), "v2");
+    // Ann syncs as status tells her: her work stays, the site's copy comes beside it.
+    run = qxlib("ann", "sync");
+    ASSERT_EQ(run.status, 0) << errors("ann");
+    EXPECT_TRUE(contains(run.out, "kept your copy of Symb1Lib\\k.dwg; the site's copy is Symb1Lib\\k (site copy).dwg")) << run.out;
+    EXPECT_EQ(machines.readFile("ann/Symb1Lib/k.dwg"), "ann's work");
+    EXPECT_EQ(machines.readFile("ann/Symb1Lib/k (site copy).dwg"), "v2");
     EXPECT_TRUE(contains(qxlib("ann", "status").out, "in step with the site's journal"));
+    // The lock is gone with Bob's check-in: there is nothing of Ann's to cancel.
+    EXPECT_EQ(qxlib("ann", "cancel Symb1Lib/k.dwg").status, 1);
+    EXPECT_TRUE(contains(errors("ann"), "has no lock on the site")) << errors("ann");
 }
 
-TEST_F(Qxlib, TwoClientsContendingForTheJournalLoseNoLine) {
+TEST_F(Qxlib, SyncNeverReplacesAPersonsWork) {
     setUp("ann");
     setUp("bob");
-    const int perClient = 4;
-    std::string script;
-    for (const std::string machine : {"ann", "bob"}) {
-        script += "(";
-        for (int i = 0; i < perClient; ++i) {
-            const std::string file = machine + std::to_string(i) + ".dwg";
-            machines.writeFile(machine + "/" + file, file);
-            script += "CORVANE_HOST_ID='" + hostId(machine) + "' " + QX_BINARY_DIR + "/bin/qxlib --install-dir '" +
-                      machines.native() + "/" + machine + "' submit " + file + " >/dev/null 2>&1 || echo failed; ";
-        }
-        script += ") & ";
+    for (const std::string name : {"k", "m", "n"}) {
+        machines.writeFile("ann/Lib/" + name + ".dwg", "v1");
+        ASSERT_EQ(qxlib("ann", "submit Lib/" + name + ".dwg").status, 0) << errors("ann");
     }
-    script += "wait";
-    EXPECT_EQ(RunShellCommand(script).out, "");
+    ASSERT_EQ(qxlib("bob", "sync").status, 0) << errors("bob");
+    // Bob's work: k checked out and edited, m edited without a check-out, n locked by his host on the site
+    // (its line in his list lost), p a file of his own where Ann's folder will arrive by a rename.
+    ASSERT_EQ(qxlib("bob", "checkout Lib/k.dwg").status, 0) << errors("bob");
+    machines.writeFile("bob/Lib/k.dwg", "bob's k");
+    machines.writeFile("bob/Lib/m.dwg", "bob's m");
+    machines.writeFile("bob/Lib3/p.dwg", "bob's p");
 
-    EXPECT_EQ(journalLines(), 1 + 2 * perClient) << siteText("Server.xml");
-    for (const std::string machine : {"ann", "bob"})
-        for (int i = 0; i < perClient; ++i)
-            EXPECT_TRUE(contains(siteText("Server.xml"), machine + std::to_string(i) + ".dwg|")) << machine << i;
-    EXPECT_FALSE(site.exists("Server.xml.bak"));
+    for (const std::string name : {"k", "m", "n"}) {
+        ASSERT_EQ(qxlib("ann", "--yes checkout Lib/" + name + ".dwg").status, 0) << errors("ann");
+        machines.writeFile("ann/Lib/" + name + ".dwg", "v2");
+        ASSERT_EQ(qxlib("ann", "submit Lib/" + name + ".dwg").status, 0) << errors("ann");
+    }
+    machines.writeFile("ann/Lib2/p.dwg", "ann's p");
+    ASSERT_EQ(qxlib("ann", "submit Lib2/p.dwg").status, 0) << errors("ann");
+    ASSERT_EQ(qxlib("ann", "rename Lib2/ Lib3").status, 0) << errors("ann");
+    site.writeFile("Lib/n.dwg.bak", hostId("bob"));
+
+    const ShellRun run = qxlib("bob", "sync");
+    ASSERT_EQ(run.status, 0) << errors("bob");
+    for (const auto& [file, mine, sites] : {std::tuple{"Lib/k", "bob's k", "v2"}, std::tuple{"Lib/m", "bob's m", "v2"},
+                                            std::tuple{"Lib/n", "v1", "v2"}, std::tuple{"Lib3/p", "bob's p", "ann's p"}}) {
+        EXPECT_EQ(machines.readFile("bob/" + std::string(file) + ".dwg"), mine) << file;
+        EXPECT_EQ(machines.readFile("bob/" + std::string(file) + " (site copy).dwg"), sites) << file;
+    }
+    EXPECT_TRUE(contains(run.out, "kept your copy of Lib3\\p.dwg")) << run.out;
 }
 
 TEST_F(Qxlib, FoldersAndTreesTravelWithTheirJournalLines) {
@@ -130,21 +178,34 @@ TEST_F(Qxlib, FoldersAndTreesTravelWithTheirJournalLines) {
     EXPECT_TRUE(machines.exists("bob/Lib/tree2/panel/a.dwg"));
 }
 
-TEST_F(Qxlib, PathsThatLeaveTheLibraryAreRefusedFromPeopleAndFromTheSite) {
+TEST_F(Qxlib, PathsOutsideTheLibraryAndWhatTheLoginFileCannotKeepAreRefused) {
     setUp("ann");
-    EXPECT_EQ(qxlib("ann", "checkout ../etc/passwd").status, 2);
-    EXPECT_EQ(qxlib("ann", "delete 'a\\..\\..\\b'").status, 2);
-    EXPECT_EQ(qxlib("ann", "").status, 2);
-    EXPECT_EQ(qxlib("ann", "setup 127.0.0.1 0 /").status, 2);
+    const std::string login = machines.readFile("ann/LocalData/QxFTPLoginInfo.sys");
+    // From people: paths that leave the library, the protocol's own files, the client's own files.
+    for (const char* args : {"checkout ../etc/passwd", "delete 'a\\..\\..\\b'", "", "setup 127.0.0.1 0 /",
+                             "checkout Server.xml", "submit Server.xml", "submit server.BACKUP", "submit OS.log",
+                             "checkout Lib/k.dwg.bak", "submit '#.txt'", "submit 'Lib/#x-1.txt'", "submit Server_Tmp.xml",
+                             "submit LocalData/QxFTPLoginInfo.sys", "checkout Data/HMHost.dat", "submit Client.xml"})
+        EXPECT_EQ(qxlib("ann", args).status, 2) << args;
+    // What the login file's scrambling cannot keep is refused at setup, and nothing is written.
+    EXPECT_EQ(qxlib("ann", "setup 127.0.0.1 21 库/符号").status, 1);
+    EXPECT_EQ(qxlib("ann", "setup 127.0.0.1 21 / --user ann", "pass中文\\n").status, 1);
+    EXPECT_TRUE(contains(errors("ann"), "the password holds characters that the login file cannot keep")) << errors("ann");
+    EXPECT_EQ(machines.readFile("ann/LocalData/QxFTPLoginInfo.sys"), login);
 
-    site.writeFile("evil.dwg", "evil");
-    site.writeFile("Server.xml", "V\r\n..\\evil.dwg|2099|MOD\r\nC:\\evil.dwg|2099|MOD\r\nok.dwg|2099|MOD");
-    site.writeFile("ok.dwg", "ok");
+    // From the site: journal paths that leave the install folder or name the client's own files.
+    for (const char* own : {"evil.dwg", "LocalData/QxFTPLoginInfo.sys", "Data/HMHost.dat", "ok.dwg"})
+        site.writeFile(own, "from the site");
+    site.writeFile("Server.xml", "版本日期：2099,01,01,00,00,00\r\n..\\evil.dwg|2099|MOD\r\nC:\\evil.dwg|2099|MOD\r\n"
+                                 "LocalData\\QxFTPLoginInfo.sys|2099|MOD\r\nData\\HMHost.dat|2099|MOD\r\nok.dwg|2099|MOD");
     const ShellRun run = qxlib("ann", "sync");
     EXPECT_EQ(run.status, 0) << errors("ann");
-    EXPECT_EQ(machines.readFile("ann/ok.dwg"), "ok");
+    EXPECT_EQ(machines.readFile("ann/ok.dwg"), "from the site");
     EXPECT_FALSE(machines.exists("evil.dwg"));
-    EXPECT_TRUE(contains(errors("ann"), "passed over the journal path \"..\\evil.dwg\""));
+    EXPECT_FALSE(machines.exists("ann/Data/HMHost.dat"));
+    EXPECT_EQ(machines.readFile("ann/LocalData/QxFTPLoginInfo.sys"), login);
+    EXPECT_TRUE(contains(errors("ann"), "passed over the journal path \"..\\evil.dwg\"")) << errors("ann");
+    EXPECT_TRUE(contains(errors("ann"), "passed over the journal path \"LocalData\\QxFTPLoginInfo.sys\""));
 }
 
 TEST_F(Qxlib, WithoutASiteSaysWhatIsMissing) {
@@ -152,4 +213,218 @@ TEST_F(Qxlib, WithoutASiteSaysWhatIsMissing) {
     const ShellRun run = qxlib("nobody", "status");
     EXPECT_EQ(run.status, 1);
     EXPECT_TRUE(contains(run.out + errors("nobody"), "run qxlib setup first")) << run.out;
+}
+
+namespace {
+
+struct QxlibFaultySite : Qxlib {
+    explicit QxlibFaultySite(std::vector<std::string> options) : Qxlib(std::move(options)) {}
+    void siteJournal(const std::string& lines) { site.writeFile("Server.xml", "版本日期：2099,01,01,00,00,09\r\n" + lines); }
+};
+
+struct QxlibRefusingBadFiles : QxlibFaultySite {
+    QxlibRefusingBadFiles() : QxlibFaultySite({"--refuse-stor", "bad.dwg"}) {}
+};
+
+} // namespace
+
+TEST_F(QxlibRefusingBadFiles, CommandsThatDidNotDoTheirWorkSaySoAndFail) {
+    setUp("ann");
+    setUp("bob");
+    machines.writeFile("tree/ok.dwg", "ok");
+    machines.writeFile("tree/bad.dwg", "bad");
+    EXPECT_EQ(qxlib("ann", "push-tree tree Lib/tree").status, 1);
+    EXPECT_TRUE(contains(errors("ann"), "was not pushed whole: 1 file(s) were refused")) << errors("ann");
+    EXPECT_EQ(site.readFile("Lib/tree/ok.dwg"), "ok");
+
+    for (const char* args : {"delete Lib/none.dwg", "delete Lib/none/"}) EXPECT_EQ(qxlib("ann", args).status, 1) << args;
+    EXPECT_TRUE(contains(errors("ann"), "Lib\\none.dwg is not on the site; nothing was deleted")) << errors("ann");
+
+    ASSERT_EQ(qxlib("ann", "checkout Lib/tree/ok.dwg").status, 0) << errors("ann");
+    EXPECT_EQ(qxlib("bob", "cancel Lib/tree/ok.dwg").status, 1);
+    EXPECT_TRUE(contains(errors("bob"), "is held by 10.0.0.3(ann), not by this host; it stays")) << errors("bob");
+    EXPECT_EQ(site.readFile("Lib/tree/ok.dwg.bak").rfind(hostId("ann") + "\r\n", 0), 0u);
+}
+
+namespace {
+
+struct QxlibSlowStagingRenames : QxlibFaultySite {
+    QxlibSlowStagingRenames() : QxlibFaultySite({"--slow-rename", "#*"}) {}
+};
+
+} // namespace
+
+TEST_F(QxlibSlowStagingRenames, TwoClientsStagingInOneFolderAtOnceKeepTheirOwnBytes) {
+    for (const std::string machine : {"ann", "bob"}) {
+        ASSERT_EQ(qxlib(machine, "setup 127.0.0.1 " + std::to_string(server.port()) + " / --passive --staging").status, 0);
+        machines.writeFile(machine + "/Lib/" + machine + ".dwg", machine + "'s drawing");
+    }
+    site.writeFile("Lib/keep.dwg", "kept");
+    siteJournal("Lib\\keep.dwg|2099,01,01,00,00,09|MOD");
+    EXPECT_EQ(together({{"ann", "submit Lib/ann.dwg"}, {"bob", "submit Lib/bob.dwg"}}), (std::vector<int>{0, 0}));
+    for (const std::string machine : {"ann", "bob"}) EXPECT_EQ(site.readFile("Lib/" + machine + ".dwg"), machine + "'s drawing");
+    EXPECT_EQ(siteText("Server.backup"), siteText("Server.xml"));
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(site.native()))
+        EXPECT_NE(entry.path().filename().string()[0], '#') << entry.path();
+}
+
+namespace {
+
+// A site whose first listings fail: a sync that cannot list must neither take the file for gone nor move on.
+struct QxlibListingsFail : QxlibFaultySite, ::testing::WithParamInterface<std::tuple<std::string, int>> {
+    QxlibListingsFail() : QxlibFaultySite({"--fail-lists", std::get<0>(GetParam())}) {}
+};
+
+INSTANTIATE_TEST_SUITE_P(Failures, QxlibListingsFail,
+                         ::testing::Values(std::tuple{std::string("2"), 0},      // one listing (MLSD and LIST) fails: retried
+                                           std::tuple{std::string("1000"), 1}),  // every listing fails: the client stays behind
+                         [](const auto& info) { return std::get<1>(info.param) == 0 ? "OneFails" : "AllFail"; });
+
+} // namespace
+
+TEST_P(QxlibListingsFail, ListingsAreRetriedOnceAndThenLeaveTheClientBehind) {
+    setUp("ann");
+    site.writeFile("Lib/a.dwg", "a");
+    siteJournal("Lib\\a.dwg|2099,01,01,00,00,09|MOD");
+    const int expected = std::get<1>(GetParam());
+    EXPECT_EQ(qxlib("ann", "sync").status, expected) << errors("ann");
+    EXPECT_EQ(machines.exists("ann/Lib/a.dwg"), expected == 0);
+    EXPECT_EQ(machines.exists("ann/Client.xml"), expected == 0);
+}
+
+namespace {
+
+struct QxlibCutJournalUploads : QxlibFaultySite {
+    // Uploads of the journal, its backup and every staging file break off after 10 bytes.
+    QxlibCutJournalUploads() : QxlibFaultySite({"--cut-stor", "[S#]*"}) {}
+};
+
+} // namespace
+
+TEST_F(QxlibCutJournalUploads, AJournalUploadBrokenOffLeavesTheJournalAsItWas) {
+    setUp("ann");
+    siteJournal("a.dwg|2099,01,01,00,00,09|MOD");
+    const std::string journal = site.readFile("Server.xml");
+    machines.writeFile("ann/c.dwg", "c");
+    EXPECT_EQ(qxlib("ann", "submit c.dwg").status, 1);
+    EXPECT_EQ(site.readFile("Server.xml"), journal);
+    EXPECT_FALSE(site.exists("Server.xml.bak"));
+}
+
+namespace {
+
+struct QxlibSlowLockReads : QxlibFaultySite {
+    QxlibSlowLockReads() : QxlibFaultySite({"--slow-retr", "*.bak"}) {}
+};
+
+} // namespace
+
+TEST_F(QxlibSlowLockReads, OfTwoCheckOutsAtTheSameMomentOneWins) {
+    setUp("ann");
+    setUp("bob");
+    site.writeFile("Lib/s.dwg", "s");
+    for (int round = 0; round < 3; ++round) {
+        const std::vector<int> statuses = together({{"ann", "--no checkout Lib/s.dwg"}, {"bob", "--no checkout Lib/s.dwg"}});
+        ASSERT_EQ(std::count(statuses.begin(), statuses.end(), 0), 1) << "round " << round << errors("ann") << errors("bob");
+        EXPECT_EQ(qxlib(statuses[0] == 0 ? "ann" : "bob", "cancel Lib/s.dwg").status, 0);
+    }
+}
+
+namespace {
+
+struct QxlibLyingListings : QxlibFaultySite {
+    QxlibLyingListings()
+        : QxlibFaultySite({"--lie-list", "file:../../evil.dwg", "--lie-list", "dir:../../evildir", "--lie-list", "file:x\\y.dwg"}) {}
+};
+
+} // namespace
+
+TEST_F(QxlibLyingListings, ListedNamesThatAreNotPlainAreNeverJoinedToLocalFolders) {
+    setUp("ann");
+    site.writeFile("evil.dwg", "evil");
+    site.writeFile("evildir/e.dwg", "evil");
+    site.writeFile("Lib/ok.dwg", "ok");
+    siteJournal("Lib\\|2099,01,01,00,00,09|REN");
+    EXPECT_EQ(qxlib("ann", "sync").status, 0) << errors("ann");
+    EXPECT_EQ(machines.readFile("ann/Lib/ok.dwg"), "ok");
+    EXPECT_EQ(libraryOf(machines.native() + "/ann"), "Lib/ok.dwg=ok\n");
+    for (const char* outside : {"evil.dwg", "evildir", "ann/evil.dwg", "ann/evildir", "ann/Lib/x\\y.dwg"})
+        EXPECT_FALSE(machines.exists(outside)) << outside;
+}
+
+TEST_F(Qxlib, TakesTheNameTheSiteListsAndListsEachFolderOnce) {
+    setUp("ann");
+    std::string journal = "版本日期：2099,01,01,00,00,09\r\nLib\\up.dwg|2099,01,01,00,00,09|MOD";
+    for (int i = 0; i < 30; ++i) {
+        site.writeFile("Lib/f" + std::to_string(i) + ".dwg", "f");
+        journal += "\r\nLib\\f" + std::to_string(i) + ".dwg|2099,01,01,00,00,08|MOD";
+    }
+    site.writeFile("Lib/up.DWG", "upper");
+    site.writeFile("Server.xml", journal);
+    // At a terminal (script gives it one) each line tells how far the sync has come.
+    const ShellRun run = RunShellCommand("cd '" + machines.native() + "' && QX_FTP_VERBOSE=1 script -qec \"" +
+                                         command("ann", "sync") + "\" /dev/null");
+    EXPECT_EQ(run.status, 0) << errors("ann");
+    EXPECT_TRUE(contains(run.out, "[31/31] took Lib\\up.dwg")) << run.out;
+    EXPECT_EQ(machines.readFile("ann/Lib/up.dwg"), "upper");
+    EXPECT_EQ(machines.readFile("ann/Lib/f29.dwg"), "f");
+    const std::string dialogue = errors("ann");
+    size_t listings = 0;
+    for (size_t at = dialogue.find("> MLSD"); at != std::string::npos; at = dialogue.find("> MLSD", at + 1)) ++listings;
+    EXPECT_EQ(listings, 2u);  // the root and Lib
+}
+
+namespace {
+
+struct QxlibWithUser : QxlibFaultySite {
+    QxlibWithUser() : QxlibFaultySite({"--user", "ann", "--password", "s3cret"}) {}
+};
+
+} // namespace
+
+TEST_F(QxlibWithUser, TheFtpDialogueNeverShowsThePassword) {
+    ASSERT_EQ(qxlib("ann", "setup 127.0.0.1 " + std::to_string(server.port()) + " / --passive --user ann", "s3cret\\n").status, 0);
+    const ShellRun run = RunShellCommand("cd '" + machines.native() + "' && QX_FTP_VERBOSE=1 " + command("ann", "status"));
+    EXPECT_EQ(run.status, 0) << errors("ann");
+    EXPECT_TRUE(contains(errors("ann"), "> PASS ****")) << errors("ann");
+    EXPECT_FALSE(contains(errors("ann"), "s3cret"));
+}
+
+// Three people at once in one folder, round after round: each sends a drawing of its own, all three try to
+// check out one shared drawing (one wins, edits it while the others sync, and sends it back), and all
+// sync. No line, file or person's work may be lost, and the three libraries must end alike.
+TEST_F(Qxlib, ThreeClientsWorkingInOneFolderAtOnceLoseNothing) {
+    const std::vector<std::string> people = {"ann", "bob", "cyd"};
+    for (const std::string& person : people) setUp(person);
+    machines.writeFile("ann/Lib/shared.dwg", "start");
+    ASSERT_EQ(qxlib("ann", "submit Lib/shared.dwg").status, 0) << errors("ann");
+    constexpr int kRounds = 25;  // about 2 s a round on two cores: 50 rounds would take well over a minute
+    for (int round = 0; round < kRounds; ++round) {
+        const std::string r = std::to_string(round);
+        std::vector<std::pair<std::string, std::string>> submits, checkOuts;
+        for (const std::string& person : people) {
+            machines.writeFile(person + "/Lib/" + person + r + ".dwg", person + " " + r);
+            submits.emplace_back(person, "submit Lib/" + person + r + ".dwg");
+            checkOuts.emplace_back(person, "--no checkout Lib/shared.dwg");
+        }
+        ASSERT_EQ(together(submits), (std::vector<int>{0, 0, 0})) << "round " << r;
+        const std::vector<int> taken = together(checkOuts);
+        ASSERT_EQ(std::count(taken.begin(), taken.end(), 0), 1) << "round " << r;
+        const std::string winner = people[std::find(taken.begin(), taken.end(), 0) - taken.begin()];
+        machines.writeFile(winner + "/Lib/shared.dwg", winner + "'s edit " + r);
+        std::vector<std::pair<std::string, std::string>> syncs;
+        for (const std::string& person : people) syncs.emplace_back(person, "sync");
+        ASSERT_EQ(together(syncs), (std::vector<int>{0, 0, 0})) << "round " << r;
+        EXPECT_EQ(machines.readFile(winner + "/Lib/shared.dwg"), winner + "'s edit " + r);  // kept while checked out
+        ASSERT_EQ(qxlib(winner, "submit Lib/shared.dwg").status, 0) << errors(winner);
+        std::filesystem::remove(machines.native() + "/" + winner + "/Lib/shared (site copy).dwg");
+    }
+    for (const std::string& person : people) ASSERT_EQ(qxlib(person, "sync").status, 0) << errors(person);
+    const std::string library = libraryOf(site.native());
+    EXPECT_EQ(std::count(library.begin(), library.end(), '\n'), 1 + 3 * kRounds) << library;
+    for (const std::string& person : people) {
+        EXPECT_EQ(libraryOf(machines.native() + "/" + person), library) << person;
+        EXPECT_TRUE(contains(qxlib(person, "status").out, "in step with the site's journal")) << person;
+    }
+    EXPECT_EQ(journalLines(), 3 + 3 * kRounds) << siteText("Server.xml");  // the version, "Lib\\" and shared.dwg
 }
