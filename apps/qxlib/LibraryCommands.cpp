@@ -14,6 +14,7 @@
 #include "support/FileUtils.h"
 #include "support/Format.h"
 #include "support/PathText.h"
+#include "support/PrintableText.h"
 
 #include <iostream>
 #include <sys/stat.h>
@@ -28,10 +29,15 @@ CString localCopyOf(const CString& remote) { return installFolder() + remote; }
 
 bool isFolderPath(const CString& path) { return path.EndsWith(u"\\"); }
 
+// What a person reads: a local path in this machine's own form; a path of the site or its journal, a host
+// name or a version line as it stands, but never with its control characters.
+CString shownLocal(const CString& logicPath) { return QxPrintable(QxFs::ToNativeText(logicPath)); }
+CString shown(const CString& text) { return QxPrintable(text); }
+
 // A connected client, or nullptr after saying why.
 std::unique_ptr<CMyFtpConnection> connect() {
     if (!FileExists(loginFile())) {
-        std::cerr << "qxlib: no login file " << loginFile() << "; run qxlib setup first\n";
+        std::cerr << "qxlib: no login file " << shownLocal(loginFile()) << "; run qxlib setup first\n";
         return nullptr;
     }
     auto connection = std::make_unique<CMyFtpConnection>();
@@ -113,17 +119,17 @@ int RunSetup(const SetupOptions& options) {
     const CString file = loginFile();
     QxFs::MakeFolders(installFolder() + u"LocalData");
     if (!QxFs::Exists(file) && !QxFs::WriteAtomic(file, "", S_IRUSR | S_IWUSR)) {
-        std::cerr << "qxlib: " << file << " cannot be made\n";
+        std::cerr << "qxlib: " << shownLocal(file) << " cannot be made\n";
         return 1;
     }
     if (!WriteLoginInfo(file, lines)) {
-        std::cerr << "qxlib: " << file << " cannot be written\n";
+        std::cerr << "qxlib: " << shownLocal(file) << " cannot be written\n";
         return 1;
     }
     const CString marker = installFolder() + u"LocalData\\Ftp.bg";
     if (options.staging) QxFs::WriteAtomic(marker, "");
     else if (QxFs::Exists(marker)) QxFs::DeleteFile(marker);
-    std::cout << "wrote " << file << '\n';
+    std::cout << "wrote " << shownLocal(file) << '\n';
     return 0;
 }
 
@@ -133,18 +139,18 @@ int RunStatus() {
     const bool behind = connection->CheckClientVersion() != 0;
     CString clientLine;
     ReadFirstLine(installFolder() + u"Client.xml", clientLine);
-    std::cout << "host: " << GetHostId() << '\n';
-    std::cout << "client version: " << (clientLine.IsEmpty() ? CString(u"(none)") : clientLine) << '\n';
+    std::cout << "host: " << shown(GetHostId()) << '\n';
+    std::cout << "client version: " << (clientLine.IsEmpty() ? CString(u"(none)") : shown(clientLine)) << '\n';
     // A client that has taken nothing yet counts as in step for the repository, but not for a person.
     std::cout << (behind || clientLine.IsEmpty() ? "behind the site's journal: run qxlib sync\n"
                                                  : "in step with the site's journal\n");
     const CheckOutList checkOuts(installFolder());
     for (const CString& path : checkOuts.paths()) {
         CString holder;
-        std::cout << "checked out: " << path << "  ";
+        std::cout << "checked out: " << shown(path) << "  ";
         if (!connection->GetLockHolder(path, holder)) std::cout << "(lock removed: check-in will be refused)\n";
         else if (holder.EqualsNoCase(GetHostId())) std::cout << "(held by this host)\n";
-        else std::cout << "(taken over by " << holder << ": check-in will be refused)\n";
+        else std::cout << "(taken over by " << shown(holder) << ": check-in will be refused)\n";
     }
     return 0;
 }
@@ -159,30 +165,30 @@ int RunCheckOut(const CString& file) {
     // Checking out again would fetch the site's copy over the person's work: qxlib keeps the work.
     CString holder;
     if (QxFs::Exists(localCopyOf(file)) && connection->GetLockHolder(file, holder) && holder.EqualsNoCase(GetHostId())) {
-        std::cout << file << " is checked out by this host already; the local copy is kept "
+        std::cout << shown(file) << " is checked out by this host already; the local copy is kept "
                      "(qxlib cancel, then checkout, fetches the site's copy)\n";
         CheckOutList(installFolder()).add(file);
         return 0;
     }
     if (!connection->CheckOutFile(localCopyOf(file), RemoteParent(file), RemoteName(file))) {
-        std::cerr << "qxlib: " << file << " was not checked out\n";
+        std::cerr << "qxlib: " << shown(file) << " was not checked out\n";
         return 1;
     }
     CheckOutList(installFolder()).add(file);
-    std::cout << "checked out " << file << " to " << localCopyOf(file) << '\n';
+    std::cout << "checked out " << shown(file) << " to " << shownLocal(localCopyOf(file)) << '\n';
     return 0;
 }
 
 int RunSubmit(const CString& file) {
     const CString local = localCopyOf(file);
     if (!QxFs::Exists(local) || QxFs::IsFolder(local)) {
-        std::cerr << "qxlib: no local file " << local << '\n';
+        std::cerr << "qxlib: no local file " << shownLocal(local) << '\n';
         return 1;
     }
     auto connection = connect();
     if (!connection) return 1;
     if (connection->IsCheckOutRevoked(file)) {
-        std::cerr << "qxlib: check-in of " << file << " refused: check it out first; if it was taken over, "
+        std::cerr << "qxlib: check-in of " << shown(file) << " refused: check it out first; if it was taken over, "
                      "keep your copy under another name and check the file out again\n";
         return 1;
     }
@@ -192,12 +198,12 @@ int RunSubmit(const CString& file) {
         return 1;
     WarningWatch watch;
     if (!connection->SubmitFile(local, file) || watch.warned) {
-        std::cerr << "qxlib: " << file << " was not submitted, or the site's journal was not updated\n";
+        std::cerr << "qxlib: " << shown(file) << " was not submitted, or the site's journal was not updated\n";
         return 1;
     }
     connection->ReleaseLock(file);
     CheckOutList(installFolder()).remove(file);
-    std::cout << "submitted " << file << '\n';
+    std::cout << "submitted " << shown(file) << '\n';
     return 0;
 }
 
@@ -206,7 +212,7 @@ int RunCancel(const CString& file) {
     if (!connection) return 1;
     connection->CancelCheckOut(localCopyOf(file), RemoteParent(file));
     CheckOutList(installFolder()).remove(file);
-    std::cout << "cancelled the check-out of " << file << '\n';
+    std::cout << "cancelled the check-out of " << shown(file) << '\n';
     return 0;
 }
 
@@ -215,10 +221,10 @@ int RunDelete(const CString& path) {
     if (!connection) return 1;
     const bool done = isFolderPath(path) ? connection->SubmitDeleteFolder(path) : connection->SubmitDelete(path);
     if (!done) {
-        std::cerr << "qxlib: " << path << " was not deleted\n";
+        std::cerr << "qxlib: " << shown(path) << " was not deleted\n";
         return 1;
     }
-    std::cout << "deleted " << path << '\n';
+    std::cout << "deleted " << shown(path) << '\n';
     return 0;
 }
 
@@ -228,7 +234,7 @@ int RunMakeFolder(const CString& path) {
     CString folder = path;
     folder.TrimRight(u'\\');
     if (!connection->SubmitNewFolder(RemoteParent(folder), RemoteName(folder))) return 1;
-    std::cout << "made " << folder << "\\\n";
+    std::cout << "made " << shown(folder) << "\\\n";
     return 0;
 }
 
@@ -238,16 +244,16 @@ int RunRename(const CString& oldPath, const CString& newPath) {
     const bool done = isFolderPath(oldPath) ? connection->SubmitRenameFolder(oldPath, newPath)
                                             : connection->SubmitRenameFile(oldPath, newPath);
     if (!done) {
-        std::cerr << "qxlib: " << oldPath << " was not renamed\n";
+        std::cerr << "qxlib: " << shown(oldPath) << " was not renamed\n";
         return 1;
     }
-    std::cout << "renamed " << oldPath << " to " << newPath << '\n';
+    std::cout << "renamed " << shown(oldPath) << " to " << shown(newPath) << '\n';
     return 0;
 }
 
 int RunPushTree(const CString& localFolder, const CString& remoteFolder) {
     if (!QxFs::IsFolder(localFolder)) {
-        std::cerr << "qxlib: no local folder " << localFolder << '\n';
+        std::cerr << "qxlib: no local folder " << shownLocal(localFolder) << '\n';
         return 1;
     }
     auto connection = connect();
@@ -255,7 +261,7 @@ int RunPushTree(const CString& localFolder, const CString& remoteFolder) {
     CString remote = remoteFolder;
     remote.TrimRight(u'\\');
     if (!connection->SubmitFolderTree(RemoteParent(remote), remote, localFolder)) return 1;
-    std::cout << "pushed " << localFolder << " to " << remote << "\\\n";
+    std::cout << "pushed " << shownLocal(localFolder) << " to " << shown(remote) << "\\\n";
     return 0;
 }
 
@@ -282,13 +288,13 @@ int RunSync() {
         const STRUCT_FILE_INFO& entry = entries[i];
         if (!clientStamp.IsEmpty() && entry.m_strVersion.CompareNoCase(clientStamp) <= 0) continue;
         if (!isSafeJournalPath(entry.m_strPath)) {
-            std::cerr << "qxlib: passed over the journal path \"" << entry.m_strPath << "\"\n";
+            std::cerr << "qxlib: passed over the journal path \"" << shown(entry.m_strPath) << "\"\n";
             continue;
         }
         const CString local = localCopyOf(entry.m_strPath);
         if (entry.m_strOperation == u"DEL") {
             // What a person has locally is never removed for them.
-            std::cout << "removed on the site: " << entry.m_strPath << " (the local copy stays)\n";
+            std::cout << "removed on the site: " << shown(entry.m_strPath) << " (the local copy stays)\n";
             continue;
         }
         // A later change may have renamed or removed it: what is no longer on the site is passed over.
@@ -298,14 +304,14 @@ int RunSync() {
         const bool onSite = folder ? connection->RemoteFolderExists(item)
                                    : connection->RemoteFileExistsInFolder(RemoteParent(item), RemoteName(item));
         if (!onSite) {
-            std::cout << "no longer on the site: " << entry.m_strPath << '\n';
+            std::cout << "no longer on the site: " << shown(entry.m_strPath) << '\n';
             continue;
         }
         bool done;
         if (entry.m_strOperation == u"REN") done = connection->DownloadFolder(item, local);
         else if (folder) done = QxFs::MakeFolders(local);
         else done = connection->DownloadFile(item, local);
-        std::cout << (done ? "took " : "could not take ") << entry.m_strPath << '\n';
+        std::cout << (done ? "took " : "could not take ") << shown(entry.m_strPath) << '\n';
         if (!done) ++failed;
     }
     if (failed > 0) {

@@ -62,7 +62,7 @@ bool CreateDeviceFromNode(CHexmoorInteFace& client, const CString& parentFolder,
     copyTemplateDrawing(folder);
     InsertNotes(prjPath, deviceNotes(*node));
     HMSaveNodeDocument(client, folder, node);
-    acutPrintf(u"%s\n", QxFormat(u"***新设备%s已建成***", prjPath));
+    acutPrintf(u"%s\n", QxFormat(u"***新设备%s已建成***", QxFs::ToNativeText(prjPath)));
     return true;
 }
 
@@ -78,7 +78,7 @@ bool CreateProjectFromNode(CHexmoorInteFace& client, const CString& parentFolder
     HMSaveNodeDocument(client, folder, node);
     for (const HMProjectTree_INFO* child : node->m_arrChildren)
         if (child) createChild(client, folder, child);
-    acutPrintf(u"%s\n", QxFormat(u"***新项目%s已建成***", itmPath));
+    acutPrintf(u"%s\n", QxFormat(u"***新项目%s已建成***", QxFs::ToNativeText(itmPath)));
     return true;
 }
 

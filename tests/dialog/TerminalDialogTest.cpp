@@ -12,18 +12,20 @@ namespace {
 class TerminalDialog : public ::testing::Test {
 protected:
     // Runs the dialog on the given lines; the end of the list is the end of input.
-    void run(std::deque<CString> lines, bool interactive = false) {
+    // The prompt goes to the screen, as the line reader shows it.
+    void run(std::deque<CString> lines, bool interactive = false, DialogScreenSize size = {}) {
         dialog.m_pProjectTree = &project.root;
         dialog.OnInitDialog();
         CabinetDialogTerminal terminal(
             dialog,
-            [&lines]() -> std::optional<CString> {
+            [&](const CString& prompt) -> std::optional<CString> {
+                screen << prompt;
                 if (lines.empty()) return std::nullopt;
                 CString line = lines.front();
                 lines.pop_front();
                 return line;
             },
-            screen, interactive);
+            screen, interactive, size);
         terminal.Run();
     }
     std::string shown() const { return screen.str(); }
