@@ -30,6 +30,11 @@ bool isKeyword(const CString& line, const char16_t* keyword) {
 constexpr int kLinesAroundRows = 8;
 constexpr int kFewestRowsShown = 3;
 
+// The lines that show the table themselves: it is not shown again after them.
+bool showsTheTable(const CString& line) {
+    return isKeyword(line, u"show") || isKeyword(line, u"") || isKeyword(line, u"show all");
+}
+
 } // namespace
 
 CabinetDialogTerminal::CabinetDialogTerminal(CSetCabInfo& dialog, DialogLineSource lines, std::ostream& screen,
@@ -49,7 +54,7 @@ void CabinetDialogTerminal::Run() {
             break;
         }
         handle(*line);
-        if (m_interactive && !m_dialog.HasEnded()) show();
+        if (m_interactive && !m_dialog.HasEnded() && !showsTheTable(*line)) show();
     }
     m_screen << std::flush;
 }
