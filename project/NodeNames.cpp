@@ -2,6 +2,7 @@
 #include "project/NodeNames.h"
 
 #include "platform/host/HostOutput.h"
+#include "support/FileSystem.h"
 
 namespace {
 
@@ -40,7 +41,7 @@ bool HMRefuseUnsafeNodeName(const CString& parentFolder, const CString& name) {
     const CString message = QxFormat(
         u"名称“%s”不能用作%s中的文件夹名（名称不能为空、“.”或“..”，不能含控制字符及 \\ / : * ? \" < > |），"
         u"已跳过该节点及其下级！",
-        HMPrintableNodeName(name), parentFolder);
+        HMPrintableNodeName(name), QxFs::ToNativeText(parentFolder));
     acutPrintf(u"\n%s\n", message);
     return true;
 }

@@ -18,13 +18,13 @@ void printBlock(const CString& message) { acutPrintf(u"\n%s\n", message); }
 // A new node needs a folder that holds nothing yet; the message names the node (设备 or 项目) and the folder.
 bool folderIsFree(const CString& kind, const CString& folder, const CString& name) {
     if (IsFolderEmpty(folder + u"*.*")) return true;
-    printBlock(QxFormat(u"%s%s创建失败，%s文件夹中已有内容，请删除或另选目录！", kind, name, folder));
+    printBlock(QxFormat(u"%s%s创建失败，%s文件夹中已有内容，请删除或另选目录！", kind, name, QxFs::ToNativeText(folder)));
     return false;
 }
 
 bool makeNodeFolder(const CString& kind, const CString& folder, const CString& name) {
     if (QxFs::MakeFolder(folder)) return true;
-    printBlock(QxFormat(u"%s%s创建失败，无法建立文件夹%s！", kind, name, folder));
+    printBlock(QxFormat(u"%s%s创建失败，无法建立文件夹%s！", kind, name, QxFs::ToNativeText(folder)));
     return false;
 }
 

@@ -3,6 +3,7 @@
 #include "ProjectCommandFixture.h"
 #include "exchange/HexmoorReader.h"
 #include "exchange/HexmoorWriter.h"
+#include "support/FileSystem.h"
 
 #include <functional>
 
@@ -133,7 +134,7 @@ TEST_F(BomCommands, WithoutACloudDocumentEachCommandSaysSoWithTheProjectPath) {
         for (const auto& each : commands) {
             output.printed.Empty();
             run(each.command);
-            EXPECT_TRUE(output.printed.EndsWith(QxFormat(each.message, recent))) << CString(each.command).ToUtf8();
+            EXPECT_TRUE(output.printed.EndsWith(QxFormat(each.message, QxFs::ToNativeText(recent)))) << CString(each.command).ToUtf8();
         }
     }
     EXPECT_EQ(cloud().submitBomCalls + cloud().bomCmpCalls + cloud().projectInfoCalls, 0);
