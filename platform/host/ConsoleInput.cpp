@@ -66,8 +66,10 @@ void eraseLastCharacter(std::string& line) {
     }
 }
 
-ConsoleRead readSecretKeys() {
+// The keys are taken from the terminal before the prompt shows, so that nothing typed after it is lost.
+ConsoleRead readSecretKeys(const CString& prompt) {
     const SecretKeys keys;
+    showPrompt(prompt);
     std::string line;
     for (;;) {
         char key = 0;
@@ -91,7 +93,7 @@ LineEditor& lineEditor() {
 bool ConsoleIsInteractive() { return ::isatty(STDIN_FILENO) == 1; }
 
 ConsoleRead ReadConsoleInput(const CString& prompt, ConsoleHistory history) {
-    if (!onTerminal()) {
+    if (!onTerminal() || !lineEditor().usable()) {
         showPrompt(prompt);
         return readPlainLine();
     }
@@ -108,8 +110,9 @@ ConsoleRead ReadConsoleInput(const CString& prompt, ConsoleHistory history) {
 }
 
 ConsoleRead ReadConsoleSecret(const CString& prompt) {
+    if (ConsoleIsInteractive()) return readSecretKeys(prompt);
     showPrompt(prompt);
-    return ConsoleIsInteractive() ? readSecretKeys() : readPlainLine();
+    return readPlainLine();
 }
 
 std::optional<CString> ReadConsoleLine(const CString& prompt, ConsoleHistory history) {

@@ -70,6 +70,8 @@ LineEditor::~LineEditor() {
         if (list) history_end(list);
 }
 
+bool LineEditor::usable() const { return m_state->editLine != nullptr; }
+
 LineEditor::Result LineEditor::read(const std::string& prompt, int historyIndex) {
     EditLine* editLine = m_state->editLine;
     if (!editLine) return {};

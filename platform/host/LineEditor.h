@@ -25,6 +25,8 @@ public:
     // Reads one line after `prompt` (UTF-8) and, when it is not empty, adds it to the history `historyIndex`.
     // Ctrl-C gives Interrupted, Ctrl-D on an empty line EndOfInput; in both cases the cursor ends on a new line.
     Result read(const std::string& prompt, int historyIndex);
+    // False when libedit could not take the terminal; the caller then reads plain lines.
+    bool usable() const;
 
     static constexpr int kHistories = 3;
 
