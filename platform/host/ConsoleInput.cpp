@@ -47,11 +47,15 @@ void showPrompt(const CString& prompt) {
     std::fflush(stderr);
 }
 
+// No command, answer or dialog line is near this long; what a stream gives beyond it is passed over.
+constexpr size_t kLongestLine = 1 << 20;
+
 // A line of a pipe or a file, through the C library's buffer that typed commands share.
 ConsoleRead readPlainLine() {
     std::string line;
     int ch;
-    while ((ch = std::getchar()) != EOF && ch != '\n') line += static_cast<char>(ch);
+    while ((ch = std::getchar()) != EOF && ch != '\n')
+        if (line.size() < kLongestLine) line += static_cast<char>(ch);
     if (ch == EOF && line.empty()) return {};
     if (!line.empty() && line.back() == '\r') line.pop_back();
     return {ConsoleRead::End::Line, CString::FromUtf8(line)};

@@ -16,7 +16,7 @@ struct ConsoleRead {
     CString text;  // the line without its line end (UTF-8 on the terminal)
 };
 
-// One line after `prompt`, which goes to standard error.
+// One line after `prompt`, which goes to standard error. A piped line keeps its first MiB.
 QX_API ConsoleRead ReadConsoleInput(const CString& prompt, ConsoleHistory history);
 // One line that a terminal does not echo and no history keeps.
 QX_API ConsoleRead ReadConsoleSecret(const CString& prompt);

@@ -53,7 +53,8 @@ LineEditor::LineEditor() : m_state(std::make_unique<LineEditorState>()) {
     el_set(editLine, EL_PROMPT, promptOf);
     // Ctrl-C reaches the editor as a key instead of ending the program with the terminal left raw.
     el_set(editLine, EL_SETTY, "-d", "-isig", nullptr);
-    el_set(editLine, EL_ADDFN, "qx-interrupt", "give up the line", interruptLine);
+    // The wide form keeps the names as given; the narrow one copies them and never frees the copies.
+    el_wset(editLine, EL_ADDFN, L"qx-interrupt", L"give up the line", interruptLine);
     el_set(editLine, EL_BIND, "^C", "qx-interrupt", nullptr);
     for (History*& list : m_state->histories) {
         list = history_init();
