@@ -2,6 +2,8 @@
 #include "project/NodeNames.h"
 
 #include "platform/host/HostOutput.h"
+#include "support/FileSystem.h"
+#include "support/PrintableText.h"
 
 namespace {
 
@@ -11,8 +13,6 @@ constexpr size_t kLongestPath = 4095;
 // A node's longest file: its .itm or .prj ("Hexmoor.xml" and "图纸.DWG" are shorter still).
 constexpr size_t kExtensionBytes = 4;
 
-bool isControlCharacter(char16_t ch) { return ch < 0x20 || (ch >= 0x7F && ch <= 0x9F); }
-
 bool isReservedCharacter(char16_t ch) {
     return CString(u"\\/:*?\"<>|").Find(ch) >= 0;
 }
@@ -20,9 +20,9 @@ bool isReservedCharacter(char16_t ch) {
 } // namespace
 
 bool HMIsSafeNodeName(const CString& name) {
-    if (name.IsEmpty() || name == u"." || name == u"..") return false;
+    if (name.IsEmpty() || name == u"." || name == u".." || QxHasControlCharacter(name)) return false;
     for (const char16_t ch : name.str())
-        if (isControlCharacter(ch) || isReservedCharacter(ch)) return false;
+        if (isReservedCharacter(ch)) return false;
     return true;
 }
 
@@ -39,26 +39,13 @@ CString HMNodeNameProblem(const CString& parentFolder, const CString& name) {
     return CString();
 }
 
-CString HMPrintableNodeName(const CString& name) {
-    static constexpr char16_t kHex[] = u"0123456789ABCDEF";
-    CString shown;
-    for (const char16_t ch : name.str()) {
-        if (!isControlCharacter(ch)) {
-            shown += ch;
-            continue;
-        }
-        shown += u"\\x";
-        shown += kHex[(ch >> 4) & 0xF];
-        shown += kHex[ch & 0xF];
-    }
-    return shown;
-}
+CString HMPrintableNodeName(const CString& name) { return QxPrintable(name); }
 
 bool HMRefuseUnsafeNodeName(const CString& parentFolder, const CString& name) {
     const CString problem = HMNodeNameProblem(parentFolder, name);
     if (problem.IsEmpty()) return false;
     const CString message = QxFormat(u"名称“%s”不能用作%s中的文件夹名（%s），已跳过该节点及其下级！",
-                                     HMPrintableNodeName(name), parentFolder, problem);
+                                     HMPrintableNodeName(name), QxFs::ToNativeText(parentFolder), problem);
     acutPrintf(u"\n%s\n", message);
     return true;
 }

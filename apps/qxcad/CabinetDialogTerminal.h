@@ -8,13 +8,22 @@
 #include <iosfwd>
 #include <optional>
 
-// One answer line without its line end; nullopt at the end of input.
-using DialogLineSource = std::function<std::optional<CString>()>;
+// One answer line without its line end, read after the prompt given (empty for a script); nullopt at the
+// end of input or when the person gives up.
+using DialogLineSource = std::function<std::optional<CString>(const CString& prompt)>;
+
+// The terminal's size in columns and lines; 0 where it is not known (the table is then shown whole).
+struct DialogScreenSize {
+    int columns = 0;
+    int rows = 0;
+};
 
 class CabinetDialogTerminal {
 public:
-    // `interactive`: a person at a terminal, who gets a prompt and sees the table after each action.
-    CabinetDialogTerminal(CSetCabInfo& dialog, DialogLineSource lines, std::ostream& screen, bool interactive);
+    // `interactive`: a person at a terminal, who gets a prompt and sees the table after each action; when
+    // the table is longer than the screen, a window of rows around the open editor.
+    CabinetDialogTerminal(CSetCabInfo& dialog, DialogLineSource lines, std::ostream& screen, bool interactive,
+                          DialogScreenSize screenSize = {});
 
     // Until the dialog ends: OK that passes the checks, CANCEL, or the end of input (which cancels).
     void Run();
@@ -28,7 +37,11 @@ private:
     void pressKey(int keyCode);
     // What the window system does after each event: posted messages, then the paint that was asked for.
     void settle();
-    void show() const;
+    // Text typed into a cell must be printable, so that the .prj, the centre and Hexmoor.xml hold the same.
+    bool refusesText(const CString& text) const;
+    void show(bool allRows = false) const;
+    void showTable(bool allRows) const;
+    void showEditor() const;
     void showHelp() const;
 
     CSetCabInfo& m_dialog;
@@ -36,4 +49,6 @@ private:
     DialogLineSource m_lines;
     std::ostream& m_screen;
     bool m_interactive;
+    DialogScreenSize m_screenSize;
+    int m_lastClickedRow = 0;
 };

@@ -4,32 +4,38 @@
 #include "HostCommands.h"
 #include "platform/host/CommandLine.h"
 #include "platform/host/ConsoleInput.h"
+#include "platform/host/Progress.h"
+#include "support/PrintableText.h"
 
 #include <iostream>
 
 namespace {
 
 void reportUnknown(const CString& name) {
-    std::cerr << "qxcad: unknown command \"" << name << "\" (HELP lists the commands)\n";
+    std::cerr << "qxcad: unknown command \"" << QxPrintable(name) << "\" (HELP lists the commands)\n";
 }
 
 } // namespace
 
 CommandRunner::CommandRunner() { RegisterHostCommands(); }
 
-bool CommandRunner::runLine(const CString& line) { return RunHostCommandLine(line, reportUnknown); }
+bool CommandRunner::runLine(const CString& line) {
+    const bool known = RunHostCommandLine(line, reportUnknown);
+    ClearProgressLine();
+    return known;
+}
 
+// Ctrl-C at the prompt gives up the typed line only; the end of input (Ctrl-D) ends the session.
 bool CommandRunner::runPrompt() {
     bool allKnown = true;
     for (;;) {
-        std::cerr << "Command: " << std::flush;
-        const auto line = ReadConsoleLine();
-        if (!line) break;
-        CString text = *line;
+        const ConsoleRead read = ReadConsoleInput(u"Command: ", ConsoleHistory::Commands);
+        if (read.end == ConsoleRead::End::EndOfInput) break;
+        if (read.end == ConsoleRead::End::Interrupted) continue;
+        CString text = read.text;
         text.Trim();
         if (text.EqualsNoCase(u"quit") || text.EqualsNoCase(u"exit")) break;
         allKnown = runLine(text) && allKnown;
     }
-    if (ConsoleIsInteractive()) std::cerr << '\n';
     return allKnown;
 }

@@ -7,6 +7,7 @@
 #include "platform/host/Prompts.h"
 #include "project/folders/TemplateDrawing.h"
 #include "support/FileSystem.h"
+#include "support/PrintableText.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>
@@ -24,8 +25,9 @@ void prepareInstallFolder() {
     for (const char16_t* sub : {u"", u"Data", u"Temp", u"LocalData", u"Support\\TEMPLATE", u"Part2lib", u"My Projects"})
         QxFs::MakeFolders(install + sub);
     LayOutTemplateDrawing(install);
-    if (!QxFs::IsFolder(install)) std::cerr << "qxcad: the install folder " << install << " cannot be made\n";
-    else if (!existed) std::cerr << "qxcad: made the install folder " << install << '\n';
+    const CString shown = QxPrintable(QxFs::ToNativeText(install));
+    if (!QxFs::IsFolder(install)) std::cerr << "qxcad: the install folder " << shown << " cannot be made\n";
+    else if (!existed) std::cerr << "qxcad: made the install folder " << shown << '\n';
 }
 
 } // namespace

@@ -18,6 +18,7 @@
 #include "support/Format.h"
 #include "support/PathText.h"
 #include "support/TextFile.h"
+#include "support/PrintableText.h"
 
 #include <iostream>
 #include <sys/stat.h>
@@ -33,10 +34,15 @@ CString localCopyOf(const CString& remote) { return installFolder() + remote; }
 
 bool isFolderPath(const CString& path) { return path.EndsWith(u"\\"); }
 
+// What a person reads: a local path in this machine's own form; a path of the site or its journal, a host
+// name or a version line as it stands, but never with its control characters.
+CString shownLocal(const CString& logicPath) { return QxPrintable(QxFs::ToNativeText(logicPath)); }
+CString shown(const CString& text) { return QxPrintable(text); }
+
 // A connected client, or nullptr after saying why.
 std::unique_ptr<CMyFtpConnection> connect() {
     if (!FileExists(loginFile())) {
-        std::cerr << "qxlib: no login file " << loginFile() << "; run qxlib setup first\n";
+        std::cerr << "qxlib: no login file " << shownLocal(loginFile()) << "; run qxlib setup first\n";
         return nullptr;
     }
     auto connection = std::make_unique<CMyFtpConnection>();
@@ -118,17 +124,17 @@ int RunSetup(const SetupOptions& options) {
     const CString file = loginFile();
     QxFs::MakeFolders(installFolder() + u"LocalData");
     if (!QxFs::Exists(file) && !QxFs::WriteAtomic(file, "", S_IRUSR | S_IWUSR)) {
-        std::cerr << "qxlib: " << file << " cannot be made\n";
+        std::cerr << "qxlib: " << shownLocal(file) << " cannot be made\n";
         return 1;
     }
     if (!WriteLoginInfo(file, lines)) {
-        std::cerr << "qxlib: " << file << " cannot be written\n";
+        std::cerr << "qxlib: " << shownLocal(file) << " cannot be written\n";
         return 1;
     }
     const CString marker = installFolder() + u"LocalData\\Ftp.bg";
     if (options.staging) QxFs::WriteAtomic(marker, "");
     else if (QxFs::Exists(marker)) QxFs::DeleteFile(marker);
-    std::cout << "wrote " << file << '\n';
+    std::cout << "wrote " << shownLocal(file) << '\n';
     return 0;
 }
 
@@ -138,18 +144,18 @@ int RunStatus() {
     const bool behind = connection->CheckClientVersion() != 0;
     CString clientLine;
     ReadFirstLine(installFolder() + u"Client.xml", clientLine);
-    std::cout << "host: " << GetHostId() << '\n';
-    std::cout << "client version: " << (clientLine.IsEmpty() ? CString(u"(none)") : clientLine) << '\n';
+    std::cout << "host: " << shown(GetHostId()) << '\n';
+    std::cout << "client version: " << (clientLine.IsEmpty() ? CString(u"(none)") : shown(clientLine)) << '\n';
     // A client that has taken nothing yet counts as in step for the repository, but not for a person.
     std::cout << (behind || clientLine.IsEmpty() ? "behind the site's journal: run qxlib sync\n"
                                                  : "in step with the site's journal\n");
     const CheckOutList checkOuts(installFolder());
     for (const CString& path : checkOuts.paths()) {
         CString holder;
-        std::cout << "checked out: " << path << "  ";
+        std::cout << "checked out: " << shown(path) << "  ";
         if (!connection->GetLockHolder(path, holder)) std::cout << "(lock removed: check-in will be refused)\n";
         else if (holder.EqualsNoCase(GetHostId())) std::cout << "(held by this host)\n";
-        else std::cout << "(taken over by " << holder << ": check-in will be refused)\n";
+        else std::cout << "(taken over by " << shown(holder) << ": check-in will be refused)\n";
     }
     return 0;
 }
@@ -164,33 +170,33 @@ int RunCheckOut(const CString& file) {
     // Checking out again would fetch the site's copy over the person's work: qxlib keeps the work.
     CString holder;
     if (QxFs::Exists(localCopyOf(file)) && connection->GetLockHolder(file, holder) && holder.EqualsNoCase(GetHostId())) {
-        std::cout << file << " is checked out by this host already; the local copy is kept "
+        std::cout << shown(file) << " is checked out by this host already; the local copy is kept "
                      "(qxlib cancel, then checkout, fetches the site's copy)\n";
         CheckOutList(installFolder()).add(file);
         return 0;
     }
     if (!connection->CheckOutFile(localCopyOf(file), RemoteParent(file), RemoteName(file))) {
-        std::cerr << "qxlib: " << file << " was not checked out\n";
+        std::cerr << "qxlib: " << shown(file) << " was not checked out\n";
         return 1;
     }
     CheckOutList(installFolder()).add(file);
     TakenFiles taken(installFolder());
     taken.note(file, localCopyOf(file));
     taken.save();
-    std::cout << "checked out " << file << " to " << localCopyOf(file) << '\n';
+    std::cout << "checked out " << shown(file) << " to " << shownLocal(localCopyOf(file)) << '\n';
     return 0;
 }
 
 int RunSubmit(const CString& file) {
     const CString local = localCopyOf(file);
     if (!QxFs::Exists(local) || QxFs::IsFolder(local)) {
-        std::cerr << "qxlib: no local file " << local << '\n';
+        std::cerr << "qxlib: no local file " << shownLocal(local) << '\n';
         return 1;
     }
     auto connection = connect();
     if (!connection) return 1;
     if (connection->IsCheckOutRevoked(file)) {
-        std::cerr << "qxlib: check-in of " << file << " refused: check it out first; if it was taken over, "
+        std::cerr << "qxlib: check-in of " << shown(file) << " refused: check it out first; if it was taken over, "
                      "keep your copy under another name and check the file out again\n";
         return 1;
     }
@@ -200,7 +206,7 @@ int RunSubmit(const CString& file) {
         return 1;
     WarningWatch watch;
     if (!connection->SubmitFile(local, file) || watch.warnings > 0) {
-        std::cerr << "qxlib: " << file << " was not submitted, or the site's journal was not updated\n";
+        std::cerr << "qxlib: " << shown(file) << " was not submitted, or the site's journal was not updated\n";
         return 1;
     }
     connection->ReleaseLock(file);
@@ -208,7 +214,7 @@ int RunSubmit(const CString& file) {
     TakenFiles taken(installFolder());
     taken.note(file, local);
     taken.save();
-    std::cout << "submitted " << file << '\n';
+    std::cout << "submitted " << shown(file) << '\n';
     return 0;
 }
 
@@ -218,20 +224,20 @@ int RunCancel(const CString& file) {
     CheckOutList(installFolder()).remove(file);
     CString holder;
     if (!connection->GetLockHolder(file, holder)) {
-        std::cerr << "qxlib: " << file << " has no lock on the site; nothing was cancelled\n";
+        std::cerr << "qxlib: " << shown(file) << " has no lock on the site; nothing was cancelled\n";
         return 1;
     }
     if (!holder.EqualsNoCase(GetHostId())) {
-        std::cerr << "qxlib: the lock of " << file << " is held by " << holder << ", not by this host; it stays\n";
+        std::cerr << "qxlib: the lock of " << shown(file) << " is held by " << shown(holder) << ", not by this host; it stays\n";
         return 1;
     }
     connection->CancelCheckOut(localCopyOf(file), RemoteParent(file));
     connection = connect();  // the cancel ends the session
     if (!connection || connection->GetLockHolder(file, holder)) {
-        std::cerr << "qxlib: the lock of " << file << " could not be removed\n";
+        std::cerr << "qxlib: the lock of " << shown(file) << " could not be removed\n";
         return 1;
     }
-    std::cout << "cancelled the check-out of " << file << '\n';
+    std::cout << "cancelled the check-out of " << shown(file) << '\n';
     return 0;
 }
 
@@ -242,15 +248,15 @@ int RunDelete(const CString& path) {
     item.TrimRight(u'\\');
     const bool onSite = isFolderPath(path) ? connection->RemoteFolderExists(item) : connection->RemotePathExists(item);
     if (!onSite) {
-        std::cerr << "qxlib: " << path << " is not on the site; nothing was deleted\n";
+        std::cerr << "qxlib: " << shown(path) << " is not on the site; nothing was deleted\n";
         return 1;
     }
     const bool done = isFolderPath(path) ? connection->SubmitDeleteFolder(path) : connection->SubmitDelete(path);
     if (!done) {
-        std::cerr << "qxlib: " << path << " was not deleted\n";
+        std::cerr << "qxlib: " << shown(path) << " was not deleted\n";
         return 1;
     }
-    std::cout << "deleted " << path << '\n';
+    std::cout << "deleted " << shown(path) << '\n';
     return 0;
 }
 
@@ -260,7 +266,7 @@ int RunMakeFolder(const CString& path) {
     CString folder = path;
     folder.TrimRight(u'\\');
     if (!connection->SubmitNewFolder(RemoteParent(folder), RemoteName(folder))) return 1;
-    std::cout << "made " << folder << "\\\n";
+    std::cout << "made " << shown(folder) << "\\\n";
     return 0;
 }
 
@@ -270,16 +276,16 @@ int RunRename(const CString& oldPath, const CString& newPath) {
     const bool done = isFolderPath(oldPath) ? connection->SubmitRenameFolder(oldPath, newPath)
                                             : connection->SubmitRenameFile(oldPath, newPath);
     if (!done) {
-        std::cerr << "qxlib: " << oldPath << " was not renamed\n";
+        std::cerr << "qxlib: " << shown(oldPath) << " was not renamed\n";
         return 1;
     }
-    std::cout << "renamed " << oldPath << " to " << newPath << '\n';
+    std::cout << "renamed " << shown(oldPath) << " to " << shown(newPath) << '\n';
     return 0;
 }
 
 int RunPushTree(const CString& localFolder, const CString& remoteFolder) {
     if (!QxFs::IsFolder(localFolder)) {
-        std::cerr << "qxlib: no local folder " << localFolder << '\n';
+        std::cerr << "qxlib: no local folder " << shownLocal(localFolder) << '\n';
         return 1;
     }
     auto connection = connect();
@@ -288,10 +294,10 @@ int RunPushTree(const CString& localFolder, const CString& remoteFolder) {
     remote.TrimRight(u'\\');
     WarningWatch watch;
     if (!connection->SubmitFolderTree(RemoteParent(remote), remote, localFolder) || watch.warnings > 0) {
-        std::cerr << "qxlib: " << localFolder << " was not pushed whole: " << watch.warnings << " file(s) were refused\n";
+        std::cerr << "qxlib: " << shownLocal(localFolder) << " was not pushed whole: " << watch.warnings << " file(s) were refused\n";
         return 1;
     }
-    std::cout << "pushed " << localFolder << " to " << remote << "\\\n";
+    std::cout << "pushed " << shownLocal(localFolder) << " to " << shown(remote) << "\\\n";
     return 0;
 }
 
@@ -328,7 +334,7 @@ private:
     void takeFile(const CString& siteFile, const CString& journalPath);
     void say(const CString& text) const {
         if (m_atTerminal) std::cout << "[" << m_done << "/" << m_total << "] ";
-        std::cout << text << '\n';
+        std::cout << shown(text) << '\n';
     }
 
     CMyFtpConnection& m_connection;
@@ -344,7 +350,7 @@ private:
 
 void Sync::takeFile(const CString& siteFile, const CString& journalPath) {
     if (!IsLibraryPath(journalPath)) {
-        std::cerr << "qxlib: passed over the site's file \"" << siteFile << "\"\n";
+        std::cerr << "qxlib: passed over the site's file \"" << shown(siteFile) << "\"\n";
         return;
     }
     const CString local = localCopyOf(journalPath);
@@ -396,7 +402,7 @@ void Sync::takeFolder(const CString& siteFolder, const CString& journalFolder) {
 
 void Sync::takeEntry(const STRUCT_FILE_INFO& entry) {
     if (!IsLibraryPath(entry.m_strPath)) {
-        std::cerr << "qxlib: passed over the journal path \"" << entry.m_strPath << "\"\n";
+        std::cerr << "qxlib: passed over the journal path \"" << shown(entry.m_strPath) << "\"\n";
         return;
     }
     if (entry.m_strOperation == u"DEL") {

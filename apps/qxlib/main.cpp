@@ -5,6 +5,7 @@
 #include "platform/InstallPath.h"
 #include "platform/host/Prompts.h"
 #include "support/FileSystem.h"
+#include "support/PrintableText.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>
@@ -16,7 +17,7 @@ template <typename Command>
 int onRemotePath(const std::string& text, Command command) {
     const auto path = RemotePathFromPerson(text);
     if (!path) {
-        std::cerr << "qxlib: \"" << text << "\" is not a path inside the library\n";
+        std::cerr << "qxlib: \"" << QxPrintable(CString::FromUtf8(text)) << "\" is not a path inside the library\n";
         return 2;
     }
     return command(*path);
@@ -96,7 +97,7 @@ int main(int argc, char** argv) {
     if (renameCommand->parsed()) {
         const auto target = RemotePathFromPerson(newPath);
         if (!target) {
-            std::cerr << "qxlib: \"" << newPath << "\" is not a path inside the library\n";
+            std::cerr << "qxlib: \"" << QxPrintable(CString::FromUtf8(newPath)) << "\" is not a path inside the library\n";
             return 2;
         }
         return onRemotePath(oldPath, [&](const CString& path) { return RunRename(path, *target); });

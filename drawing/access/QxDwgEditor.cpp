@@ -41,7 +41,7 @@ void QxOpenDwgInEditor(CString path, bool open, bool save, bool close) {
     if (open) {
         document = acDocManagerPtr()->openDocument(path, false);
         if (document == nullptr) {
-            AfxMessageBox(u"文件" + path + u"打开失败!");
+            AfxMessageBox(u"文件" + QxFs::ToNativeText(path) + u"打开失败!");
             return;
         }
     } else {

@@ -8,6 +8,7 @@
 #include "platform/host/HostOutput.h"
 #include "project/folders/TreeToFolders.h"
 #include "project/tree/FoldersToTree.h"
+#include "support/FileSystem.h"
 
 namespace {
 
@@ -19,7 +20,7 @@ LocalTree extractProject(const char16_t* noDocumentMessage, CurrentProject& proj
     project = ResolveCurrentProject();
     if (RefuseUnusableProject(project)) return nullptr;
     if (!project.HasDocument()) {
-        acutPrintf(u"%s\n", QxFormat(noDocumentMessage, project.m_strPath));
+        acutPrintf(u"%s\n", QxFormat(noDocumentMessage, QxFs::ToNativeText(project.m_strPath)));
         return nullptr;
     }
     LocalTree tree = ReadProjectRoot(project.m_strDocument, document);

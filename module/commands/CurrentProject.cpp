@@ -68,6 +68,6 @@ CString ProjectFolderRefusal(const CurrentProject& project) {
 bool RefuseUnusableProject(const CurrentProject& project) {
     const CString reason = ProjectFolderRefusal(project);
     if (reason.IsEmpty()) return false;
-    acutPrintf(u"%s\n", QxFormat(u"当前项目%s不能使用（%s），请重新选择或创建项目。", project.m_strPath, reason));
+    acutPrintf(u"%s\n", QxFormat(u"当前项目%s不能使用（%s），请重新选择或创建项目。", QxFs::ToNativeText(project.m_strPath), reason));
     return true;
 }

@@ -10,13 +10,14 @@
 #include "project/folders/NodeDocument.h"
 #include "project/folders/TreeToFolders.h"
 #include "project/tree/FoldersToTree.h"
+#include "support/FileSystem.h"
 
 void HMUpdate() {
     if (!EnsureHMLogin()) return;
     const CurrentProject project = ResolveCurrentProject();
     if (RefuseUnusableProject(project)) return;
     if (!project.HasDocument()) {
-        acutPrintf(u"%s\n", QxFormat(u"项目%s的Hexmoor相关信息不存在，无法从Hexmoor调用明细！", project.m_strPath));
+        acutPrintf(u"%s\n", QxFormat(u"项目%s的Hexmoor相关信息不存在，无法从Hexmoor调用明细！", QxFs::ToNativeText(project.m_strPath)));
         return;
     }
     CHexmoorInteFace& client = *g_pHexmoorClient;

@@ -37,13 +37,13 @@ void HMXmCreate() {
 
     const CString folder = projectsFolder + tree->m_strName + u"\\";
     if (!IsFolderEmpty(folder + u"*.*")) {
-        const CString message = QxFormat(u"%s文件夹中已有内容，请删除或另选目录！", folder);
+        const CString message = QxFormat(u"%s文件夹中已有内容，请删除或另选目录！", QxFs::ToNativeText(folder));
         AfxMessageBox(message, MB_OK | MB_ICONINFORMATION);
         acutPrintf(u"\n%s\n", message);
         return;
     }
     if (!QxFs::MakeFolder(folder)) {
-        acutPrintf(u"\n%s\n", QxFormat(u"项目%s创建失败，无法建立文件夹%s！", tree->m_strName, folder));
+        acutPrintf(u"\n%s\n", QxFormat(u"项目%s创建失败，无法建立文件夹%s！", tree->m_strName, QxFs::ToNativeText(folder)));
         return;
     }
 
@@ -55,7 +55,7 @@ void HMXmCreate() {
     createChildren(client, folder, *tree);
     tree.reset();
 
-    acutPrintf(u"%s\n", QxFormat(u"***新项目%s已建成***", projectFile));
+    acutPrintf(u"%s\n", QxFormat(u"***新项目%s已建成***", QxFs::ToNativeText(projectFile)));
     AcApDocManager* documents = acDocManagerPtr();
     documents->sendStringToExecute(documents->curDocument(), u"xmmanage\n", false, true, true);
 }

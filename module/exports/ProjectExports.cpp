@@ -10,6 +10,7 @@
 #include "module/exports/Exports.h"
 #include "platform/host/HostOutput.h"
 #include "project/tree/FoldersToTree.h"
+#include "support/FileSystem.h"
 #include "support/Locations.h"
 
 namespace {
@@ -60,7 +61,7 @@ QX_MODULE_EXPORT bool QxGetHMProjectInfo(HMProjectTree_INFO* tree, CString proje
         if (projectFile.IsEmpty()) projectFile = GetRecentProject();
         const CurrentProject project = ResolveProjectFile(projectFile);
         if (!project.HasDocument()) {
-            acutPrintf(u"%s\n", QxFormat(u"项目%s的Hexmoor相关信息不存在，无法从Hexmoor调用明细！", projectFile));
+            acutPrintf(u"%s\n", QxFormat(u"项目%s的Hexmoor相关信息不存在，无法从Hexmoor调用明细！", QxFs::ToNativeText(projectFile)));
             return false;
         }
         CXmlDocument document;

@@ -1,21 +1,28 @@
 // What the host shows: the console output, and the switch to another output.
 #include "platform/host/HostOutput.h"
 
+#include "platform/host/Progress.h"
+#include "support/PrintableText.h"
+
 #include <cstdio>
 
 namespace {
 
 class ConsoleOutput final : public IHostOutput {
 public:
+    // What the module prints holds names from files and the centre: only its own line breaks reach the
+    // terminal as such.
     void Print(const CString& text) override {
-        const std::string bytes = text.ToUtf8();
+        ClearProgressLine();
+        const std::string bytes = QxPrintable(text, QxLineBreaks::Keep).ToUtf8();
         std::fwrite(bytes.data(), 1, bytes.size(), stdout);
         std::fflush(stdout);
         if (!bytes.empty()) m_lineOpen = bytes.back() != '\n';
     }
     void MessageBox(const CString& text, const CString& caption, unsigned) override {
         std::FILE* stream = m_boxesToStderr ? stderr : stdout;
-        std::string line = "[" + caption.ToUtf8() + "] " + text.ToUtf8();
+        ClearProgressLine();
+        std::string line = "[" + QxPrintable(caption).ToUtf8() + "] " + QxPrintable(text, QxLineBreaks::Keep).ToUtf8();
         if (line.empty() || line.back() != '\n') line += '\n';
         std::fflush(stdout);
         if (stream == stdout && m_lineOpen) std::fputc('\n', stdout);

@@ -2,7 +2,9 @@
 #include "platform/host/Prompts.h"
 
 #include "platform/host/ConsoleInput.h"
+#include "platform/host/Progress.h"
 #include "support/NumberText.h"
+#include "support/PrintableText.h"
 
 #include <iostream>
 
@@ -11,20 +13,18 @@ namespace {
 class ConsolePrompts final : public IPromptService {
 public:
     std::optional<CString> AskText(const CString& question) override {
-        ask(question);
-        return answered(ReadConsoleLine(false));
+        return answered(ReadConsoleLine(asked(question), ConsoleHistory::Answers));
     }
 
     std::optional<CString> AskSecret(const CString& question) override {
-        ask(question);
-        return answered(ReadConsoleLine(true));
+        const ConsoleRead secret = ReadConsoleSecret(asked(question));
+        return answered(secret.end == ConsoleRead::End::Line ? std::optional<CString>(secret.text) : std::nullopt);
     }
 
     std::optional<bool> AskYesNo(const CString& question) override {
         if (m_fixedAnswer) return m_fixedAnswer;
         for (;;) {
-            ask(question + u" [y/n]");
-            const auto answer = answered(ReadConsoleLine(false));
+            const auto answer = answered(ReadConsoleLine(asked(question + u" [y/n]"), ConsoleHistory::Answers));
             if (!answer) return std::nullopt;
             CString word = *answer;
             word.Trim().MakeLower();
@@ -37,10 +37,12 @@ public:
     std::optional<int> AskChoice(const CString& question, const CStringArray& options) override {
         if (options.IsEmpty()) return std::nullopt;
         for (;;) {
-            std::cerr << question << '\n';
-            for (int i = 0; i < options.GetSize(); ++i) std::cerr << "  " << (i + 1) << ") " << options[i] << '\n';
-            ask(u"Number");
-            const auto answer = answered(ReadConsoleLine(false));
+            std::cout.flush();
+            ClearProgressLine();
+            std::cerr << QxPrintable(question) << '\n';
+            for (int i = 0; i < options.GetSize(); ++i)
+                std::cerr << "  " << (i + 1) << ") " << QxPrintable(options[i]) << '\n';
+            const auto answer = answered(ReadConsoleLine(asked(u"Number"), ConsoleHistory::Answers));
             if (!answer) return std::nullopt;
             CString text = *answer;
             text.Trim();
@@ -53,10 +55,7 @@ public:
     std::optional<bool> m_fixedAnswer;
 
 private:
-    static void ask(const CString& question) {
-        std::cout.flush();
-        std::cerr << question << ": " << std::flush;
-    }
+    static CString asked(const CString& question) { return question + u": "; }
 
     // An answer read from a pipe is not echoed, so the question's line is ended here.
     static std::optional<CString> answered(std::optional<CString> answer) {

@@ -3,6 +3,7 @@
 
 #include "exchange/HexmoorWriter.h"
 #include "platform/host/HostOutput.h"
+#include "support/FileSystem.h"
 
 void HMSaveNodeDocument(CHexmoorInteFace& client, const CString& folder, const HMProjectTree_INFO* node) {
     const CString path = folder + u"Hexmoor.xml";
@@ -14,6 +15,6 @@ void HMSaveNodeDocument(CHexmoorInteFace& client, const CString& folder, const H
         HMXmlDocumentText(document, text);
         client.saveXml(path, text);
     } catch (const CXmlDomError& error) {
-        acutPrintf(u"\n%s未能写入：%s\n", path, error.ErrorMessage());
+        acutPrintf(u"\n%s未能写入：%s\n", QxFs::ToNativeText(path), error.ErrorMessage());
     }
 }

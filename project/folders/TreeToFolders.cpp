@@ -29,13 +29,13 @@ bool refuseTooDeep(int level, const CString& parentFolder, const HMProjectTree_I
 // A new node needs a folder that holds nothing yet; the message names the node (设备 or 项目) and the folder.
 bool folderIsFree(const CString& kind, const CString& folder, const CString& name) {
     if (IsFolderEmpty(folder + u"*.*")) return true;
-    printBlock(QxFormat(u"%s%s创建失败，%s文件夹中已有内容，请删除或另选目录！", kind, name, folder));
+    printBlock(QxFormat(u"%s%s创建失败，%s文件夹中已有内容，请删除或另选目录！", kind, name, QxFs::ToNativeText(folder)));
     return false;
 }
 
 bool makeNodeFolder(const CString& kind, const CString& folder, const CString& name) {
     if (QxFs::MakeFolder(folder)) return true;
-    printBlock(QxFormat(u"%s%s创建失败，无法建立文件夹%s！", kind, name, folder));
+    printBlock(QxFormat(u"%s%s创建失败，无法建立文件夹%s！", kind, name, QxFs::ToNativeText(folder)));
     return false;
 }
 
@@ -74,7 +74,7 @@ bool createDevice(CHexmoorInteFace& client, const CString& parentFolder, const H
     copyTemplateDrawing(folder);
     InsertNotes(prjPath, deviceNotes(*node));
     HMSaveNodeDocument(client, folder, node);
-    acutPrintf(u"%s\n", QxFormat(u"***新设备%s已建成***", prjPath));
+    acutPrintf(u"%s\n", QxFormat(u"***新设备%s已建成***", QxFs::ToNativeText(prjPath)));
     return true;
 }
 
@@ -90,7 +90,7 @@ bool createProject(CHexmoorInteFace& client, const CString& parentFolder, const 
     HMSaveNodeDocument(client, folder, node);
     for (const HMProjectTree_INFO* child : node->m_arrChildren)
         if (child) createChild(client, folder, child, level + 1);
-    acutPrintf(u"%s\n", QxFormat(u"***新项目%s已建成***", itmPath));
+    acutPrintf(u"%s\n", QxFormat(u"***新项目%s已建成***", QxFs::ToNativeText(itmPath)));
     return true;
 }
 

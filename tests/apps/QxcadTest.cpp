@@ -106,13 +106,16 @@ TEST(Qxcad, XmmanageShowsTheCurrentProjectsDevicesAndDrawings) {
     dir.writeFile("p/P/D1/d1.PRJ", "");
     dir.writeFile("p/P/D1/a.dwg", "");
     dir.writeFile("p/P/stray/x.prj", "");
+    dir.writeFile("p/P/D\x1b]0;owned\x07/D\x1b]0;owned\x07.prj", "");
     dir.writeFile("corvane/Data/recent.dat", (dir.logic() + u"p\\P\\P.itm").ToUtf8());
     const std::string out = RunQxcad(dir, "xmmanage").out;
     // The path is shown in the machine's own form, not as the logic holds it.
     EXPECT_NE(out.find(dir.native() + "/p/P/P.itm"), std::string::npos) << out;
-    EXPECT_EQ(out.find('\\'), std::string::npos);
+    EXPECT_EQ(out.find("p\\P\\P.itm"), std::string::npos);
     EXPECT_NE(out.find("项目 P  [Hexmoor]"), std::string::npos);
     EXPECT_NE(out.find("设备 D1"), std::string::npos);  // named as the folder names it
+    EXPECT_NE(out.find("设备 D\\x1b]0;owned\\x07\n"), std::string::npos);  // never a raw control character
+    EXPECT_EQ(out.find_first_of("\x1b\x07"), std::string::npos);
     EXPECT_NE(out.find("a.dwg"), std::string::npos);
     EXPECT_EQ(out.find("stray"), std::string::npos);
 }

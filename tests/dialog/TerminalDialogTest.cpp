@@ -2,6 +2,7 @@
 #include "apps/qxcad/CabinetDialogTerminal.h"
 #include "DialogTestSupport.h"
 #include "common/CapturedOutput.h"
+#include "support/DisplayWidth.h"
 
 #include <deque>
 #include <gtest/gtest.h>
@@ -12,21 +13,35 @@ namespace {
 class TerminalDialog : public ::testing::Test {
 protected:
     // Runs the dialog on the given lines; the end of the list is the end of input.
-    void run(std::deque<CString> lines, bool interactive = false) {
+    // The prompt goes to the screen, as the line reader shows it.
+    void run(std::deque<CString> lines, bool interactive = false, DialogScreenSize size = {}) {
         dialog.m_pProjectTree = &project.root;
         dialog.OnInitDialog();
         CabinetDialogTerminal terminal(
             dialog,
-            [&lines]() -> std::optional<CString> {
+            [&](const CString& prompt) -> std::optional<CString> {
+                screen << prompt;
                 if (lines.empty()) return std::nullopt;
                 CString line = lines.front();
                 lines.pop_front();
                 return line;
             },
-            screen, interactive);
+            screen, interactive, size);
         terminal.Run();
     }
     std::string shown() const { return screen.str(); }
+    // The table rows (and heading) of the last screen shown.
+    std::vector<CString> lastTable() const {
+        const std::string text = shown();
+        size_t at = text.rfind("\n  # ");
+        std::vector<CString> lines;
+        for (size_t end; at != std::string::npos && (end = text.find('\n', at + 1)) != std::string::npos; at = end) {
+            const std::string line = text.substr(at + 1, end - at - 1);
+            if (line.find(" | ") == std::string::npos) break;
+            lines.push_back(CString::FromUtf8(line));
+        }
+        return lines;
+    }
 
     ScannedCircuits circuits;
     ProjectWithDevices project;
@@ -150,4 +165,67 @@ TEST_F(TerminalDialog, OddLinesAndBracketedNumbersNeverBreakTheDialog) {
     EXPECT_EQ(dialog.GetListCtrl().GetColumnInfo(1).arrChoices, (CStringArray{u"(", u")(", u"A", u""}));
     EXPECT_EQ(dialog.GetListCtrl().GetItemText(0, 1), u"");
     EXPECT_EQ(project.device(1).m_strCirNo, u")");
+}
+
+TEST_F(TerminalDialog, AtATerminalColumnsLineUpByDisplayWidthAndLongCellsAreCutInTheViewOnly) {
+    const CString longName = u"1#进线柜的一个很长很长很长很长的名字";
+    project.add(longName, u"K1", u"进线柜");
+    project.add(u"K2", u"K2", u"feeder");
+    project.add(u"计量", u"K3");
+    for (const DialogScreenSize size : {DialogScreenSize{}, DialogScreenSize{60, 40}}) {
+        SCOPED_TRACE(size.columns);
+        screen.str("");
+        run({u"2 3 馈线", u"cancel"}, size.columns > 0, size);
+        const std::vector<CString> table = lastTable();
+        ASSERT_EQ(table.size(), 4u) << shown();
+        // Every separator stands in the same terminal column as the heading's.
+        auto separatorColumns = [](const CString& line) {
+            std::vector<int> columns;
+            for (int at = line.Find(u" | "); at >= 0; at = line.Find(u" | ", at + 1))
+                columns.push_back(QxDisplayWidth(line.Left(at)));
+            return columns;
+        };
+        for (const CString& line : table) {
+            EXPECT_EQ(separatorColumns(line), separatorColumns(table[0])) << line.ToUtf8();
+            if (size.columns > 0) {
+                EXPECT_LT(QxDisplayWidth(line), size.columns) << line.ToUtf8();
+            }
+        }
+        EXPECT_EQ(table[1].Find(longName) >= 0, size.columns == 0) << table[1].ToUtf8();
+        EXPECT_EQ(table[1].Find(u"…") >= 0, size.columns > 0);
+        EXPECT_EQ(project.device(0).m_strName, longName);
+    }
+}
+
+TEST_F(TerminalDialog, AtATerminalALongTableShowsTheRowsAroundTheOpenEditor) {
+    for (int i = 1; i <= 200; ++i) project.add(CString("D" + std::to_string(i)));
+    run({u"150 3 x", u"SHOW ALL", u"cancel"}, true, {100, 28});
+    const std::string text = shown();
+    EXPECT_NE(text.find("rows 1–20 of 200 (SHOW ALL prints every row)"), std::string::npos);
+    EXPECT_NE(text.find("rows 140–159 of 200"), std::string::npos);
+    EXPECT_NE(text.find("\n> 150 | D150 "), std::string::npos);
+    const std::string all = text.substr(text.rfind("\n  #   | "));
+    EXPECT_NE(all.find("\n  1   | D1 "), std::string::npos);
+    EXPECT_NE(all.find("\n  200 | D200 "), std::string::npos);
+
+    // A script sees the table once, whole.
+    screen.str("");
+    run({u"150 3 x", u"cancel"}, false, {100, 28});
+    EXPECT_EQ(shown().find("rows "), std::string::npos);
+    EXPECT_NE(shown().find("\n  200 | D200 "), std::string::npos);
+}
+
+TEST_F(TerminalDialog, ControlCharactersAreRefusedInCellsAndShownEscaped) {
+    project.add(u"d\x1b[2J", u"K\x07");
+    run({u"1 3 a\x1b[Db", u"1 3", u"=x\ry", u"\x1b]0;title\x07", u"UP", u"PICK 1", u"=K9", u"1 3 kept", u"OK"});
+    EXPECT_EQ(project.device(0).m_strCirName, u"kept");
+    EXPECT_EQ(project.device(0).m_strCirNo, u"K9");
+    const std::string text = shown();
+    EXPECT_EQ(text.find_first_of("\x1b\x07\r"), std::string::npos);
+    EXPECT_NE(text.find("A cell takes no control characters: \"a\\x1b[Db\" was not typed."), std::string::npos);
+    EXPECT_NE(text.find("\"x\\x0dy\" was not typed."), std::string::npos);
+    EXPECT_NE(text.find("Not understood: \"\\x1b]0;title\\x07\""), std::string::npos);
+    EXPECT_NE(text.find("d\\x1b[2J"), std::string::npos);
+    // UP from the top of column 3 lands in the drop-down of column 2, which no click has filled.
+    EXPECT_NE(text.find("The drop-down has no entries; =TEXT still types a cabinet number."), std::string::npos);
 }

@@ -3,6 +3,7 @@
 #include "ProjectCommandFixture.h"
 #include "exchange/HexmoorReader.h"
 #include "exchange/HexmoorWriter.h"
+#include "support/FileSystem.h"
 
 #include <functional>
 
@@ -133,7 +134,7 @@ TEST_F(BomCommands, WithoutACloudDocumentEachCommandSaysSoWithTheProjectPath) {
         for (const auto& each : commands) {
             output.printed.Empty();
             run(each.command);
-            EXPECT_TRUE(output.printed.EndsWith(QxFormat(each.message, recent))) << CString(each.command).ToUtf8();
+            EXPECT_TRUE(output.printed.EndsWith(QxFormat(each.message, QxFs::ToNativeText(recent)))) << CString(each.command).ToUtf8();
         }
     }
     EXPECT_EQ(cloud().submitBomCalls + cloud().bomCmpCalls + cloud().projectInfoCalls, 0);
@@ -152,7 +153,7 @@ TEST_F(BomCommands, AProjectFolderThatIsTheRootOrAboveTheChosenFoldersIsRefused)
         for (const char16_t* command : {u"HMBomSubmit", u"HMBomCmp", u"HMUpdate", u"HMItmSubmit"}) {
             output.printed.Empty();
             run(command);
-            EXPECT_TRUE(output.printed.Contains(u"当前项目" + recent + u"不能使用")) << CString(command).ToUtf8() << output.printed.ToUtf8();
+            EXPECT_TRUE(output.printed.Contains(u"当前项目" + QxFs::ToNativeText(recent) + u"不能使用")) << CString(command).ToUtf8() << output.printed.ToUtf8();
         }
     }
     EXPECT_EQ(cloud().submitBomCalls + cloud().bomCmpCalls + cloud().projectInfoCalls + cloud().submitItmCalls, 0);

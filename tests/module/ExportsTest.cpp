@@ -3,6 +3,7 @@
 #include "ProjectCommandFixture.h"
 #include "platform/host/ArxApp.h"
 #include "platform/host/CommandStack.h"
+#include "support/FileSystem.h"
 
 #include <dlfcn.h>
 #include <optional>
@@ -184,7 +185,7 @@ TEST_F(Exports, AProjectWithoutDocumentAsksTheCloudWithEmptyIdsAndSaysNothing) {
     HMProjectTree_INFO tree;
     EXPECT_FALSE(module->projectInfo(&tree, local));
     EXPECT_EQ(output.printed.Mid(printedBefore.GetLength()),
-              QxFormat(u"项目%s的Hexmoor相关信息不存在，无法从Hexmoor调用明细！\n", local));
+              QxFormat(u"项目%s的Hexmoor相关信息不存在，无法从Hexmoor调用明细！\n", QxFs::ToNativeText(local)));
     EXPECT_TRUE(tree.m_arrChildren.IsEmpty());
 }
 

@@ -1,6 +1,7 @@
 // HMXmCreate: a local project made from the cloud's tree.
 #include "ProjectCommandFixture.h"
 #include "project/ProjectFiles.h"
+#include "support/FileSystem.h"
 
 using XmCreate = ProjectCommandTest;
 
@@ -38,7 +39,7 @@ TEST_F(XmCreate, MakesTheWholeProjectMakesItCurrentAndShowsItInTheProjectManager
     EXPECT_NE(itmText.find("$BEGIN_ONE_NOTE"), std::string::npos);
 
     // The project's own line comes after its children's, and the host's project manager is asked for.
-    const int projectLine = output.printed.Find(QxFormat(u"***新项目%s已建成***\n", itm));
+    const int projectLine = output.printed.Find(QxFormat(u"***新项目%s已建成***\n", QxFs::ToNativeText(itm)));
     EXPECT_GT(projectLine, output.printed.Find(u"K11.prj"));
     EXPECT_EQ(queuedCommands(), std::vector<CString>{u"xmmanage\n"});
     EXPECT_TRUE(output.boxes.empty());
@@ -50,7 +51,9 @@ TEST_F(XmCreate, AFolderInUseChangesNothingAndKeepsTheCurrentProject) {
     install.writeFile(projectPath("变电站/notes.txt"), "mine");
     run(u"HMXmCreate");
 
-    const CString message = QxFormat(u"%s文件夹中已有内容，请删除或另选目录！", projects() + u"变电站\\");
+    // The folder is named in the machine's own form.
+    const CString message = QxFormat(u"%s文件夹中已有内容，请删除或另选目录！", QxFs::ToNativeText(projects() + u"变电站\\"));
+    EXPECT_EQ(message.Find(u'\\'), -1);
     ASSERT_EQ(output.boxes.size(), 1u);
     EXPECT_EQ(output.boxes[0].text, message);
     EXPECT_EQ(output.boxes[0].caption, CString(u"Corvane"));
@@ -109,7 +112,7 @@ TEST_F(XmCreate, AProjectFolderThatCannotBeMadeIsToldAndNothingIsWritten) {
     cloud().projectInfo = [](HMProjectTree_INFO*) { return substation(); };
     install.writeFile(projectPath("变电站"), "a file where the folder would go");
     run(u"HMXmCreate");
-    EXPECT_TRUE(output.printed.Contains(u"项目变电站创建失败，无法建立文件夹" + projects() + u"变电站\\"));
+    EXPECT_TRUE(output.printed.Contains(u"项目变电站创建失败，无法建立文件夹" + QxFs::ToNativeText(projects() + u"变电站\\")));
     EXPECT_FALSE(output.printed.Contains(u"***"));
     EXPECT_EQ(install.readFile(projectPath("变电站")), "a file where the folder would go");
     EXPECT_FALSE(install.exists("Data/recent.dat"));

@@ -6,6 +6,7 @@
 #include "project/folders/NodeDocument.h"
 #include "project/folders/TreeToFolders.h"
 #include "project/tree/FoldersToTree.h"
+#include "support/FileSystem.h"
 
 namespace {
 
@@ -132,8 +133,8 @@ TEST_F(FoldersToTree, UnsafeNamesInDocumentsNeverLeadOutOfTheProject) {
     HMProjectTree_INFO* renamed = tree->m_arrChildren[2];
     EXPECT_TRUE(renamed->m_arrPrimaryBom.IsEmpty());
     EXPECT_TRUE(renamed->m_arrSecondaryBom.IsEmpty());
-    EXPECT_TRUE(output.printed.Contains(u"名称“..”不能用作" + projectFolder() + u"中的文件夹名"));
-    EXPECT_TRUE(output.printed.Contains(u"名称“..\\K01”不能用作" + projectFolder() + u"中的文件夹名"));
+    EXPECT_TRUE(output.printed.Contains(u"名称“..”不能用作" + QxFs::ToNativeText(projectFolder()) + u"中的文件夹名"));
+    EXPECT_TRUE(output.printed.Contains(u"名称“..\\K01”不能用作" + QxFs::ToNativeText(projectFolder()) + u"中的文件夹名"));
 }
 
 TEST_F(FoldersToTree, LocalProjectIsBuiltFromItsItmAndPrjFiles) {

@@ -53,6 +53,8 @@ protected:
     }
 
     CString folder(const char16_t* relative) const { return projects.logic() + relative; }
+    // A path as the messages show it, in the machine's own form.
+    CString shown(const char16_t* relative) const { return QxFs::ToNativeText(folder(relative)); }
 
     HMProjectTree_INFO project;
 };
@@ -93,11 +95,11 @@ TEST_F(TreeToFolders, NewProjectGetsItsFilesDocumentsAndTemplateDrawings) {
     EXPECT_EQ(noteValue(folder(u"变电站\\K01\\K01.prj"), u"工程名称"), u"");
 
     // Children print before their parent.
-    const CString root = projects.logic();
-    EXPECT_EQ(output.printed, u"***新设备" + root + u"变电站\\K01\\K01.prj已建成***\n" + u"***新设备" + root +
-                                  u"变电站\\二期\\K11\\K11.prj已建成***\n" + u"***新项目" + root +
-                                  u"变电站\\二期\\二期.itm已建成***\n" + u"***新设备" + root +
-                                  u"变电站\\K02\\K02.prj已建成***\n" + u"***新项目" + root + u"变电站\\变电站.itm已建成***\n");
+    EXPECT_EQ(output.printed, u"***新设备" + shown(u"变电站\\K01\\K01.prj") + u"已建成***\n" + u"***新设备" +
+                                  shown(u"变电站\\二期\\K11\\K11.prj") + u"已建成***\n" + u"***新项目" +
+                                  shown(u"变电站\\二期\\二期.itm") + u"已建成***\n" + u"***新设备" +
+                                  shown(u"变电站\\K02\\K02.prj") + u"已建成***\n" + u"***新项目" +
+                                  shown(u"变电站\\变电站.itm") + u"已建成***\n");
 }
 
 TEST_F(TreeToFolders, DocumentsPassAStrictParserAndReadBackThroughTheModule) {
@@ -126,7 +128,7 @@ TEST_F(TreeToFolders, FolderInUseIsLeftAloneAndItsSiblingsAreStillMade) {
     // The project folder itself holds K01: the whole project is refused, nothing is added to it.
     EXPECT_EQ(contents(projects.native()), (std::set<std::string>{"变电站/", "变电站/K01/", "变电站/K01/notes.txt", "变电站/二期/",
                                                                     "变电站/二期/empty-but-a-folder/"}));
-    EXPECT_EQ(output.printed, u"\n项目变电站创建失败，" + folder(u"变电站\\") + u"文件夹中已有内容，请删除或另选目录！\n");
+    EXPECT_EQ(output.printed, u"\n项目变电站创建失败，" + shown(u"变电站\\") + u"文件夹中已有内容，请删除或另选目录！\n");
 }
 
 TEST_F(TreeToFolders, CollisionBelowTheTopSkipsThatNodeOnly) {
@@ -143,9 +145,9 @@ TEST_F(TreeToFolders, CollisionBelowTheTopSkipsThatNodeOnly) {
     EXPECT_FALSE(projects.exists("变电站/二期/二期.itm"));  // a folder with only a sub-folder is in use
     EXPECT_FALSE(projects.exists("变电站/二期/K11"));
     EXPECT_TRUE(projects.exists("变电站/K02/K02.prj"));
-    EXPECT_EQ(output.printed, u"\n设备K01创建失败，" + folder(u"变电站\\K01\\") + u"文件夹中已有内容，请删除或另选目录！\n" +
-                                  u"\n项目二期创建失败，" + folder(u"变电站\\二期\\") +
-                                  u"文件夹中已有内容，请删除或另选目录！\n" + u"***新设备" + folder(u"变电站\\K02\\K02.prj") +
+    EXPECT_EQ(output.printed, u"\n设备K01创建失败，" + shown(u"变电站\\K01\\") + u"文件夹中已有内容，请删除或另选目录！\n" +
+                                  u"\n项目二期创建失败，" + shown(u"变电站\\二期\\") +
+                                  u"文件夹中已有内容，请删除或另选目录！\n" + u"***新设备" + shown(u"变电站\\K02\\K02.prj") +
                                   u"已建成***\n");
 }
 
@@ -174,7 +176,7 @@ TEST_F(TreeToFolders, UnsafeCloudNamesAreRefusedAndNothingOutsideTheProjectIsTou
     EXPECT_EQ(after, before);
 
     // One clear line per refused name, control characters shown as text.
-    EXPECT_TRUE(output.printed.Contains(u"名称“..”不能用作" + folder(u"变电站\\inner\\") + u"中的文件夹名"));
+    EXPECT_TRUE(output.printed.Contains(u"名称“..”不能用作" + shown(u"变电站\\inner\\") + u"中的文件夹名"));
     EXPECT_TRUE(output.printed.Contains(u"名称“bell\\x07”不能用作"));
     EXPECT_TRUE(output.printed.Contains(u"名称“tab\\x09name”不能用作"));
     EXPECT_FALSE(output.printed.Contains(u"\a"));
@@ -206,12 +208,12 @@ TEST_F(TreeToFolders, FolderThatCannotBeMadeIsToldAndNothingIsWritten) {
     device.m_strType = u"0";
     EXPECT_FALSE(CreateDeviceFromNode(client, folder(u"P\\"), &device));
     EXPECT_EQ(projects.readFile("P/K01"), "a file where the device's folder would go");
-    EXPECT_EQ(output.printed, u"\n设备K01创建失败，无法建立文件夹" + folder(u"P\\K01\\") + u"！\n");
+    EXPECT_EQ(output.printed, u"\n设备K01创建失败，无法建立文件夹" + shown(u"P\\K01\\") + u"！\n");
 
     output.printed.Empty();
     EXPECT_FALSE(CreateProjectFromNode(client, folder(u"missing\\"), &project));  // one level only: no parent
     EXPECT_FALSE(projects.exists("missing"));
-    EXPECT_EQ(output.printed, u"\n项目变电站创建失败，无法建立文件夹" + folder(u"missing\\变电站\\") + u"！\n");
+    EXPECT_EQ(output.printed, u"\n项目变电站创建失败，无法建立文件夹" + shown(u"missing\\变电站\\") + u"！\n");
 }
 
 TEST_F(TreeToFolders, UpdateMakesOnlyTheNewDeviceAndKeepsEverythingLocal) {
@@ -234,7 +236,7 @@ TEST_F(TreeToFolders, UpdateMakesOnlyTheNewDeviceAndKeepsEverythingLocal) {
                                     "变电站/二期/K03/Hexmoor.xml"})
         EXPECT_EQ(after.erase(made), 1u) << made;
     EXPECT_EQ(after, before);
-    EXPECT_EQ(output.printed, u"***新设备" + folder(u"变电站\\二期\\K03\\K03.prj") + u"已建成***\n");
+    EXPECT_EQ(output.printed, u"***新设备" + shown(u"变电站\\二期\\K03\\K03.prj") + u"已建成***\n");
     EXPECT_EQ(projects.readFile("变电站/K01/K01.prj"), k01Prj);
     EXPECT_EQ(projects.readFile("变电站/K01/mine.dwg"), "drawing");
     EXPECT_EQ(projects.readFile("变电站/K99/K99.prj"), "local");
@@ -276,5 +278,5 @@ TEST_F(TreeToFolders, TemplateThatCannotBeReadLeavesTheDeviceWithoutADrawing) {
     EXPECT_TRUE(projects.exists("K01/K01.prj"));
     EXPECT_TRUE(projects.exists("K01/Hexmoor.xml"));
     EXPECT_FALSE(projects.exists("K01/图纸.DWG"));
-    EXPECT_EQ(output.printed, u"***新设备" + folder(u"K01\\K01.prj") + u"已建成***\n");
+    EXPECT_EQ(output.printed, u"***新设备" + shown(u"K01\\K01.prj") + u"已建成***\n");
 }

@@ -67,7 +67,7 @@ TEST(CentreJson, DocumentsOfTheWrongShapeAreRefused) {
     const json project = {{"id", 7}, {"name", "P\a\x1b[2J"}, {"created", "2026-01-01"}};
     const auto listed = ProjectListFromJson(json::array({project, project}));
     ASSERT_TRUE(listed && listed->size() == 2);
-    EXPECT_EQ(ProjectChoiceText(listed->front()), CString(u"P\\x07\\x1B[2J (ID 7, created 2026-01-01)"));
+    EXPECT_EQ(ProjectChoiceText(listed->front()), CString(u"P\\x07\\x1b[2J (ID 7, created 2026-01-01)"));
     std::vector<json> badLists{json::object(), json("p"), json::array({1})};
     for (const char* field : {"id", "name", "created"}) {
         json missing = project;
