@@ -11,18 +11,18 @@ namespace {
 
 constexpr const char* kCookie = "hexmoor_web";
 
-std::optional<CentreUser> cookieUser(ServerContext& context, const httplib::Request& request) {
+std::string cookieToken(const httplib::Request& request) {
     const std::string cookies = request.get_header_value("Cookie");
     const std::string key = std::string(kCookie) + "=";
     size_t at = 0;
     while ((at = cookies.find(key, at)) != std::string::npos) {
         if (at == 0 || cookies[at - 1] == ' ' || cookies[at - 1] == ';') {
             const size_t start = at + key.size();
-            return context.sessions.use(cookies.substr(start, cookies.find(';', start) - start));
+            return cookies.substr(start, cookies.find(';', start) - start);
         }
         at += key.size();
     }
-    return std::nullopt;
+    return {};
 }
 
 void sendPage(httplib::Response& response, int status, const std::string& html) {
@@ -41,12 +41,14 @@ std::string deviceHref(long long project, long long device) {
     return projectHref(project) + "/devices/" + std::to_string(device);
 }
 
-std::string loginPage(const std::string& error) {
+// A failed login keeps what was typed but the credential.
+std::string loginPage(const std::string& error, const CString& enterprise = {}, const CString& user = {}) {
     std::string body;
     if (!error.empty()) body += "<p class=\"error\" id=\"error\">" + HtmlEscape(error) + "</p>";
     body += "<form class=\"login\" method=\"post\" action=\"/login\">"
-            "<label for=\"enterprise\">Enterprise</label><input id=\"enterprise\" name=\"enterprise\" required>"
-            "<label for=\"user\">User</label><input id=\"user\" name=\"user\" required>"
+            "<label for=\"enterprise\">Enterprise</label><input id=\"enterprise\" name=\"enterprise\" value=\"" +
+            HtmlEscape(enterprise) + "\" required>"
+            "<label for=\"user\">User</label><input id=\"user\" name=\"user\" value=\"" + HtmlEscape(user) + "\" required>"
             "<label for=\"credential\">Credential</label><input id=\"credential\" name=\"credential\" type=\"password\" required>"
             "<button id=\"login\" type=\"submit\">Log in</button></form>";
     return HtmlPage("Log in", "", body, false);
@@ -56,11 +58,12 @@ std::string loginPage(const std::string& error) {
 using PageWork = std::function<void(const CentreUser&, const httplib::Request&, httplib::Response&, CBomCentreOperations&, ICentreStore&)>;
 httplib::Server::Handler page(ServerContext& context, PageWork work) {
     return [&context, work](const httplib::Request& request, httplib::Response& response) {
-        const auto user = cookieUser(context, request);
-        if (!user) return redirect(response, "/");
         RunWithStore(context, response, [&](CBomCentreOperations& centre, ICentreStore& store) {
+            const auto user = context.sessions.use(store, cookieToken(request));
+            if (!user) return redirect(response, "/");
             work(*user, request, response, centre, store);
         });
+        if (response.status == 503) sendPage(response, 503, HtmlPage("Not available", "", "<p>" + HtmlEscape(std::string(kStoreUnavailable)) + "</p>", false));
         if (response.status == 404) sendPage(response, 404, HtmlPage("Not found", link("/projects", "Projects"),
                                                                      "<p>Your enterprise has no such project or device.</p>", true));
     };
@@ -203,27 +206,43 @@ void RegisterWebView(httplib::Server& server, ServerContext& context) {
         response.set_content(kWebStyleSheet, "text/css; charset=utf-8");
     });
     server.Get("/", [&context](const httplib::Request& request, httplib::Response& response) {
-        if (cookieUser(context, request)) return redirect(response, "/projects");
+        bool known = false;
+        RunWithStore(context, response, [&](CBomCentreOperations&, ICentreStore& store) {
+            known = context.sessions.use(store, cookieToken(request)).has_value();
+        });
+        if (known) return redirect(response, "/projects");
         sendPage(response, 200, loginPage(""));
     });
     server.Post("/login", [&context](const httplib::Request& request, httplib::Response& response) {
-        const CString enterprise = CString::FromUtf8(request.get_param_value("enterprise"));
-        const CString user = CString::FromUtf8(request.get_param_value("user"));
-        const CString credential = CString::FromUtf8(request.get_param_value("credential"));
+        CString enterprise, user, credential;
+        try {
+            enterprise = RequestText(request, "enterprise");
+            user = RequestText(request, "user");
+            credential = RequestText(request, "credential");
+        } catch (const CCentreJsonError&) {
+            return sendPage(response, 400, loginPage("A text holding a NUL character is refused."));
+        }
         if (enterprise.IsEmpty() || user.IsEmpty() || credential.IsEmpty())
-            return sendPage(response, 400, loginPage("Give the enterprise, the user and the credential."));
-        RunWithStore(context, response, [&](CBomCentreOperations& centre, ICentreStore&) {
-            if (centre.CheckAccount(enterprise, user, credential) < 1)
-                return sendPage(response, 401, loginPage("The credential does not match this enterprise and user."));
-            const std::string token = context.sessions.open({enterprise, user});
-            response.set_header("Set-Cookie", std::string(kCookie) + "=" + token + "; Path=/; HttpOnly; SameSite=Strict" +
+            return sendPage(response, 400, loginPage("Give the enterprise, the user and the credential.", enterprise, user));
+        RunWithStore(context, response, [&](CBomCentreOperations&, ICentreStore& store) {
+            const LoginAnswer answer = LogIn(context, store, request, {enterprise, user}, credential);
+            if (answer.outcome == LoginAnswer::Outcome::Throttled)
+                return sendPage(response, 429, loginPage("Too many wrong credentials: try again in " + std::to_string(answer.wait.count()) +
+                                                             " s.", enterprise, user));
+            if (answer.outcome == LoginAnswer::Outcome::Refused)
+                return sendPage(response, 401, loginPage("The credential does not match this enterprise and user.", enterprise, user));
+            response.set_header("Set-Cookie", std::string(kCookie) + "=" + answer.token + "; Path=/; HttpOnly; SameSite=Strict" +
                                                   (context.tls ? "; Secure" : ""));
             redirect(response, "/projects");
         });
     });
-    server.Post("/logout", [](const httplib::Request&, httplib::Response& response) {
-        response.set_header("Set-Cookie", std::string(kCookie) + "=; Path=/; Max-Age=0; HttpOnly; SameSite=Strict");
-        redirect(response, "/");
+    // Logging out ends the session on the server: the token opens nothing afterwards, wherever it was kept.
+    server.Post("/logout", [&context](const httplib::Request& request, httplib::Response& response) {
+        RunWithStore(context, response, [&](CBomCentreOperations&, ICentreStore& store) {
+            if (const std::string token = cookieToken(request); !token.empty()) context.sessions.close(store, token);
+            response.set_header("Set-Cookie", std::string(kCookie) + "=; Path=/; Max-Age=0; HttpOnly; SameSite=Strict");
+            redirect(response, "/");
+        });
     });
     server.Get("/projects", page(context, projectsPage));
     server.Get(R"(/projects/(\d+))", page(context, projectPage));

@@ -57,7 +57,9 @@ TEST(CentreSqliteStore, AStoreOfTheFirstReleaseIsBroughtUpToDateKeepingItsAccoun
     runSql(path, "INSERT INTO accounts VALUES ('e', 'u', 'hash', 'then'); INSERT INTO usage_files VALUES (1, 'e', 'u', 'i', 'k', 't', 'r');");
     CSqliteCentreStore store(path);
     EXPECT_EQ(store.schemaVersion(), kCentreSchemaVersion);
-    EXPECT_EQ(store.credentialHash(u"e", u"u"), CString(u"hash"));
+    ASSERT_TRUE(store.account(u"e", u"u"));
+    EXPECT_EQ(store.account(u"e", u"u")->credentialHash, CString(u"hash"));
+    EXPECT_FALSE(store.account(u"e", u"u")->disabled);
     EXPECT_EQ(store.usageFiles().size(), 1u);
     auto tree = substation();
     CBomCentreOperations(store).SubmitItm(ann, *tree);
@@ -192,7 +194,7 @@ TEST(CentreSqliteStore, AProcessKilledInTheMiddleOfASubmitLeavesNothingOfIt) {
     ASSERT_TRUE(WIFSIGNALED(status));
 
     CSqliteCentreStore store(path);
-    EXPECT_TRUE(store.projects(CString()).empty());
+    EXPECT_TRUE(store.allProjects().empty());
     auto tree = substation();
     CBomCentreOperations(store).SubmitItm(ann, *tree);
     EXPECT_EQ(store.nodes(*ParseCentreId(tree->m_strID)).size(), 4u);

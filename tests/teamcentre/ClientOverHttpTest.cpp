@@ -18,6 +18,7 @@ protected:
     void SetUp() override {
         const auto database = FreshDatabase(GetParam(), folder);
         if (!database) GTEST_SKIP() << kNoPostgresServer;
+        AddAccounts(*database, {{"acme", "ann"}, {"acme", "bob", "bobs"}, {"rival", "eve"}});
         server = std::make_unique<HexmoordProcess>(*database);
     }
 

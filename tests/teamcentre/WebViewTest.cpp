@@ -25,6 +25,7 @@ json row(const std::string& name, const std::string& model, const std::string& c
 TEST(WebView, AManagerSeesTheProjectsTreeRevisionsAndTheirComparisonInChromium) {
     if (!browserInstalled()) GTEST_SKIP() << "chromium, chromium-driver or python3-selenium is not installed: the web view is not tested";
     TempFolder folder;
+    AddAccounts(folder.native() + "/centre.db", {{"acme", "ann"}, {"acme", "bob"}, {"rival", "eve"}});
     HexmoordProcess server(folder.native() + "/centre.db");
     CHttpTransport http(server.endpoint());
     const std::string ann = LoginToken(http, "acme", "ann");
