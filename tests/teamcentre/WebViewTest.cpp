@@ -41,7 +41,7 @@ TEST(WebView, AManagerSeesTheProjectsTreeRevisionsAndTheirComparisonInChromium) 
     device["primary"] = json::array({row("断路器", "VS1-12/1250", "2"), row("电流互感器", "LZZBJ9-10", "3")});
     ASSERT_EQ(Request(http, "POST", "/api/submit-bom", {{"tree", seeded}}, ann).status, 200);
     device["primary"] = json::array({row("断路器", "VS1-12/1250", "2"), row("电压表", "6L2-V", "1")});
-    device["secondary"] = json::array({row("综保装置", "PCS-9611", "1")});
+    device["secondary"] = json::array({row("综保装置", "PCS-9611", "1"), row("<b>bold</b>", "<script>alert(1)</script>", "1")});
     ASSERT_EQ(Request(http, "POST", "/api/submit-bom", {{"tree", seeded}}, bob).status, 200);
     ASSERT_EQ(Request(http, "POST", "/api/submit-itm", {{"tree", TreeToJson(*project(u"竞争对手", 1))}}, eve).status, 200);
 
