@@ -254,12 +254,21 @@ SubmitReport CBomCentreOperations::submitRevisions(const CentreUser& who, HMProj
         m_store.lockProject(requiredProject);
     }
     std::set<long long> taken;
+    // Projects already found to be the user's enterprise's: each is looked up once, not once per device.
+    std::set<long long> ownProjects;
+    if (requiredProject != 0) ownProjects.insert(requiredProject);
+    const auto isOwn = [&](long long projectId) {
+        if (ownProjects.contains(projectId)) return true;
+        if (requiredProject != 0) return false;
+        const auto project = m_store.project(projectId);
+        if (!project || project->enterprise != who.enterprise) return false;
+        ownProjects.insert(projectId);
+        return true;
+    };
     for (HMProjectTree_INFO* device : devicesOf(tree)) {
         const auto id = ParseCentreId(device->m_strID);
         const auto node = id ? m_store.node(*id) : std::nullopt;
-        const auto project = node ? m_store.project(node->projectId) : std::nullopt;
-        const bool known = node && HMIsDeviceType(node->type) && project && project->enterprise == who.enterprise &&
-                           (requiredProject == 0 || node->projectId == requiredProject);
+        const bool known = node && HMIsDeviceType(node->type) && isOwn(node->projectId);
         if (!known) {
             report.skipped.push_back(QxFormat(u"%s: the centre knows no device of the ID \"%s\" in this project",
                                               device->m_strName, device->m_strID));
@@ -280,8 +289,9 @@ SubmitReport CBomCentreOperations::submitRevisions(const CentreUser& who, HMProj
             for (const CentreRow& row : rows)
                 if (row.secondary) merged.push_back(row);
             rows = std::move(merged);
-        } else {
-            currentRows(*id, &current);
+        } else if (const auto revision = m_store.currentRevision(*id)) {
+            // A new primary list replaces the rows whole: only the number of the current one is needed.
+            current = revision->number;
         }
         m_store.addRevision({0, *id, current + 1, kind == SubmitKind::Bom ? u"bom" : u"secondary", who.enterprise,
                              who.user, now},
