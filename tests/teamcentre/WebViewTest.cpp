@@ -34,6 +34,9 @@ TEST(WebView, AManagerSeesTheProjectsTreeRevisionsAndTheirComparisonInChromium) 
 
     auto tree = project(u"华东变电站", 2);
     tree->m_arrCabinets[0]->m_arrPrimaryBom.Add({CString(), u"电流互感器", u"LZZBJ9-10", u"3", CString(), CString()});
+    tree->m_arrCabinets[0]->m_strCirName = u"进线柜";
+    tree->m_arrCabinets[0]->m_strCirType = u"KYN28A-12";
+    tree->m_arrCabinets[0]->m_strCirSize = u"800×1500×2300";
     JsonReply reply = Request(http, "POST", "/api/submit-itm", {{"tree", TreeToJson(*tree)}}, ann);
     ASSERT_EQ(reply.status, 200);
     json seeded = reply.body["tree"];

@@ -65,6 +65,9 @@ def main():
         check("出线" in tree and "AH1" in tree and "AH2" in tree, "the tree lacks nodes: " + tree)
 
         driver.find_element(By.LINK_TEXT, "AH1").click()
+        cabinet = driver.find_element(By.ID, "cabinet").text
+        check(all(word in cabinet for word in ("AH1", "进线柜", "KYN28A-12", "800×1500×2300")),
+              "the device page lacks the cabinet's number, name, model or size: " + cabinet)
         revisions = driver.find_element(By.ID, "revisions").find_elements(By.TAG_NAME, "tr")
         check(len(revisions) == 1 + 3, "three revisions are not listed: %d rows" % (len(revisions) - 1))
         check("bob" in revisions[3].text, "the newest revision does not name bob: " + revisions[3].text)
@@ -91,6 +94,11 @@ def main():
         check(len(changed) == 1 and "断路器" in changed[0] and "1" in changed[0] and "2" in changed[0],
               "changed rows: %s" % changed)
         driver.save_screenshot(screenshot)
+        # In a 420 px window the comparison needs no sideways scrolling of the page.
+        driver.set_window_size(420, 900)
+        width = driver.execute_script("return [document.documentElement.scrollWidth, window.innerWidth]")
+        check(width[0] <= width[1], "the comparison is %d px wide in a %d px window" % (width[0], width[1]))
+        driver.set_window_size(1280, 900)
 
         # Another enterprise's IDs lead nowhere, even when named outright.
         driver.get(base + "/projects/%s/devices/%s?revision=1" % (project, str(int(device) + 1000)))
@@ -100,6 +108,16 @@ def main():
         driver.get(base + "/projects/%s/devices/%s" % (project, device))
         check(not driver.find_elements(By.CSS_SELECTOR, "main b, main script, main img"), "markup of a field became an element")
         check("<b>bold</b>" in driver.find_element(By.TAG_NAME, "main").text, "markup of a field is not shown as text")
+
+        # The words follow the browser's language; the pages carry an icon.
+        chinese = urllib.request.urlopen(urllib.request.Request(base + "/", headers={"Accept-Language": "zh-CN,zh;q=0.9,en;q=0.8"}))
+        page = chinese.read().decode("utf-8")
+        check('lang="zh"' in page and "登录" in page and "企业" in page, "a Chinese browser is not answered in Chinese")
+        english = urllib.request.urlopen(urllib.request.Request(base + "/", headers={"Accept-Language": "en-GB,zh;q=0.5"}))
+        check("Enterprise" in english.read().decode("utf-8"), "an English browser is not answered in English")
+        check(driver.find_elements(By.CSS_SELECTOR, "link[rel='icon']"), "the page names no icon")
+        icon = urllib.request.urlopen(base + "/favicon.ico")
+        check(icon.headers["Content-Type"] == "image/svg+xml" and b"<svg" in icon.read(), "no icon is served")
 
         # Logging out ends the session on the server: the token the browser held opens nothing afterwards.
         token = driver.get_cookie("hexmoor_web")["value"]
