@@ -184,3 +184,9 @@ std::string ServerContext::clientAddress(const httplib::Request& request) const 
     last.erase(last.find_last_not_of(' ') + 1);
     return last.empty() ? request.remote_addr : last;
 }
+
+bool ServerContext::clientOverTls(const httplib::Request& request) const {
+    if (tls) return true;
+    const bool trusted = std::find(trustedProxies.begin(), trustedProxies.end(), request.remote_addr) != trustedProxies.end();
+    return trusted && request.get_header_value("X-Forwarded-Proto") == "https";
+}

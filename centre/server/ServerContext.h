@@ -30,6 +30,9 @@ struct ServerContext {
 
     // The client's address: the connection's, or the one a trusted proxy forwarded.
     std::string clientAddress(const httplib::Request& request) const;
+    // Whether the client's connection is encrypted: served over HTTPS here, or by a trusted proxy that says so
+    // (X-Forwarded-Proto: https).
+    bool clientOverTls(const httplib::Request& request) const;
 };
 
 void SendJson(httplib::Response& response, int status, const nlohmann::json& body);

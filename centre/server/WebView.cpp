@@ -274,7 +274,7 @@ void RegisterWebView(httplib::Server& server, ServerContext& context) {
             if (answer.outcome == LoginAnswer::Outcome::Refused)
                 return sendPage(response, 401, loginPage(lang, Say(lang, "The credential does not match this enterprise and user."), enterprise, user));
             response.set_header("Set-Cookie", std::string(kCookie) + "=" + answer.token + "; Path=/; HttpOnly; SameSite=Strict" +
-                                                  (context.tls ? "; Secure" : ""));
+                                                  (context.clientOverTls(request) ? "; Secure" : ""));
             redirect(response, "/projects");
         });
     });

@@ -244,6 +244,26 @@ TEST_P(HexmoordApi, StopsCleanlyOnSigtermAndKeepsWhatWasSubmitted) {
     EXPECT_NE(server->output().find("hexmoord: stopped"), std::string::npos);
 }
 
+// Behind a proxy that holds TLS the web view's cookie is Secure, but only a trusted proxy can say so; the
+// address a trusted proxy forwards is the one the log names.
+TEST(HexmoordBehindAProxy, OnlyATrustedProxyMakesTheCookieSecureAndNamesTheClient) {
+    TempFolder folder;
+    const std::string database = folder.native() + "/centre.db";
+    AddAccounts(database, {{"acme", "ann"}});
+    for (const bool trusted : {true, false}) {
+        HexmoordProcess server(database, trusted ? std::vector<std::string>{"--trusted-proxy", "127.0.0.1"} : std::vector<std::string>{});
+        RawConnection raw(server.port());
+        const std::string form = "enterprise=acme&user=ann&credential=secret";
+        ASSERT_TRUE(raw.send("POST /login HTTP/1.1\r\nHost: x\r\nConnection: close\r\nX-Forwarded-Proto: https\r\n"
+                             "X-Forwarded-For: 10.1.2.3\r\nContent-Type: application/x-www-form-urlencoded\r\nContent-Length: " +
+                             std::to_string(form.size()) + "\r\n\r\n" + form));
+        const std::string reply = raw.receive(std::chrono::seconds(10));
+        ASSERT_NE(reply.find("Set-Cookie: hexmoor_web="), std::string::npos) << reply;
+        EXPECT_EQ(reply.find("SameSite=Strict; Secure") != std::string::npos, trusted) << reply;
+        EXPECT_EQ(server.output().find("10.1.2.3 POST /login 303") != std::string::npos, trusted);
+    }
+}
+
 // PostgreSQL restarted (its connections cut) or gone: dead pooled connections are replaced, and a failing
 // database is a 503 that names neither its host nor its port.
 TEST(HexmoordOnPostgres, DeadConnectionsAreReplacedAndAFailingDatabaseIsNotDescribed) {
