@@ -1,13 +1,22 @@
-// hexmoord under the team's load: 8 clients that each submit 50 BOM revisions of the same project's three
-// devices at once, over loopback. $QX_BENCH_CENTRE names the running server (scripts/centre prints it);
-// each iteration is the whole load, and the rate counts submit requests per second.
+// hexmoord under the team's load: 8 clients submitting BOM revisions of one project at once, over loopback.
+// Small submits are 3 devices of 1 row; large ones 25 devices of 125 rows. $QX_BENCH_CENTRE names the
+// running server (scripts/centre prints it) and $QX_BENCH_DB its database (scripts/centre prints that too),
+// where the bench makes its accounts when they are missing. Every client logs in once, before any timing;
+// each run makes projects of its own names, so the bench runs again and again against one server. The rate
+// counts submit requests per second.
+#include "centre/operations/CentreAccounts.h"
+#include "centre/operations/CentreError.h"
+#include "centre/server/StorePool.h"
 #include "platform/cloud/http/CentreJson.h"
 #include "platform/cloud/http/HttpTransport.h"
 
 #include <benchmark/benchmark.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstdlib>
+#include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -17,17 +26,61 @@ using nlohmann::json;
 namespace {
 
 constexpr int kClients = 8;
-constexpr int kRevisions = 50;
-constexpr int kDevices = 3;
+constexpr const char* kCredential = "bench-credential";
 
-std::string login(CHttpTransport& http, const std::string& user) {
-    const json body{{"enterprise", "bench"}, {"user", user}, {"credential", "bench"}};
-    const HttpReply reply = http.request("POST", "/api/login", body.dump(), "");
-    const json answer = json::parse(reply.body, nullptr, false);
-    return reply.status == 200 ? answer.value("token", "") : std::string();
+struct Client {
+    std::unique_ptr<CHttpTransport> http;
+    std::string token;
+};
+
+std::string userName(int client) { return "bench" + std::to_string(client); }
+
+// The bench's accounts, made where missing.
+bool ensureAccounts(const std::string& database) {
+    try {
+        const auto store = CentreStoreOpener(database)();
+        CCentreAccounts accounts(*store);
+        for (int c = 0; c < kClients; ++c) {
+            try {
+                accounts.Add(u"bench", CString(userName(c)), CString(kCredential));
+            } catch (const CCentreStoreError&) {
+                throw;
+            } catch (const CCentreError&) {
+                // It exists from an earlier run.
+            }
+        }
+        return true;
+    } catch (const CCentreError&) {
+        return false;
+    }
 }
 
-HMProjectTree_INFO* addNode(HMProjectTree_INFO& parent, HMProjectTree_INFO& root, const char* name, const char16_t* type) {
+std::string login(CHttpTransport& http, const std::string& user) {
+    const json body{{"enterprise", "bench"}, {"user", user}, {"credential", kCredential}};
+    const HttpReply reply = http.request("POST", "/api/login", body.dump(), "");
+    const json answer = json::parse(reply.body, nullptr, false);
+    return reply.status == 200 && answer.is_object() ? answer.value("token", "") : std::string();
+}
+
+// Logged-in clients, made once for every benchmark of the run; empty when the server is not there.
+std::vector<Client>& clients() {
+    static std::vector<Client> made = [] {
+        std::vector<Client> logged;
+        const char* endpoint = std::getenv("QX_BENCH_CENTRE");
+        const char* database = std::getenv("QX_BENCH_DB");
+        if (!endpoint || !database || !ensureAccounts(database)) return logged;
+        for (int c = 0; c < kClients; ++c) {
+            Client client{std::make_unique<CHttpTransport>(endpoint), {}};
+            client.token = login(*client.http, userName(c));
+            if (client.token.empty()) return std::vector<Client>();
+            logged.push_back(std::move(client));
+        }
+        return logged;
+    }();
+    return made;
+}
+
+HMProjectTree_INFO* addNode(HMProjectTree_INFO& parent, HMProjectTree_INFO& root, const std::string& name, const char16_t* type) {
     auto* node = new HMProjectTree_INFO;
     node->m_strName = CString(name);
     node->m_strType = type;
@@ -38,55 +91,71 @@ HMProjectTree_INFO* addNode(HMProjectTree_INFO& parent, HMProjectTree_INFO& root
     return node;
 }
 
-// The project every client submits to, as the server sent it back; null when the server is not there.
-std::optional<json> seedProject(const std::string& endpoint) {
-    CHttpTransport http(endpoint);
-    const std::string token = login(http, "seed");
-    if (token.empty()) return std::nullopt;
+// A project of this run, as the server sent it back; a name of its own makes the bench rerunnable.
+std::optional<json> seedProject(Client& client, int devices) {
     HMProjectTree_INFO root;
-    root.m_strName = u"load";
+    root.m_strName = CString("load " + std::to_string(devices) + " " +
+                             std::to_string(std::chrono::system_clock::now().time_since_epoch().count()));
     HMProjectTree_INFO* lines = addNode(root, root, "lines", u"100");
-    for (int d = 0; d < kDevices; ++d) addNode(*lines, root, ("AH" + std::to_string(d + 1)).c_str(), u"0");
-    const HttpReply reply = http.request("POST", "/api/submit-itm", json{{"tree", TreeToJson(root)}}.dump(), token);
+    for (int d = 0; d < devices; ++d) addNode(*lines, root, "AH" + std::to_string(d + 1), u"0");
+    const HttpReply reply = client.http->request("POST", "/api/submit-itm", json{{"tree", TreeToJson(root)}}.dump(), client.token);
     if (reply.status != 200) return std::nullopt;
     return json::parse(reply.body)["tree"];
 }
 
-void teamLoad(benchmark::State& state) {
-    const char* endpoint = std::getenv("QX_BENCH_CENTRE");
-    if (!endpoint) {
-        state.SkipWithError("no server: run scripts/centre and set QX_BENCH_CENTRE=http://127.0.0.1:PORT");
+// Each client's request bodies, made before the timing: `submits` revisions of every device, `rows` rows each.
+std::vector<std::vector<std::string>> requestBodies(const json& tree, int submits, int rows) {
+    std::vector<std::vector<std::string>> bodies(kClients);
+    for (int c = 0; c < kClients; ++c) {
+        for (int s = 0; s < submits; ++s) {
+            json mine = tree;
+            for (json& device : mine["children"][0]["children"]) {
+                json list = json::array();
+                for (int r = 0; r < rows; ++r)
+                    list.push_back({{"label", "L" + std::to_string(r)}, {"name", "part " + std::to_string(r)},
+                                    {"model", "M" + std::to_string(c)}, {"count", std::to_string(s + 1)},
+                                    {"remark", ""}, {"code", "C" + std::to_string(r)}});
+                device["primary"] = std::move(list);
+            }
+            bodies[c].push_back(json{{"tree", mine}}.dump());
+        }
+    }
+    return bodies;
+}
+
+void submitLoad(benchmark::State& state, int devices, int rows, int submitsPerClient) {
+    std::vector<Client>& logged = clients();
+    if (logged.empty()) {
+        state.SkipWithError("no server: run scripts/centre, set QX_BENCH_CENTRE=http://127.0.0.1:PORT and QX_BENCH_DB to its --db");
         return;
     }
-    const auto tree = seedProject(endpoint);
+    const auto tree = seedProject(logged[0], devices);
     if (!tree) {
-        state.SkipWithError("the server at QX_BENCH_CENTRE does not answer a login and a submit");
+        state.SkipWithError("the server at QX_BENCH_CENTRE does not take a new project");
         return;
     }
+    const auto bodies = requestBodies(*tree, submitsPerClient, rows);
     std::atomic<long> refused = 0;
     for (auto _ : state) {
-        std::vector<std::thread> clients;
+        std::vector<std::thread> threads;
         for (int c = 0; c < kClients; ++c) {
-            clients.emplace_back([&, c] {
-                CHttpTransport http(endpoint);
-                const std::string token = login(http, "user" + std::to_string(c));
-                for (int r = 0; r < kRevisions; ++r) {
-                    json mine = *tree;
-                    for (json& device : mine["children"][0]["children"])
-                        device["primary"] = json::array({{{"label", ""}, {"name", "load"}, {"model", std::to_string(c)},
-                                                          {"count", std::to_string(r)}, {"remark", ""}, {"code", ""}}});
-                    if (http.request("POST", "/api/submit-bom", json{{"tree", mine}}.dump(), token).status != 200) ++refused;
-                }
+            threads.emplace_back([&, c] {
+                for (const std::string& body : bodies[c])
+                    if (logged[c].http->request("POST", "/api/submit-bom", body, logged[c].token).status != 200) ++refused;
             });
         }
-        for (std::thread& client : clients) client.join();
+        for (std::thread& thread : threads) thread.join();
     }
     if (refused > 0) state.SkipWithError("the server refused some submits");
-    state.SetItemsProcessed(state.iterations() * kClients * kRevisions);
+    state.SetItemsProcessed(state.iterations() * kClients * submitsPerClient);
 }
+
+void smallSubmits(benchmark::State& state) { submitLoad(state, 3, 1, 50); }
+void largeSubmits(benchmark::State& state) { submitLoad(state, 25, 125, 5); }
 
 } // namespace
 
-BENCHMARK(teamLoad)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3);
+BENCHMARK(smallSubmits)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3);
+BENCHMARK(largeSubmits)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(3);
 
 BENCHMARK_MAIN();

@@ -1,5 +1,6 @@
 // hexmoord: the BOM centre for a team. It serves the centre's operations as a JSON API and a web view over
 // HTTP (HTTPS with --tls-cert and --tls-key), storing in PostgreSQL or, for a quick trial, a SQLite file.
+#include "apps/hexmoord/AccountCommand.h"
 #include "centre/operations/CentreError.h"
 #include "centre/server/CentreServer.h"
 
@@ -39,14 +40,25 @@ int main(int argc, char** argv) {
     long long idleSeconds = options.sessionIdleLimit.count();
     app.add_option("--listen", listen, "HOST:PORT to serve on (default 127.0.0.1:8585; port 0: a free one, printed)");
     app.add_option("--db", options.database,
-                   "a PostgreSQL connection string (postgresql://... or key=value words), or a SQLite file for a trial")
-        ->required();
+                   "a PostgreSQL connection string (postgresql://... or key=value words), or a SQLite file for a trial");
     app.add_option("--tls-cert", options.tlsCertificate, "serve HTTPS with this PEM certificate (needs --tls-key)");
     app.add_option("--tls-key", options.tlsKey, "the PEM private key of --tls-cert");
     app.add_option("--session-idle", idleSeconds, "seconds a session token lives unused (default 8 hours)")
         ->check(CLI::Range(1LL, 365LL * 24 * 60 * 60));
+    long long headerSeconds = options.headerTimeout.count();
+    app.add_option("--header-timeout", headerSeconds, "seconds a request's line and headers may take (default 5)")
+        ->check(CLI::Range(1LL, 300LL));
+    app.add_option("--trusted-proxy", options.trustedProxies,
+                   "address of a reverse proxy whose X-Forwarded-For names the client (may be repeated)");
+    const auto accountCommand = AddAccountCommand(app);
     CLI11_PARSE(app, argc, argv);
+    if (const int status = accountCommand(); status >= 0) return status;
+    if (options.database.empty()) {
+        std::cerr << "hexmoord: --db is required\n";
+        return 2;
+    }
     options.sessionIdleLimit = std::chrono::seconds(idleSeconds);
+    options.headerTimeout = std::chrono::seconds(headerSeconds);
 
     const auto address = parseListen(listen);
     if (!address) {

@@ -81,7 +81,7 @@ int showCentre(const std::string& requested) {
         out["usage_files"] = json::array();
         if (version != 0) {
             CentreTransaction transaction(*store, CentreTransaction::Mode::Read);
-            for (const CentreProject& project : store->projects(CString())) {
+            for (const CentreProject& project : store->allProjects()) {
                 out["projects"].push_back({{"m_strID", utf8(FormatCentreId(project.id))},
                                            {"enterprise", utf8(project.enterprise)},
                                            {"m_strName", utf8(project.name)},

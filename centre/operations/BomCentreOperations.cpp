@@ -97,13 +97,16 @@ CString CentreTimeNow() {
 }
 
 int CBomCentreOperations::CheckAccount(const CString& enterprise, const CString& user, const CString& credential) {
-    if (const auto hash = m_store.credentialHash(enterprise, user)) return VerifyCredential(*hash, credential) ? 1 : -1;
+    const auto known = [&](const CentreAccount& account) {
+        return !account.disabled && VerifyCredential(account.credentialHash, credential) ? 1 : -1;
+    };
+    if (const auto account = m_store.account(enterprise, user)) return known(*account);
     // Hashing is slow on purpose, so it happens before the write lock is taken.
     const CString hash = HashCredential(credential);
     if (hash.IsEmpty()) throw CCentreError(u"The credential could not be hashed.");
     CentreTransaction transaction(m_store, Mode::Write);
-    if (const auto taken = m_store.credentialHash(enterprise, user)) return VerifyCredential(*taken, credential) ? 1 : -1;
-    m_store.addAccount({enterprise, user, hash, CentreTimeNow()});
+    if (const auto taken = m_store.account(enterprise, user)) return known(*taken);
+    m_store.addAccount({enterprise, user, hash, CentreTimeNow(), false});
     transaction.commit();
     return 1;
 }
@@ -189,6 +192,7 @@ void CBomCentreOperations::SubmitItm(const CentreUser& who, HMProjectTree_INFO& 
     const CString now = CentreTimeNow();
 
     CentreTransaction transaction(m_store, Mode::Write);
+    m_store.lockEnterprise(who.enterprise);
     for (const CentreProject& project : m_store.projects(who.enterprise))
         if (QxFs::NamesEqual(project.name, tree.m_strName))
             throw CCentreError(QxFormat(u"The enterprise already has a project named \"%s\" (ID %s).", project.name,
@@ -247,14 +251,24 @@ SubmitReport CBomCentreOperations::submitRevisions(const CentreUser& who, HMProj
         if (!project)
             throw CCentreError(QxFormat(u"The centre has no project of the ID \"%s\" (\"%s\").", tree.m_strID, tree.m_strName));
         requiredProject = project->id;
+        m_store.lockProject(requiredProject);
     }
     std::set<long long> taken;
+    // Projects already found to be the user's enterprise's: each is looked up once, not once per device.
+    std::set<long long> ownProjects;
+    if (requiredProject != 0) ownProjects.insert(requiredProject);
+    const auto isOwn = [&](long long projectId) {
+        if (ownProjects.contains(projectId)) return true;
+        if (requiredProject != 0) return false;
+        const auto project = m_store.project(projectId);
+        if (!project || project->enterprise != who.enterprise) return false;
+        ownProjects.insert(projectId);
+        return true;
+    };
     for (HMProjectTree_INFO* device : devicesOf(tree)) {
         const auto id = ParseCentreId(device->m_strID);
         const auto node = id ? m_store.node(*id) : std::nullopt;
-        const auto project = node ? m_store.project(node->projectId) : std::nullopt;
-        const bool known = node && HMIsDeviceType(node->type) && project && project->enterprise == who.enterprise &&
-                           (requiredProject == 0 || node->projectId == requiredProject);
+        const bool known = node && HMIsDeviceType(node->type) && isOwn(node->projectId);
         if (!known) {
             report.skipped.push_back(QxFormat(u"%s: the centre knows no device of the ID \"%s\" in this project",
                                               device->m_strName, device->m_strID));
@@ -264,6 +278,8 @@ SubmitReport CBomCentreOperations::submitRevisions(const CentreUser& who, HMProj
             report.skipped.push_back(QxFormat(u"%s: the device of the ID %s is in the tree twice", device->m_strName, device->m_strID));
             continue;
         }
+        // A device's project never changes, so it may be locked after it was read.
+        if (node->projectId != requiredProject) m_store.lockProject(node->projectId);
         int current = 0;
         std::vector<CentreRow> rows = rowsOf(*device);
         if (kind == SubmitKind::Secondary) {
@@ -273,8 +289,9 @@ SubmitReport CBomCentreOperations::submitRevisions(const CentreUser& who, HMProj
             for (const CentreRow& row : rows)
                 if (row.secondary) merged.push_back(row);
             rows = std::move(merged);
-        } else {
-            currentRows(*id, &current);
+        } else if (const auto revision = m_store.currentRevision(*id)) {
+            // A new primary list replaces the rows whole: only the number of the current one is needed.
+            current = revision->number;
         }
         m_store.addRevision({0, *id, current + 1, kind == SubmitKind::Bom ? u"bom" : u"secondary", who.enterprise,
                              who.user, now},

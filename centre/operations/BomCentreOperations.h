@@ -26,7 +26,8 @@ class QX_API CBomCentreOperations {
 public:
     explicit CBomCentreOperations(ICentreStore& store) : m_store(store) {}
 
-    // 1: the credential matches (the first login of an enterprise and user makes the account); -1: it does not.
+    // 1: the credential matches (the first login of an enterprise and user makes the account); -1: it does not,
+    // or the account is disabled. For one person's own centre; a team's accounts are kept by CCentreAccounts.
     int CheckAccount(const CString& enterprise, const CString& user, const CString& credential);
     void KeepUsageFile(const CentreUser& who, const CString& item, const CString& key, const CString& text);
 

@@ -6,6 +6,7 @@
 #include "support/CString.h"
 
 #include <optional>
+#include <string>
 #include <vector>
 
 struct CentreAccount {
@@ -13,6 +14,16 @@ struct CentreAccount {
     CString user;
     CString credentialHash;
     CString created;
+    bool disabled = false;  // a disabled account logs in no more; its projects stay
+};
+
+// A logged-in session of a server. Only a hash of its token is kept, so that what the store holds does not
+// open a session.
+struct CentreSession {
+    CString tokenHash;
+    CString enterprise;
+    CString user;
+    long long lastUsed = 0;  // seconds since the epoch
 };
 
 struct CentreUsageFile {
@@ -71,20 +82,41 @@ struct CentreRow {
     friend bool operator==(const CentreRow&, const CentreRow&) = default;
 };
 
-// Failures throw CCentreStoreError. Reads and writes outside a transaction each stand alone.
+// Failures throw CCentreStoreError; a text holding a NUL character is refused with CCentreError, the same
+// on every store. Reads and writes outside a transaction each stand alone.
 class QX_API ICentreStore {
 public:
     virtual ~ICentreStore();
 
-    // A write transaction excludes other writers from its start, so that what it read stays true.
+    // A write transaction excludes other writers of what it locks, so that what it read stays true. A store
+    // that locks all of itself at the start ignores the finer locks.
     virtual void beginWrite() = 0;
+    // Within a write transaction: holds one project (its nodes and revisions), or the enterprise's project
+    // names, until the transaction ends.
+    virtual void lockProject(long long /*projectId*/) {}
+    virtual void lockEnterprise(const CString& /*enterprise*/) {}
+    // Whether the store still reaches its data (a server checks before lending it; a dead connection is
+    // replaced). Not during a transaction.
+    virtual bool usable() noexcept { return true; }
     // A read transaction sees one state of the store throughout.
     virtual void beginRead() = 0;
     virtual void commit() = 0;
     virtual void rollback() noexcept = 0;
 
-    virtual std::optional<CString> credentialHash(const CString& enterprise, const CString& user) = 0;
+    virtual std::optional<CentreAccount> account(const CString& enterprise, const CString& user) = 0;
     virtual void addAccount(const CentreAccount& account) = 0;
+    // Keeps the credential hash and the disabled mark of an existing account.
+    virtual void updateAccount(const CentreAccount& account) = 0;
+    // Every account, by enterprise and user.
+    virtual std::vector<CentreAccount> accounts() = 0;
+
+    virtual void addSession(const CentreSession& session) = 0;
+    virtual std::optional<CentreSession> session(const CString& tokenHash) = 0;
+    virtual void touchSession(const CString& tokenHash, long long lastUsed) = 0;
+    virtual void removeSession(const CString& tokenHash) = 0;
+    // Sessions last used before the time, and every session of one account.
+    virtual void removeSessionsUnusedSince(long long time) = 0;
+    virtual void removeSessionsOf(const CString& enterprise, const CString& user) = 0;
 
     virtual void addUsageFile(const CentreUsageFile& file) = 0;
     virtual std::vector<CentreUsageFile> usageFiles() = 0;
@@ -92,8 +124,10 @@ public:
     // Returns the new project's id.
     virtual long long addProject(const CentreProject& project) = 0;
     virtual std::optional<CentreProject> project(long long id) = 0;
-    // Every project in the order they were made; an empty enterprise lists all enterprises.
+    // The enterprise's projects in the order they were made; an empty enterprise has none.
     virtual std::vector<CentreProject> projects(const CString& enterprise) = 0;
+    // Every enterprise's projects, for the store's own inspection.
+    virtual std::vector<CentreProject> allProjects() = 0;
 
     // Returns the new node's id.
     virtual long long addNode(const CentreNode& node) = 0;
@@ -108,6 +142,10 @@ public:
     virtual std::vector<CentreRevision> revisions(long long nodeId) = 0;
     virtual std::vector<CentreRow> rows(long long revisionId) = 0;
 };
+
+// A text as a store keeps it (UTF-8); one holding a NUL character is refused with CCentreError, since some
+// stores would cut it there.
+QX_API std::string StoreText(const CString& text);
 
 // Begins a transaction and rolls it back unless it was committed: an error thrown halfway leaves the
 // store as it was.

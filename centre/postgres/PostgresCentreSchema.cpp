@@ -62,6 +62,17 @@ CREATE TABLE bom_rows (
     secondary BOOLEAN NOT NULL,
     PRIMARY KEY (revision_id, position));
 )sql"},
+        // Version 3: accounts an administrator disables; the sessions of servers, by a hash of the token.
+        {3, R"sql(
+ALTER TABLE accounts ADD COLUMN disabled BOOLEAN NOT NULL DEFAULT FALSE;
+CREATE TABLE sessions (
+    token_hash TEXT PRIMARY KEY,
+    enterprise TEXT NOT NULL,
+    "user" TEXT NOT NULL,
+    last_used BIGINT NOT NULL);
+CREATE INDEX sessions_by_account ON sessions (enterprise, "user");
+CREATE INDEX sessions_by_use ON sessions (last_used);
+)sql"},
     };
     return migrations;
 }

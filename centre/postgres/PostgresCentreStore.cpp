@@ -10,12 +10,46 @@
 
 namespace {
 
-// Every writer of the centre's tables holds this transaction-scoped advisory lock (an arbitrary key of the
-// centre's own), which is what makes revision numbers gapless under concurrent submits.
-constexpr long long kWriterLock = 0x48584d4f4f52;  // "HXMOOR"
+// Transaction-scoped advisory locks under keys of the centre's own: one for migrations, and per project (its
+// revisions are numbered without gaps under concurrent submits) and per enterprise (its project names stay
+// unique). Writers of different projects never wait for each other.
+constexpr long long kMigrationLock = 0x48584d4f4f52;  // "HXMOOR"
+constexpr int kProjectLockSpace = 0x484d0001;
+constexpr int kEnterpriseLockSpace = 0x484d0002;
+
+// How long a statement may wait for a lock, run, or a transaction may sit idle (a frozen server holding a
+// project's lock is cut off by the database, so the other servers go on).
+const char* const kTimeouts =
+    "SET lock_timeout = '10s'; SET statement_timeout = '60s'; SET idle_in_transaction_session_timeout = '20s'";
 
 CString text(const pqxx::field& field) { return field.is_null() ? CString() : CString::FromUtf8(field.c_str()); }
-std::string utf8(const CString& value) { return value.ToUtf8(); }
+std::string utf8(const CString& value) { return StoreText(value); }
+
+// An array literal of texts for one parameter ({"a","b\"c"}), so that a revision's rows go in one statement.
+std::string textArray(const std::vector<CentreRow>& rows, CString CentreRow::*field) {
+    std::string out = "{";
+    for (const CentreRow& row : rows) {
+        if (out.size() > 1) out += ',';
+        out += '"';
+        for (const char c : utf8(row.*field)) {
+            if (c == '"' || c == '\\') out += '\\';
+            out += c;
+        }
+        out += '"';
+    }
+    return out + "}";
+}
+
+std::string secondaryArray(const std::vector<CentreRow>& rows) {
+    std::string out = "{";
+    for (const CentreRow& row : rows) out += std::string(out.size() > 1 ? "," : "") + (row.secondary ? "t" : "f");
+    return out + "}";
+}
+
+CentreAccount accountFrom(const pqxx::row& row) {
+    return {text(row[0]), text(row[1]), text(row[2]), text(row[3]), row[4].as<bool>()};
+}
+const std::string kAccountColumns = "SELECT enterprise, \"user\", credential_hash, created, disabled FROM accounts ";
 
 CentreProject projectFrom(const pqxx::row& row) {
     return {row[0].as<long long>(), text(row[1]), text(row[2]), text(row[3]), row[4].as<long long>()};
@@ -82,6 +116,8 @@ private:
 CPostgresCentreStore::CPostgresCentreStore(const std::string& connectionString) {
     try {
         m_session = std::make_unique<Session>(connectionString);
+        pqxx::nontransaction setup(m_session->connection);
+        setup.exec(kTimeouts);
     } catch (const pqxx::failure& error) {
         rethrowAsStoreError(error);
     }
@@ -103,7 +139,8 @@ int CPostgresCentreStore::schemaVersion() {
 void CPostgresCentreStore::migrate() {
     const int latest = kCentreSchemaVersion;
     CentreTransaction transaction(*this, CentreTransaction::Mode::Write);
-    // Under the writers' lock, so that two servers starting together migrate once.
+    // Under the migration lock, so that two servers starting together migrate once.
+    Query(*this)("SELECT pg_advisory_xact_lock($1)", kMigrationLock);
     const int version = schemaVersion();
     if (version > latest)
         throw CCentreStoreError(QxFormat(u"The BOM centre database has schema version %d, newer than this build knows (%d); "
@@ -129,10 +166,29 @@ void CPostgresCentreStore::migrate() {
 void CPostgresCentreStore::beginWrite() {
     try {
         m_session->transaction = std::make_unique<pqxx::work>(m_session->connection);
-        m_session->transaction->exec_params("SELECT pg_advisory_xact_lock($1)", kWriterLock);
     } catch (const pqxx::failure& error) {
         m_session->transaction.reset();
         rethrowAsStoreError(error);
+    }
+}
+
+void CPostgresCentreStore::lockProject(long long projectId) {
+    // Projects whose IDs differ by a multiple of 2^32 share a lock, which only makes them wait.
+    Query(*this)("SELECT pg_advisory_xact_lock($1, $2)", kProjectLockSpace, static_cast<int>(static_cast<unsigned>(projectId)));
+}
+
+void CPostgresCentreStore::lockEnterprise(const CString& enterprise) {
+    Query(*this)("SELECT pg_advisory_xact_lock($1, hashtext($2))", kEnterpriseLockSpace, utf8(enterprise));
+}
+
+bool CPostgresCentreStore::usable() noexcept {
+    if (m_session->transaction) return false;
+    try {
+        pqxx::nontransaction check(m_session->connection);
+        check.exec("SELECT 1");
+        return true;
+    } catch (const std::exception&) {
+        return false;
     }
 }
 
@@ -165,16 +221,57 @@ void CPostgresCentreStore::rollback() noexcept {
     m_session->transaction.reset();
 }
 
-std::optional<CString> CPostgresCentreStore::credentialHash(const CString& enterprise, const CString& user) {
-    const pqxx::result found = Query(*this)(
-        "SELECT credential_hash FROM accounts WHERE enterprise = $1 AND \"user\" = $2", utf8(enterprise), utf8(user));
+std::optional<CentreAccount> CPostgresCentreStore::account(const CString& enterprise, const CString& user) {
+    const pqxx::result found =
+        Query(*this)(kAccountColumns + "WHERE enterprise = $1 AND \"user\" = $2", utf8(enterprise), utf8(user));
     if (found.empty()) return std::nullopt;
-    return text(found[0][0]);
+    return accountFrom(found[0]);
 }
 
 void CPostgresCentreStore::addAccount(const CentreAccount& account) {
-    Query(*this)("INSERT INTO accounts (enterprise, \"user\", credential_hash, created) VALUES ($1, $2, $3, $4)",
-                 utf8(account.enterprise), utf8(account.user), utf8(account.credentialHash), utf8(account.created));
+    Query(*this)("INSERT INTO accounts (enterprise, \"user\", credential_hash, created, disabled) VALUES ($1, $2, $3, $4, $5)",
+                 utf8(account.enterprise), utf8(account.user), utf8(account.credentialHash), utf8(account.created),
+                 account.disabled);
+}
+
+void CPostgresCentreStore::updateAccount(const CentreAccount& account) {
+    Query(*this)("UPDATE accounts SET credential_hash = $3, disabled = $4 WHERE enterprise = $1 AND \"user\" = $2",
+                 utf8(account.enterprise), utf8(account.user), utf8(account.credentialHash), account.disabled);
+}
+
+std::vector<CentreAccount> CPostgresCentreStore::accounts() {
+    std::vector<CentreAccount> found;
+    for (const pqxx::row& row : Query(*this)(kAccountColumns + "ORDER BY enterprise, \"user\""))
+        found.push_back(accountFrom(row));
+    return found;
+}
+
+void CPostgresCentreStore::addSession(const CentreSession& session) {
+    Query(*this)("INSERT INTO sessions (token_hash, enterprise, \"user\", last_used) VALUES ($1, $2, $3, $4)",
+                 utf8(session.tokenHash), utf8(session.enterprise), utf8(session.user), session.lastUsed);
+}
+
+std::optional<CentreSession> CPostgresCentreStore::session(const CString& tokenHash) {
+    const pqxx::result found = Query(*this)(
+        "SELECT token_hash, enterprise, \"user\", last_used FROM sessions WHERE token_hash = $1", utf8(tokenHash));
+    if (found.empty()) return std::nullopt;
+    return CentreSession{text(found[0][0]), text(found[0][1]), text(found[0][2]), found[0][3].as<long long>()};
+}
+
+void CPostgresCentreStore::touchSession(const CString& tokenHash, long long lastUsed) {
+    Query(*this)("UPDATE sessions SET last_used = $2 WHERE token_hash = $1", utf8(tokenHash), lastUsed);
+}
+
+void CPostgresCentreStore::removeSession(const CString& tokenHash) {
+    Query(*this)("DELETE FROM sessions WHERE token_hash = $1", utf8(tokenHash));
+}
+
+void CPostgresCentreStore::removeSessionsUnusedSince(long long time) {
+    Query(*this)("DELETE FROM sessions WHERE last_used < $1", time);
+}
+
+void CPostgresCentreStore::removeSessionsOf(const CString& enterprise, const CString& user) {
+    Query(*this)("DELETE FROM sessions WHERE enterprise = $1 AND \"user\" = $2", utf8(enterprise), utf8(user));
 }
 
 void CPostgresCentreStore::addUsageFile(const CentreUsageFile& file) {
@@ -204,8 +301,14 @@ std::optional<CentreProject> CPostgresCentreStore::project(long long id) {
 
 std::vector<CentreProject> CPostgresCentreStore::projects(const CString& enterprise) {
     std::vector<CentreProject> found;
-    for (const pqxx::row& row : Query(*this)(kProjectColumns + "WHERE $1 = '' OR p.enterprise = $1 ORDER BY p.id", utf8(enterprise)))
+    for (const pqxx::row& row : Query(*this)(kProjectColumns + "WHERE p.enterprise = $1 ORDER BY p.id", utf8(enterprise)))
         found.push_back(projectFrom(row));
+    return found;
+}
+
+std::vector<CentreProject> CPostgresCentreStore::allProjects() {
+    std::vector<CentreProject> found;
+    for (const pqxx::row& row : Query(*this)(kProjectColumns + "ORDER BY p.id")) found.push_back(projectFrom(row));
     return found;
 }
 
@@ -234,20 +337,20 @@ std::vector<CentreNode> CPostgresCentreStore::nodes(long long projectId) {
 }
 
 long long CPostgresCentreStore::addRevision(const CentreRevision& revision, const std::vector<CentreRow>& rows) {
-    Query query(*this);
-    const pqxx::result inserted = query(
-        "INSERT INTO revisions (node_id, number, kind, enterprise, \"user\", submitted) VALUES ($1, $2, $3, $4, $5, $6) "
-        "RETURNING id",
+    // The revision and all its rows in one statement: one round trip, however many rows.
+    const pqxx::result inserted = Query(*this)(
+        "WITH revision AS (INSERT INTO revisions (node_id, number, kind, enterprise, \"user\", submitted) "
+        "VALUES ($1, $2, $3, $4, $5, $6) RETURNING id), "
+        "kept AS (INSERT INTO bom_rows (revision_id, position, label, name, model, count, remark, code, secondary) "
+        "SELECT revision.id, row.position - 1, row.label, row.name, row.model, row.count, row.remark, row.code, row.secondary "
+        "FROM revision, unnest($7::text[], $8::text[], $9::text[], $10::text[], $11::text[], $12::text[], $13::boolean[]) "
+        "WITH ORDINALITY AS row (label, name, model, count, remark, code, secondary, position)) "
+        "SELECT id FROM revision",
         revision.nodeId, revision.number, utf8(revision.kind), utf8(revision.enterprise), utf8(revision.user),
-        utf8(revision.submitted));
-    const long long id = inserted[0][0].as<long long>();
-    int position = 0;
-    for (const CentreRow& row : rows)
-        query("INSERT INTO bom_rows (revision_id, position, label, name, model, count, remark, code, secondary) "
-              "VALUES ($1, $2, $3, $4, $5, $6, $7, $8, $9)",
-              id, position++, utf8(row.label), utf8(row.name), utf8(row.model), utf8(row.count), utf8(row.remark),
-              utf8(row.code), row.secondary);
-    return id;
+        utf8(revision.submitted), textArray(rows, &CentreRow::label), textArray(rows, &CentreRow::name),
+        textArray(rows, &CentreRow::model), textArray(rows, &CentreRow::count), textArray(rows, &CentreRow::remark),
+        textArray(rows, &CentreRow::code), secondaryArray(rows));
+    return inserted[0][0].as<long long>();
 }
 
 std::optional<CentreRevision> CPostgresCentreStore::currentRevision(long long nodeId) {

@@ -1,6 +1,7 @@
 // The BOM centre's store in a PostgreSQL database: the storage seam over libpqxx, with the same versioned
-// schema as the SQLite store. Several servers may share one database: writers take one advisory lock for
-// the length of their transaction, so what a write transaction read stays true until it commits.
+// schema as the SQLite store. Several servers may share one database: writers lock the project (or the
+// enterprise's project names) they change for the length of their transaction, so what a write transaction
+// read stays true until it commits. Waits for locks, statements and idle transactions are bounded.
 #pragma once
 
 #include "centre/operations/CentreStore.h"
@@ -19,17 +20,29 @@ public:
     int schemaVersion();
 
     void beginWrite() override;
+    void lockProject(long long projectId) override;
+    void lockEnterprise(const CString& enterprise) override;
+    bool usable() noexcept override;
     void beginRead() override;
     void commit() override;
     void rollback() noexcept override;
 
-    std::optional<CString> credentialHash(const CString& enterprise, const CString& user) override;
+    std::optional<CentreAccount> account(const CString& enterprise, const CString& user) override;
     void addAccount(const CentreAccount& account) override;
+    void updateAccount(const CentreAccount& account) override;
+    std::vector<CentreAccount> accounts() override;
+    void addSession(const CentreSession& session) override;
+    std::optional<CentreSession> session(const CString& tokenHash) override;
+    void touchSession(const CString& tokenHash, long long lastUsed) override;
+    void removeSession(const CString& tokenHash) override;
+    void removeSessionsUnusedSince(long long time) override;
+    void removeSessionsOf(const CString& enterprise, const CString& user) override;
     void addUsageFile(const CentreUsageFile& file) override;
     std::vector<CentreUsageFile> usageFiles() override;
     long long addProject(const CentreProject& project) override;
     std::optional<CentreProject> project(long long id) override;
     std::vector<CentreProject> projects(const CString& enterprise) override;
+    std::vector<CentreProject> allProjects() override;
     long long addNode(const CentreNode& node) override;
     std::optional<CentreNode> node(long long id) override;
     std::vector<CentreNode> nodes(long long projectId) override;

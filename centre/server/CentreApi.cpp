@@ -6,26 +6,28 @@ using nlohmann::json;
 
 namespace {
 
-std::optional<CentreUser> bearerUser(ServerContext& context, const httplib::Request& request) {
+std::string bearerToken(const httplib::Request& request) {
     const std::string header = request.get_header_value("Authorization");
     const std::string prefix = "Bearer ";
-    if (!header.starts_with(prefix)) return std::nullopt;
-    return context.sessions.use(header.substr(prefix.size()));
+    return header.starts_with(prefix) ? header.substr(prefix.size()) : std::string();
 }
 
 // Runs the work for the token's user; 401 without a valid token.
 template <typename Work>
 auto authorized(ServerContext& context, Work work) {
     return [&context, work](const httplib::Request& request, httplib::Response& response) {
-        const auto user = bearerUser(context, request);
-        if (!user) return SendError(response, 401, "log in first: the session token is missing, unknown or lapsed");
         RunWithStore(context, response, [&](CBomCentreOperations& centre, ICentreStore& store) {
+            const auto user = context.sessions.use(store, bearerToken(request));
+            if (!user) return SendError(response, 401, "log in first: the session token is missing, unknown or lapsed");
             work(*user, request, response, centre, store);
         });
     };
 }
 
-json body(const httplib::Request& request) { return json::parse(request.body); }
+json body(const httplib::Request& request) { return ParseRequestJson(request.body); }
+
+// Deep enough for the deepest tree a request may carry (each level is an object in a list).
+constexpr int kMaxJsonDepth = 3 * kMaxTreeDepth + 8;
 
 std::unique_ptr<HMProjectTree_INFO> treeOf(const json& body) {
     if (!body.is_object() || !body.contains("tree")) throw CCentreJsonError("the field \"tree\" is missing");
@@ -67,22 +69,28 @@ void submitRoute(httplib::Server& server, ServerContext& context, const char* pa
 
 void RegisterCentreApi(httplib::Server& server, ServerContext& context) {
     server.Post("/api/login", [&context](const httplib::Request& request, httplib::Response& response) {
-        RunWithStore(context, response, [&](CBomCentreOperations& centre, ICentreStore&) {
+        RunWithStore(context, response, [&](CBomCentreOperations&, ICentreStore& store) {
             const json login = body(request);
             const CString enterprise = JsonText(login, "enterprise");
             const CString user = JsonText(login, "user");
             const CString credential = JsonText(login, "credential");
             if (enterprise.IsEmpty() || user.IsEmpty() || credential.IsEmpty())
                 return SendError(response, 400, "enterprise, user and credential must not be empty");
-            if (centre.CheckAccount(enterprise, user, credential) < 1)
+            const LoginAnswer answer = LogIn(context, store, request, {enterprise, user}, credential);
+            if (answer.outcome == LoginAnswer::Outcome::Throttled) {
+                response.set_header("Retry-After", std::to_string(answer.wait.count()));
+                return SendError(response, 429, "too many wrong credentials: try again in " + std::to_string(answer.wait.count()) + " s");
+            }
+            if (answer.outcome == LoginAnswer::Outcome::Refused)
                 return SendError(response, 401, "the credential does not match this enterprise and user");
-            SendJson(response, 200, {{"token", context.sessions.open({enterprise, user})}});
+            SendJson(response, 200, {{"token", answer.token}});
         });
     });
     server.Post("/api/logout", [&context](const httplib::Request& request, httplib::Response& response) {
-        const std::string header = request.get_header_value("Authorization");
-        if (header.starts_with("Bearer ")) context.sessions.close(header.substr(7));
-        SendJson(response, 200, json::object());
+        RunWithStore(context, response, [&](CBomCentreOperations&, ICentreStore& store) {
+            if (const std::string token = bearerToken(request); !token.empty()) context.sessions.close(store, token);
+            SendJson(response, 200, json::object());
+        });
     });
     server.Post("/api/usage", authorized(context, [](const CentreUser& who, const httplib::Request& request,
                                                      httplib::Response& response, CBomCentreOperations& centre, ICentreStore&) {
@@ -114,7 +122,7 @@ void RegisterCentreApi(httplib::Server& server, ServerContext& context) {
                authorized(context, [](const CentreUser& who, const httplib::Request& request, httplib::Response& response,
                                       CBomCentreOperations& centre, ICentreStore&) {
                    BomRows rows;
-                   const CString cabinet = CString::FromUtf8(request.get_param_value("cabinet"));
+                   const CString cabinet = RequestText(request, "cabinet");
                    if (!centre.ImportRows(who, CString(std::to_string(PathId(request.matches[1]))), cabinet, rows)) throw CNotFound();
                    SendJson(response, 200, RowsToJson(rows));
                }));
@@ -153,6 +161,23 @@ void RegisterCentreApi(httplib::Server& server, ServerContext& context) {
                                        {"submitted", revision.submitted.ToUtf8()}, {"rows", rowsJson(store.rows(revision.id))}});
                    SendJson(response, 200, list);
                }));
+}
+
+json ParseRequestJson(const std::string& text) {
+    const json::parser_callback_t check = [](int depth, json::parse_event_t event, json& parsed) {
+        if (depth > kMaxJsonDepth) throw CCentreJsonError("the JSON is nested deeper than " + std::to_string(kMaxJsonDepth) + " levels");
+        if ((event == json::parse_event_t::value || event == json::parse_event_t::key) && parsed.is_string() &&
+            parsed.get_ref<const std::string&>().find('\0') != std::string::npos)
+            throw CCentreJsonError("a text holding a NUL character is refused");
+        return true;
+    };
+    return json::parse(text, check);
+}
+
+CString RequestText(const httplib::Request& request, const char* name) {
+    const std::string value = request.get_param_value(name);
+    if (value.find('\0') != std::string::npos) throw CCentreJsonError("a text holding a NUL character is refused");
+    return CString::FromUtf8(value);
 }
 
 long long PathId(const std::string& text) {

@@ -1,6 +1,7 @@
 // hexmoord's server: the BOM centre's operations as a small JSON API over HTTP (or HTTPS), and the web view
 // at "/". Every API request but the login carries a session token ("Authorization: Bearer TOKEN"); the web
 // view keeps its token in a cookie. A project of another enterprise is answered as one that does not exist.
+// Accounts are made by an administrator (CCentreAccounts); wrong credentials are throttled.
 #pragma once
 
 #include "centre/server/StorePool.h"
@@ -9,15 +10,23 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <vector>
 
 struct CentreServerOptions {
     std::string database;  // what --db names (see CentreStoreOpener)
     std::string tlsCertificate;
     std::string tlsKey;
     std::chrono::seconds sessionIdleLimit{8 * 60 * 60};
-    // Larger bodies are refused with 413 before they are read.
+    // The largest body a submit may bring; every other route takes far less. Larger bodies are refused
+    // with 413 before they are read.
     size_t maxBodyBytes = 16u << 20;
-    // One line per request; null: none.
+    // A request whose line and headers are not complete within this time is dropped (a reverse proxy in
+    // front buffers requests for the clients that are that slow).
+    std::chrono::seconds headerTimeout{5};
+    // Addresses of reverse proxies whose X-Forwarded-For names the client (for the log and the login
+    // throttle).
+    std::vector<std::string> trustedProxies;
+    // One line per request, and what the server notices (throttled logins, failing stores); null: none.
     std::FILE* log = stdout;
 };
 

@@ -10,13 +10,16 @@ CStorePool::Lease::~Lease() {
 }
 
 CStorePool::Lease CStorePool::borrow() {
-    {
-        const std::lock_guard lock(m_mutex);
-        if (!m_idle.empty()) {
-            std::unique_ptr<ICentreStore> store = std::move(m_idle.back());
+    for (;;) {
+        std::unique_ptr<ICentreStore> store;
+        {
+            const std::lock_guard lock(m_mutex);
+            if (m_idle.empty()) break;
+            store = std::move(m_idle.back());
             m_idle.pop_back();
-            return Lease(*this, std::move(store));
         }
+        // A connection the database dropped (a restart) is checked here, outside the lock, and replaced.
+        if (store->usable()) return Lease(*this, std::move(store));
     }
     return Lease(*this, m_opener());
 }
@@ -29,5 +32,7 @@ bool IsPostgresConnectionString(const std::string& database) {
 CStorePool::Opener CentreStoreOpener(const std::string& database) {
     if (IsPostgresConnectionString(database))
         return [database]() -> std::unique_ptr<ICentreStore> { return std::make_unique<CPostgresCentreStore>(database); };
-    return [database]() -> std::unique_ptr<ICentreStore> { return std::make_unique<CSqliteCentreStore>(database); };
+    // SQLite's lock is not fair: under a server's many workers a writer may wait longer than one person's
+    // client would, so a server waits longer before it gives up.
+    return [database]() -> std::unique_ptr<ICentreStore> { return std::make_unique<CSqliteCentreStore>(database, 30000); };
 }

@@ -1,5 +1,6 @@
 // The stores of a server: each request borrows one store (a connection of its own) and gives it back, so
-// requests run side by side without sharing a connection. A store that failed is dropped, not given back.
+// requests run side by side without sharing a connection. A store that failed is dropped, not given back,
+// and an idle one is checked before it is lent (a database restart leaves dead connections behind).
 #pragma once
 
 #include "centre/operations/CentreStore.h"

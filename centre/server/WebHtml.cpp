@@ -16,13 +16,15 @@ std::string HtmlEscape(const std::string& text) {
     return out;
 }
 
-std::string HtmlPage(const std::string& title, const std::string& trail, const std::string& body, bool loggedIn) {
-    std::string page = "<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\">"
+std::string HtmlPage(WebLanguage language, const std::string& title, const std::string& trail, const std::string& body, bool loggedIn) {
+    const std::string brand = Say(language, "Hexmoor BOM centre");
+    std::string page = "<!DOCTYPE html>\n<html lang=\"" + std::string(LanguageTag(language)) + "\"><head><meta charset=\"utf-8\">"
                        "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">"
-                       "<title>" + HtmlEscape(title) + " · Hexmoor BOM centre</title>"
+                       "<title>" + HtmlEscape(title) + " · " + brand + "</title>"
+                       "<link rel=\"icon\" href=\"/favicon.svg\" type=\"image/svg+xml\">"
                        "<link rel=\"stylesheet\" href=\"/style.css\"></head><body>"
-                       "<header><span class=\"brand\">Hexmoor BOM centre</span>";
-    if (loggedIn) page += "<form method=\"post\" action=\"/logout\"><button id=\"logout\">Log out</button></form>";
+                       "<header><span class=\"brand\">" + brand + "</span>";
+    if (loggedIn) page += "<form method=\"post\" action=\"/logout\"><button id=\"logout\">" + Say(language, "Log out") + "</button></form>";
     page += "</header><main>";
     if (!trail.empty()) page += "<nav class=\"trail\">" + trail + "</nav>";
     page += "<h1>" + HtmlEscape(title) + "</h1>" + body + "</main></body></html>\n";
@@ -56,4 +58,23 @@ form.login input { width: 100%; box-sizing: border-box; padding: 0.35em; }
 form.login button, form.compare button { margin-top: 1em; padding: 0.35em 1.2em; }
 p.error { color: #a02323; }
 p.empty { color: #5a6b7d; font-style: italic; }
+div.scroll { overflow-x: auto; margin-bottom: 1.5em; }
+div.scroll table { margin-bottom: 0; }
+td { overflow-wrap: anywhere; }
+dl.cabinet { display: grid; grid-template-columns: max-content 1fr; gap: 0.2em 1em; margin: 0 0 1.2em; }
+dl.cabinet dt { color: #5a6b7d; }
+dl.cabinet dd { margin: 0; }
+@media (max-width: 600px) {
+  header { padding: 0.5em 0.8em; }
+  main { padding: 0 0.8em; margin-top: 1em; }
+  th, td { padding: 0.3em 0.4em; }
+  body { font-size: 14px; }
+}
 )css";
+
+const char* const kWebIcon = R"svg(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 32 32">
+<rect width="32" height="32" rx="6" fill="#23384f"/>
+<rect x="7" y="6" width="18" height="20" rx="2" fill="none" stroke="#9fb3c8" stroke-width="2"/>
+<path d="M11 12h10M11 16h10M11 20h6" stroke="#fff" stroke-width="2" stroke-linecap="round"/>
+</svg>
+)svg";

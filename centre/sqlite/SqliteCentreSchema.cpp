@@ -70,6 +70,16 @@ CREATE TABLE bom_rows (
     secondary INTEGER NOT NULL,
     PRIMARY KEY (revision_id, position));
 )sql"},
+        // Version 3: accounts an administrator disables; the sessions of servers, by a hash of the token.
+        {3, R"sql(
+ALTER TABLE accounts ADD COLUMN disabled INTEGER NOT NULL DEFAULT 0;
+CREATE TABLE sessions (
+    token_hash TEXT PRIMARY KEY,
+    enterprise TEXT NOT NULL,
+    user TEXT NOT NULL,
+    last_used INTEGER NOT NULL);
+CREATE INDEX sessions_by_account ON sessions (enterprise, user);
+)sql"},
     };
     return migrations;
 }

@@ -29,6 +29,12 @@ const char* const kProjectColumns =
     "FROM projects p ";
 const char* const kNodeColumns =
     "SELECT id, project_id, COALESCE(parent_id, 0), position, name, type, cir_no, cir_name, cir_type, cir_size FROM nodes ";
+const char* const kAccountColumns = "SELECT enterprise, user, credential_hash, created, disabled FROM accounts ";
+
+CentreAccount accountFrom(const SqliteStatement& row) {
+    return {row.text(0), row.text(1), row.text(2), row.text(3), row.integer(4) != 0};
+}
+
 const char* const kRevisionColumns = "SELECT id, node_id, number, kind, enterprise, user, submitted FROM revisions ";
 
 std::string sql(const char* columns, const char* rest) { return std::string(columns) + rest; }
@@ -105,19 +111,70 @@ void CSqliteCentreStore::rollback() noexcept {
     }
 }
 
-std::optional<CString> CSqliteCentreStore::credentialHash(const CString& enterprise, const CString& user) {
-    auto lookup = m_db->prepare("SELECT credential_hash FROM accounts WHERE enterprise = ?1 AND user = ?2");
+std::optional<CentreAccount> CSqliteCentreStore::account(const CString& enterprise, const CString& user) {
+    const std::string text = sql(kAccountColumns, "WHERE enterprise = ?1 AND user = ?2");
+    auto lookup = m_db->prepare(text.c_str());
     lookup.bind(1, enterprise).bind(2, user);
     if (!lookup.step()) return std::nullopt;
-    return lookup.text(0);
+    return accountFrom(lookup);
+}
+
+void CSqliteCentreStore::updateAccount(const CentreAccount& account) {
+    m_db->prepare("UPDATE accounts SET credential_hash = ?3, disabled = ?4 WHERE enterprise = ?1 AND user = ?2")
+        .bind(1, account.enterprise)
+        .bind(2, account.user)
+        .bind(3, account.credentialHash)
+        .bind(4, static_cast<long long>(account.disabled))
+        .run();
+}
+
+std::vector<CentreAccount> CSqliteCentreStore::accounts() {
+    const std::string text = sql(kAccountColumns, "ORDER BY enterprise, user");
+    auto list = m_db->prepare(text.c_str());
+    std::vector<CentreAccount> found;
+    while (list.step()) found.push_back(accountFrom(list));
+    return found;
+}
+
+void CSqliteCentreStore::addSession(const CentreSession& session) {
+    m_db->prepare("INSERT INTO sessions (token_hash, enterprise, user, last_used) VALUES (?1, ?2, ?3, ?4)")
+        .bind(1, session.tokenHash)
+        .bind(2, session.enterprise)
+        .bind(3, session.user)
+        .bind(4, session.lastUsed)
+        .run();
+}
+
+std::optional<CentreSession> CSqliteCentreStore::session(const CString& tokenHash) {
+    auto lookup = m_db->prepare("SELECT token_hash, enterprise, user, last_used FROM sessions WHERE token_hash = ?1");
+    lookup.bind(1, tokenHash);
+    if (!lookup.step()) return std::nullopt;
+    return CentreSession{lookup.text(0), lookup.text(1), lookup.text(2), lookup.integer(3)};
+}
+
+void CSqliteCentreStore::touchSession(const CString& tokenHash, long long lastUsed) {
+    m_db->prepare("UPDATE sessions SET last_used = ?2 WHERE token_hash = ?1").bind(1, tokenHash).bind(2, lastUsed).run();
+}
+
+void CSqliteCentreStore::removeSession(const CString& tokenHash) {
+    m_db->prepare("DELETE FROM sessions WHERE token_hash = ?1").bind(1, tokenHash).run();
+}
+
+void CSqliteCentreStore::removeSessionsUnusedSince(long long time) {
+    m_db->prepare("DELETE FROM sessions WHERE last_used < ?1").bind(1, time).run();
+}
+
+void CSqliteCentreStore::removeSessionsOf(const CString& enterprise, const CString& user) {
+    m_db->prepare("DELETE FROM sessions WHERE enterprise = ?1 AND user = ?2").bind(1, enterprise).bind(2, user).run();
 }
 
 void CSqliteCentreStore::addAccount(const CentreAccount& account) {
-    m_db->prepare("INSERT INTO accounts (enterprise, user, credential_hash, created) VALUES (?1, ?2, ?3, ?4)")
+    m_db->prepare("INSERT INTO accounts (enterprise, user, credential_hash, created, disabled) VALUES (?1, ?2, ?3, ?4, ?5)")
         .bind(1, account.enterprise)
         .bind(2, account.user)
         .bind(3, account.credentialHash)
         .bind(4, account.created)
+        .bind(5, static_cast<long long>(account.disabled))
         .run();
 }
 
@@ -158,9 +215,17 @@ std::optional<CentreProject> CSqliteCentreStore::project(long long id) {
 }
 
 std::vector<CentreProject> CSqliteCentreStore::projects(const CString& enterprise) {
-    const std::string text = sql(kProjectColumns, "WHERE ?1 = '' OR p.enterprise = ?1 ORDER BY p.id");
+    const std::string text = sql(kProjectColumns, "WHERE p.enterprise = ?1 ORDER BY p.id");
     auto list = m_db->prepare(text.c_str());
     list.bind(1, enterprise);
+    std::vector<CentreProject> found;
+    while (list.step()) found.push_back(projectFrom(list));
+    return found;
+}
+
+std::vector<CentreProject> CSqliteCentreStore::allProjects() {
+    const std::string text = sql(kProjectColumns, "ORDER BY p.id");
+    auto list = m_db->prepare(text.c_str());
     std::vector<CentreProject> found;
     while (list.step()) found.push_back(projectFrom(list));
     return found;
@@ -211,10 +276,12 @@ long long CSqliteCentreStore::addRevision(const CentreRevision& revision, const 
         .bind(6, revision.submitted)
         .run();
     const long long id = m_db->lastInsertId();
+    // One statement for every row, bound afresh for each.
+    auto insert = m_db->prepare("INSERT INTO bom_rows (revision_id, position, label, name, model, count, remark, code, secondary) "
+                                "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)");
     long long position = 0;
     for (const CentreRow& row : rows) {
-        m_db->prepare("INSERT INTO bom_rows (revision_id, position, label, name, model, count, remark, code, secondary) "
-                      "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)")
+        insert.reset()
             .bind(1, id)
             .bind(2, position++)
             .bind(3, row.label)

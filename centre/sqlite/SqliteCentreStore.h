@@ -11,7 +11,7 @@
 class SqliteStore;
 
 // The schema version this build writes.
-constexpr int kCentreSchemaVersion = 2;
+constexpr int kCentreSchemaVersion = 3;
 // How long an operation waits for a store that another process holds.
 constexpr int kCentreBusyTimeoutMs = 5000;
 
@@ -32,13 +32,22 @@ public:
     void commit() override;
     void rollback() noexcept override;
 
-    std::optional<CString> credentialHash(const CString& enterprise, const CString& user) override;
+    std::optional<CentreAccount> account(const CString& enterprise, const CString& user) override;
     void addAccount(const CentreAccount& account) override;
+    void updateAccount(const CentreAccount& account) override;
+    std::vector<CentreAccount> accounts() override;
+    void addSession(const CentreSession& session) override;
+    std::optional<CentreSession> session(const CString& tokenHash) override;
+    void touchSession(const CString& tokenHash, long long lastUsed) override;
+    void removeSession(const CString& tokenHash) override;
+    void removeSessionsUnusedSince(long long time) override;
+    void removeSessionsOf(const CString& enterprise, const CString& user) override;
     void addUsageFile(const CentreUsageFile& file) override;
     std::vector<CentreUsageFile> usageFiles() override;
     long long addProject(const CentreProject& project) override;
     std::optional<CentreProject> project(long long id) override;
     std::vector<CentreProject> projects(const CString& enterprise) override;
+    std::vector<CentreProject> allProjects() override;
     long long addNode(const CentreNode& node) override;
     std::optional<CentreNode> node(long long id) override;
     std::vector<CentreNode> nodes(long long projectId) override;

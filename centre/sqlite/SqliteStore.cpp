@@ -20,7 +20,7 @@ SqliteStatement::SqliteStatement(SqliteStore& store, const char* sql) : m_store(
 SqliteStatement::~SqliteStatement() { sqlite3_finalize(m_statement); }
 
 SqliteStatement& SqliteStatement::bind(int index, const CString& text) {
-    const std::string utf8 = text.ToUtf8();
+    const std::string utf8 = StoreText(text);
     sqlite3_bind_text(m_statement, index, utf8.c_str(), static_cast<int>(utf8.size()), SQLITE_TRANSIENT);
     return *this;
 }
@@ -45,6 +45,12 @@ bool SqliteStatement::step() {
 void SqliteStatement::run() {
     while (step()) {
     }
+}
+
+SqliteStatement& SqliteStatement::reset() {
+    sqlite3_reset(m_statement);
+    sqlite3_clear_bindings(m_statement);
+    return *this;
 }
 
 CString SqliteStatement::text(int column) const {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "centre/operations/CentreError.h"
+#include "centre/operations/CentreStore.h"
 
 #include <memory>
 #include <string>
@@ -26,6 +27,8 @@ public:
     bool step();
     // Runs the statement to its end.
     void run();
+    // Ready to run again with new values.
+    SqliteStatement& reset();
     CString text(int column) const;
     long long integer(int column) const;
 

@@ -57,7 +57,9 @@ TEST(CentreSqliteStore, AStoreOfTheFirstReleaseIsBroughtUpToDateKeepingItsAccoun
     runSql(path, "INSERT INTO accounts VALUES ('e', 'u', 'hash', 'then'); INSERT INTO usage_files VALUES (1, 'e', 'u', 'i', 'k', 't', 'r');");
     CSqliteCentreStore store(path);
     EXPECT_EQ(store.schemaVersion(), kCentreSchemaVersion);
-    EXPECT_EQ(store.credentialHash(u"e", u"u"), CString(u"hash"));
+    ASSERT_TRUE(store.account(u"e", u"u"));
+    EXPECT_EQ(store.account(u"e", u"u")->credentialHash, CString(u"hash"));
+    EXPECT_FALSE(store.account(u"e", u"u")->disabled);
     EXPECT_EQ(store.usageFiles().size(), 1u);
     auto tree = substation();
     CBomCentreOperations(store).SubmitItm(ann, *tree);
@@ -192,6 +194,9 @@ TEST(CentreSqliteStore, AProcessKilledInTheMiddleOfASubmitLeavesNothingOfIt) {
     ASSERT_TRUE(WIFSIGNALED(status));
 
     CSqliteCentreStore store(path);
+    EXPECT_TRUE(store.allProjects().empty());
+    // As on PostgreSQL, which would cut it: a NUL in a kept text is refused, and no enterprise means none.
+    EXPECT_THROW(store.addProject({0, CString(u"acme\0x", 6), u"p", u"t"}), CCentreError);
     EXPECT_TRUE(store.projects(CString()).empty());
     auto tree = substation();
     CBomCentreOperations(store).SubmitItm(ann, *tree);

@@ -58,13 +58,22 @@ public:
     void beginRead() override { m_inner.beginRead(); }
     void commit() override { m_inner.commit(); }
     void rollback() noexcept override { m_inner.rollback(); }
-    std::optional<CString> credentialHash(const CString& e, const CString& u) override { return m_inner.credentialHash(e, u); }
+    std::optional<CentreAccount> account(const CString& e, const CString& u) override { return m_inner.account(e, u); }
     void addAccount(const CentreAccount& a) override { write(), m_inner.addAccount(a); }
+    void updateAccount(const CentreAccount& a) override { write(), m_inner.updateAccount(a); }
+    std::vector<CentreAccount> accounts() override { return m_inner.accounts(); }
+    void addSession(const CentreSession& s) override { write(), m_inner.addSession(s); }
+    std::optional<CentreSession> session(const CString& h) override { return m_inner.session(h); }
+    void touchSession(const CString& h, long long t) override { write(), m_inner.touchSession(h, t); }
+    void removeSession(const CString& h) override { write(), m_inner.removeSession(h); }
+    void removeSessionsUnusedSince(long long t) override { write(), m_inner.removeSessionsUnusedSince(t); }
+    void removeSessionsOf(const CString& e, const CString& u) override { write(), m_inner.removeSessionsOf(e, u); }
     void addUsageFile(const CentreUsageFile& f) override { write(), m_inner.addUsageFile(f); }
     std::vector<CentreUsageFile> usageFiles() override { return m_inner.usageFiles(); }
     long long addProject(const CentreProject& p) override { return write(), m_inner.addProject(p); }
     std::optional<CentreProject> project(long long id) override { return m_inner.project(id); }
     std::vector<CentreProject> projects(const CString& e) override { return m_inner.projects(e); }
+    std::vector<CentreProject> allProjects() override { return m_inner.allProjects(); }
     long long addNode(const CentreNode& n) override { return write(), m_inner.addNode(n); }
     std::optional<CentreNode> node(long long id) override { return m_inner.node(id); }
     std::vector<CentreNode> nodes(long long projectId) override { return m_inner.nodes(projectId); }

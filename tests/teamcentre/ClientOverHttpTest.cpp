@@ -9,6 +9,8 @@
 #include "teamcentre/ServerTestSupport.h"
 #include "teamcentre/TeamTrees.h"
 
+#include <limits>
+
 using namespace team_test;
 
 namespace {
@@ -18,6 +20,8 @@ protected:
     void SetUp() override {
         const auto database = FreshDatabase(GetParam(), folder);
         if (!database) GTEST_SKIP() << kNoPostgresServer;
+        this->database = *database;
+        AddAccounts(*database, {{"acme", "ann"}, {"acme", "bob", "bobs"}, {"rival", "eve"}});
         server = std::make_unique<HexmoordProcess>(*database);
     }
 
@@ -32,6 +36,7 @@ protected:
     }
 
     TempFolder folder;
+    std::string database;
     CapturedOutput output;
     std::unique_ptr<HexmoordProcess> server;
 };
@@ -77,9 +82,13 @@ TEST_P(ClientOverHttp, TwoUsersShareAProjectAndAThirdEnterpriseSeesNothing) {
     EXPECT_EQ(rows.GetSize(), 0);
     EXPECT_FALSE(eve->submitBom(tree.get(), true));
     EXPECT_EQ(eve->getOneCabProjectInfo(), nullptr);
+    // Every session ended on the server (lapsed): the next command logs in again once, silently, and works.
+    CentreStoreOpener(database)()->removeSessionsUnusedSince(std::numeric_limits<long long>::max());
+    output.printed = CString();
     std::unique_ptr<HMProjectTree_INFO> again(ann->getProjectInfo(tree.get()));
     ASSERT_TRUE(again);
     EXPECT_NE(again->m_arrCabinets[0]->m_strBoms.Find(u"Revision=\"2\""), -1);
+    EXPECT_TRUE(output.printed.IsEmpty()) << output.printed.ToUtf8();
 }
 
 TEST_P(ClientOverHttp, InteractiveLoginAsksAndAWrongCredentialIsRefused) {

@@ -1,9 +1,16 @@
-// hexmoord's JSON API as a client meets it, on both stores: sessions, the walls between enterprises, and
-// bad requests that are refused while the server keeps serving.
+// hexmoord's JSON API as a client meets it, on both stores: accounts made by the administrator, sessions
+// kept in the store, the walls between enterprises, throttled guessing, and bad requests that are refused
+// (before their bodies are read where they can be) while the server keeps serving.
 #include "platform/cloud/http/CentreJson.h"
 #include "teamcentre/HexmoordProcess.h"
+#include "teamcentre/RawHttp.h"
 #include "teamcentre/ServerTestSupport.h"
 #include "teamcentre/TeamTrees.h"
+
+#include <array>
+#include <thread>
+#include <tuple>
+#include <sys/wait.h>
 
 using nlohmann::json;
 using namespace team_test;
@@ -15,6 +22,8 @@ protected:
     void SetUp() override {
         const auto database = FreshDatabase(GetParam(), folder);
         if (!database) GTEST_SKIP() << kNoPostgresServer;
+        this->database = *database;
+        AddAccounts(*database, {{"acme", "ann"}, {"acme", "bob", "other"}, {"rival", "eve"}});
         server = std::make_unique<HexmoordProcess>(*database);
         http = std::make_unique<CHttpTransport>(server->endpoint());
     }
@@ -28,6 +37,7 @@ protected:
     }
 
     TempFolder folder;
+    std::string database;
     std::unique_ptr<HexmoordProcess> server;
     std::unique_ptr<CHttpTransport> http;
 };
@@ -41,14 +51,65 @@ TEST_P(HexmoordApi, LoginGivesARandomTokenThatEveryRequestMustCarry) {
     EXPECT_EQ(Request(*http, "GET", "/api/projects").status, 401);
     EXPECT_EQ(Request(*http, "GET", "/api/projects", nullptr, std::string(64, '0')).status, 401);
     EXPECT_EQ(Request(*http, "GET", "/api/parts", nullptr, "not a token").status, 401);
-    // The account exists now: another credential is refused, and gives no token.
-    const JsonReply wrong = Request(*http, "POST", "/api/login", {{"enterprise", "acme"}, {"user", "ann"}, {"credential", "guess"}});
-    EXPECT_EQ(wrong.status, 401);
-    EXPECT_FALSE(wrong.body.contains("token"));
+    // Only the administrator's accounts log in: a wrong credential, an unknown user or enterprise get no token.
+    for (const auto& [enterprise, user, credential] : std::vector<std::array<std::string, 3>>{
+             {"acme", "ann", "guess"}, {"acme", "mallory", "anything"}, {"acmf", "ann", "secret"}, {"acme", "bob", "secret"}}) {
+        const JsonReply wrong = Request(*http, "POST", "/api/login", {{"enterprise", enterprise}, {"user", user}, {"credential", credential}});
+        EXPECT_EQ(wrong.status, 401) << enterprise << "/" << user;
+        EXPECT_FALSE(wrong.body.contains("token"));
+    }
     // A logged-out token is refused.
     EXPECT_EQ(Request(*http, "POST", "/api/logout", nullptr, first).status, 200);
     EXPECT_EQ(Request(*http, "GET", "/api/projects", nullptr, first).status, 401);
+    // Sessions are kept in the store: a restarted server knows the others.
+    server = std::make_unique<HexmoordProcess>(database);
+    http = std::make_unique<CHttpTransport>(server->endpoint());
     EXPECT_EQ(Request(*http, "GET", "/api/projects", nullptr, second).status, 200);
+    EXPECT_EQ(Request(*http, "GET", "/api/projects", nullptr, first).status, 401);
+}
+
+TEST_P(HexmoordApi, TheAdministratorAddsDisablesAndRekeysAccountsAndThatEndsTheirSessions) {
+    const auto account = [&](const std::string& arguments, const std::string& input) {
+        const std::string command = "printf '" + input + "' | " + HexmoordBinary() + " account " + arguments + " --db '" + database +
+                                    "' > " + folder.native() + "/out.txt 2>&1";
+        const int status = std::system(command.c_str());
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    };
+    EXPECT_EQ(account("add acme carl", "carls\n"), 0);
+    EXPECT_EQ(account("add acme carl", "again\n"), 1);  // exists already
+    EXPECT_EQ(account("add acme dora", ""), 1);          // no credential given
+    EXPECT_EQ(account("disable acme nobody", ""), 1);
+    EXPECT_EQ(account("list", ""), 0);
+    const std::string listed = ReadTextFile(folder.native() + "/out.txt");
+    EXPECT_NE(listed.find("acme/carl\t"), std::string::npos) << listed;
+    EXPECT_EQ(listed.find("acme/dora"), std::string::npos);
+
+    const std::string carl = LoginToken(*http, "acme", "carl", "carls");
+    EXPECT_EQ(Request(*http, "GET", "/api/projects", nullptr, carl).status, 200);
+    EXPECT_EQ(account("password acme carl", "newer\n"), 0);
+    EXPECT_EQ(Request(*http, "GET", "/api/projects", nullptr, carl).status, 401);
+    EXPECT_EQ(Request(*http, "POST", "/api/login", {{"enterprise", "acme"}, {"user", "carl"}, {"credential", "carls"}}).status, 401);
+    const std::string again = LoginToken(*http, "acme", "carl", "newer");
+    EXPECT_EQ(account("disable acme carl", ""), 0);
+    EXPECT_EQ(Request(*http, "GET", "/api/projects", nullptr, again).status, 401);
+    EXPECT_EQ(Request(*http, "POST", "/api/login", {{"enterprise", "acme"}, {"user", "carl"}, {"credential", "newer"}}).status, 401);
+    EXPECT_EQ(account("list", ""), 0);
+    EXPECT_NE(ReadTextFile(folder.native() + "/out.txt").find("acme/carl\t"), std::string::npos);
+    EXPECT_NE(ReadTextFile(folder.native() + "/out.txt").find("disabled"), std::string::npos);
+}
+
+TEST_P(HexmoordApi, WrongCredentialsAreThrottledPerAccountAndTheLogSaysSo) {
+    const json wrong{{"enterprise", "acme"}, {"user", "ann"}, {"credential", "guess"}};
+    const json right{{"enterprise", "acme"}, {"user", "ann"}, {"credential", "secret"}};
+    for (int i = 0; i < 6; ++i) EXPECT_EQ(Request(*http, "POST", "/api/login", wrong).status, 401) << i;
+    // The sixth made the account wait: even the right credential is not checked until the wait is over.
+    EXPECT_EQ(Request(*http, "POST", "/api/login", right).status, 429);
+    EXPECT_EQ(Request(*http, "POST", "/api/login", {{"enterprise", "acme"}, {"user", "bob"}, {"credential", "other"}}).status, 200);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1100));
+    EXPECT_EQ(Request(*http, "POST", "/api/login", right).status, 200);
+    const std::string log = server->output();
+    EXPECT_NE(log.find("login refused: wrong credential for acme/ann from 127.0.0.1, next try in 1 s"), std::string::npos) << log;
+    EXPECT_NE(log.find("login throttled: acme/ann from 127.0.0.1 waits 1 s"), std::string::npos) << log;
 }
 
 TEST_P(HexmoordApi, UsersOfOneEnterpriseShareItsProjectsAndNoOtherEnterpriseSeesThem) {
@@ -93,6 +154,13 @@ TEST_P(HexmoordApi, UsersOfOneEnterpriseShareItsProjectsAndNoOtherEnterpriseSees
 TEST_P(HexmoordApi, BadRequestsGetAClearRefusalAndTheServerKeepsServing) {
     const std::string token = LoginToken(*http, "acme", "ann");
     EXPECT_EQ(Request(*http, "POST", "/api/login", nullptr).status, 400);
+    // NUL in any text is refused at the edge, and no empty enterprise sees anything.
+    EXPECT_EQ(http->request("POST", "/api/login", R"({"enterprise": "\u0000", "user": "ann", "credential": "secret"})", "").status, 400);
+    EXPECT_EQ(http->request("POST", "/api/submit-itm", R"({"tree": {"name\u0000": 1}})", token).status, 400);
+    EXPECT_EQ(http->request("GET", "/api/projects/1/rows?cabinet=%00", "", token).status, 400);
+    const auto named = project(u"a", 1);
+    named->m_strName = CString(u"a\0b", 3);
+    EXPECT_EQ(Request(*http, "POST", "/api/submit-itm", {{"tree", TreeToJson(*named)}}, token).status, 400);
     HttpReply malformed = http->request("POST", "/api/submit-bom", "{\"tree\": [", token);
     EXPECT_EQ(malformed.status, 400);
     EXPECT_NE(malformed.body.find("malformed JSON"), std::string::npos);
@@ -101,10 +169,25 @@ TEST_P(HexmoordApi, BadRequestsGetAClearRefusalAndTheServerKeepsServing) {
     json deep = json::object();
     for (int i = 0; i < 200; ++i) deep = {{"children", json::array({deep})}};
     EXPECT_EQ(Request(*http, "POST", "/api/compare", {{"tree", deep}}, token).status, 400);
+    const HttpReply brackets = http->request("POST", "/api/compare", std::string(1u << 20, '['), token);
+    EXPECT_EQ(brackets.status, 400);
+    EXPECT_NE(brackets.body.find("nested deeper"), std::string::npos) << brackets.body;
 
-    // 100 MB: refused before it is read.
-    const HttpReply huge = http->request("POST", "/api/usage", std::string(100u << 20, ' '), token);
-    EXPECT_TRUE(huge.status == 413 || huge.status == 0) << huge.status;
+    // Each route's bound is judged from Content-Length, and answered before any of the body is sent; a body
+    // without a valid token is not read at all.
+    for (const auto& [path, length, bearer, status] : std::vector<std::tuple<std::string, size_t, std::string, int>>{
+             {"/api/login", 5000, "", 413}, {"/login", 5000, "", 413}, {"/api/usage", 2u << 20, token, 413},
+             {"/api/submit-bom", 17u << 20, token, 413}, {"/api/submit-bom", 16u << 20, "", 401},
+             {"/api/submit-bom", 16u << 20, std::string(64, 'a'), 401}, {"/api/projects", 10, token, 413}}) {
+        RawConnection raw(server->port());
+        const std::string method = path == "/api/projects" ? "GET " : "POST ";
+        ASSERT_TRUE(raw.send(method + path + " HTTP/1.1\r\nHost: x\r\nContent-Length: " + std::to_string(length) +
+                             (bearer.empty() ? "" : "\r\nAuthorization: Bearer " + bearer) + "\r\n\r\n"));
+        bool closed = false;
+        const std::string reply = raw.receive(std::chrono::seconds(5), &closed);
+        EXPECT_TRUE(reply.starts_with("HTTP/1.1 " + std::to_string(status))) << path << ": " << reply;
+        EXPECT_TRUE(closed) << path;
+    }
     // A path with "..", as sent (curl would fold it): raw over the transport.
     const HttpReply parent = http->request("GET", "/api/projects/../../etc/passwd", "", token);
     EXPECT_EQ(parent.status, 400);
@@ -112,9 +195,46 @@ TEST_P(HexmoordApi, BadRequestsGetAClearRefusalAndTheServerKeepsServing) {
 
     EXPECT_EQ(Request(*http, "GET", "/api/projects", nullptr, token).status, 200);
     submitProject(token, u"after", 1);
+    // A line break in the path cannot forge a line of the log.
+    EXPECT_EQ(http->request("GET", "/api/x%0a2026-01-01T00:00:00Z%20127.0.0.1%20GET%20/forged%20200%200", "", token).status, 404);
     const std::string log = server->output();
     EXPECT_NE(log.find("POST /api/submit-itm 200"), std::string::npos) << log;
     EXPECT_NE(log.find("GET /api/projects 200"), std::string::npos);
+    EXPECT_NE(log.find("/api/x\\x0a2026-01-01T00:00:00Z\\x20127.0.0.1"), std::string::npos) << log;
+    EXPECT_EQ(log.find("\n2026-01-01T00:00:00Z"), std::string::npos);
+}
+
+TEST_P(HexmoordApi, EveryAnswerForbidsFramingSniffingAndForeignContent) {
+    for (const char* path : {"/", "/api/projects", "/style.css", "/nothing"}) {
+        RawConnection raw(server->port());
+        ASSERT_TRUE(raw.send(std::string("GET ") + path + " HTTP/1.1\r\nHost: x\r\nConnection: close\r\n\r\n"));
+        const std::string reply = raw.receive(std::chrono::seconds(5));
+        const std::string head = reply.substr(0, reply.find("\r\n\r\n"));
+        EXPECT_NE(head.find("Content-Security-Policy: default-src 'none'; style-src 'self'; img-src 'self'; form-action 'self'; "
+                            "frame-ancestors 'none'"), std::string::npos) << path << ": " << head;
+        EXPECT_NE(head.find("X-Frame-Options: DENY"), std::string::npos) << path;
+        EXPECT_NE(head.find("X-Content-Type-Options: nosniff"), std::string::npos) << path;
+    }
+}
+
+TEST_P(HexmoordApi, AHeaderThatTricklesInIsGivenUpWhileOthersAreServed) {
+    server = std::make_unique<HexmoordProcess>(database, std::vector<std::string>{"--header-timeout", "2"});
+    http = std::make_unique<CHttpTransport>(server->endpoint());
+    std::vector<std::unique_ptr<RawConnection>> slow;
+    for (int i = 0; i < 12; ++i) {
+        slow.push_back(std::make_unique<RawConnection>(server->port()));
+        ASSERT_TRUE(slow.back()->send("GET /api/projects HTTP/1.1\r\n"));
+    }
+    const auto start = std::chrono::steady_clock::now();
+    bool closed = false;
+    // A byte a second keeps each single read short of the limit; the whole header is not.
+    for (int second = 0; second < 8 && !closed; ++second) {
+        for (auto& connection : slow) connection->send("X");
+        EXPECT_EQ(Request(*http, "POST", "/api/login", {{"enterprise", "acme"}, {"user", "ann"}, {"credential", "secret"}}).status, 200);
+        slow.front()->receive(std::chrono::milliseconds(1000), &closed);
+    }
+    EXPECT_TRUE(closed) << "the trickling header was never given up";
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(8));
 }
 
 TEST_P(HexmoordApi, StopsCleanlyOnSigtermAndKeepsWhatWasSubmitted) {
@@ -122,6 +242,56 @@ TEST_P(HexmoordApi, StopsCleanlyOnSigtermAndKeepsWhatWasSubmitted) {
     submitProject(token, u"kept", 1);
     EXPECT_EQ(server->stop(), 0);
     EXPECT_NE(server->output().find("hexmoord: stopped"), std::string::npos);
+}
+
+// Behind a proxy that holds TLS the web view's cookie is Secure, but only a trusted proxy can say so; the
+// address a trusted proxy forwards is the one the log names.
+TEST(HexmoordBehindAProxy, OnlyATrustedProxyMakesTheCookieSecureAndNamesTheClient) {
+    TempFolder folder;
+    const std::string database = folder.native() + "/centre.db";
+    AddAccounts(database, {{"acme", "ann"}});
+    for (const bool trusted : {true, false}) {
+        HexmoordProcess server(database, trusted ? std::vector<std::string>{"--trusted-proxy", "127.0.0.1"} : std::vector<std::string>{});
+        RawConnection raw(server.port());
+        const std::string form = "enterprise=acme&user=ann&credential=secret";
+        ASSERT_TRUE(raw.send("POST /login HTTP/1.1\r\nHost: x\r\nConnection: close\r\nX-Forwarded-Proto: https\r\n"
+                             "X-Forwarded-For: 10.1.2.3\r\nContent-Type: application/x-www-form-urlencoded\r\nContent-Length: " +
+                             std::to_string(form.size()) + "\r\n\r\n" + form));
+        const std::string reply = raw.receive(std::chrono::seconds(10));
+        ASSERT_NE(reply.find("Set-Cookie: hexmoor_web="), std::string::npos) << reply;
+        EXPECT_EQ(reply.find("SameSite=Strict; Secure") != std::string::npos, trusted) << reply;
+        EXPECT_EQ(server.output().find("10.1.2.3 POST /login 303") != std::string::npos, trusted);
+    }
+}
+
+// PostgreSQL restarted (its connections cut) or gone: dead pooled connections are replaced, and a failing
+// database is a 503 that names neither its host nor its port.
+TEST(HexmoordOnPostgres, DeadConnectionsAreReplacedAndAFailingDatabaseIsNotDescribed) {
+    PostgresCluster* cluster = SharedPostgresCluster();
+    if (!cluster) GTEST_SKIP() << kNoPostgresServer;
+    const std::string database = cluster->freshDatabase();
+    AddAccounts(database, {{"acme", "ann"}});
+    HexmoordProcess server(database);
+    CHttpTransport http(server.endpoint());
+    const std::string token = LoginToken(http, "acme", "ann");
+    std::vector<std::thread> parallel;
+    // Several pooled connections, then every one of them cut.
+    for (int i = 0; i < 4; ++i) parallel.emplace_back([&] { CHttpTransport own(server.endpoint()); Request(own, "GET", "/api/parts", nullptr, token); });
+    for (std::thread& thread : parallel) thread.join();
+    const std::string name = database.substr(database.find("dbname=") + 7);
+    const std::string others = "SELECT count(pg_terminate_backend(pid)) FROM pg_stat_activity WHERE datname = '" + name + "' AND pid <> pg_backend_pid()";
+    ASSERT_NE(cluster->queryValue(database, others), "");
+    for (int i = 0; i < 6; ++i) EXPECT_EQ(Request(http, "GET", "/api/projects", nullptr, token).status, 200) << i;
+
+    const std::string postgres = database.substr(0, database.find("dbname=")) + "dbname=postgres";
+    ASSERT_TRUE(cluster->runSql(postgres, others + "; ALTER DATABASE " + name + " RENAME TO gone_" + name));
+    const HttpReply failed = http.request("GET", "/api/projects", "", token);
+    EXPECT_EQ(failed.status, 503);
+    EXPECT_EQ(failed.body.find(std::to_string(cluster->port())), std::string::npos) << failed.body;
+    EXPECT_EQ(failed.body.find("127.0.0.1"), std::string::npos) << failed.body;
+    ASSERT_TRUE(cluster->runSql(postgres, "ALTER DATABASE gone_" + name + " RENAME TO " + name));
+    EXPECT_EQ(Request(http, "GET", "/api/projects", nullptr, token).status, 200);
+    EXPECT_NE(server.output().find("store failed: "), std::string::npos);
 }
 
 INSTANTIATE_TEST_SUITE_P(Stores, HexmoordApi, ::testing::Values(StoreKind::Sqlite, StoreKind::Postgres), StoreKindName);

@@ -16,6 +16,7 @@ TEST(HexmoordTls, TheClientLogsInOverHttpsOnlyWithATrustedCertificate) {
     const std::string make = "openssl req -x509 -newkey rsa:2048 -nodes -days 1 -subj /CN=127.0.0.1 "
                              "-addext subjectAltName=IP:127.0.0.1 -keyout " + key + " -out " + cert + " >/dev/null 2>&1";
     if (std::system(make.c_str()) != 0) GTEST_SKIP() << "openssl cannot make a test certificate here";
+    team_test::AddAccounts(folder.native() + "/centre.db", {{"acme", "ann"}});
     HexmoordProcess server(folder.native() + "/centre.db", {"--tls-cert", cert, "--tls-key", key});
     const std::string endpoint = "https://127.0.0.1:" + std::to_string(server.port());
 

@@ -17,12 +17,17 @@ using namespace team_test;
 
 namespace {
 
+constexpr int kClients = 8;
+
 class HexmoordUnderLoad : public ::testing::TestWithParam<StoreKind> {
 protected:
     void SetUp() override {
         const auto found = FreshDatabase(GetParam(), folder);
         if (!found) GTEST_SKIP() << kNoPostgresServer;
         database = *found;
+        std::vector<Account> accounts{{"acme", "ann"}};
+        for (int c = 0; c < kClients; ++c) accounts.push_back({"acme", "user" + std::to_string(c)});
+        AddAccounts(database, accounts);
         server = std::make_unique<HexmoordProcess>(database);
     }
 
@@ -60,7 +65,6 @@ protected:
 };
 
 TEST_P(HexmoordUnderLoad, EightClientsOfFiftyRevisionsEachLoseAndMergeNothing) {
-    constexpr int kClients = 8;
     constexpr int kRevisions = 50;
     constexpr int kDevices = 3;
     const json tree = seedProject(kDevices);

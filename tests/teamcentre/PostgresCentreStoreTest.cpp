@@ -50,7 +50,7 @@ TEST_F(PostgresStore, ADatabaseOfANewerSchemaIsRefusedUntouched) {
     { CPostgresCentreStore store(database); }
     ASSERT_TRUE(cluster->runSql(database, "UPDATE schema_version SET version = 99"));
     EXPECT_THROW(CPostgresCentreStore{database}, CCentreStoreError);
-    ASSERT_TRUE(cluster->runSql(database, "UPDATE schema_version SET version = 2"));
+    ASSERT_TRUE(cluster->runSql(database, "UPDATE schema_version SET version = " + std::to_string(kCentreSchemaVersion)));
     EXPECT_NO_THROW(CPostgresCentreStore{database});
 }
 
@@ -75,7 +75,11 @@ TEST_F(PostgresStore, TextKeepsEveryCharacterAndAWriteRolledBackLeavesNothing) {
     EXPECT_EQ(found->lastRevisionId, 0);
     EXPECT_FALSE(store.project(id + 1));
     EXPECT_TRUE(store.projects(u"other").empty());
-    EXPECT_EQ(store.projects(CString()).size(), 1u);
+    // No call means "every enterprise" but the one that says so; a NUL would be cut, so it is refused.
+    EXPECT_TRUE(store.projects(CString()).empty());
+    EXPECT_EQ(store.allProjects().size(), 1u);
+    EXPECT_THROW(store.addProject({0, CString(u"acme\0x", 6), u"p", u"t"}), CCentreError);
+    EXPECT_THROW(store.projects(CString(u"\0", 1)), CCentreError);
 }
 
 TEST_F(PostgresStore, RowsComeBackInTheirOrderWithTheirSystem) {
@@ -85,7 +89,9 @@ TEST_F(PostgresStore, RowsComeBackInTheirOrderWithTheirSystem) {
     const long long device = store.addNode({0, project, sub, 0, u"AH1", u"0", u"AH1", u"", u"", u""});
     EXPECT_EQ(store.node(sub)->parentId, 0);
     EXPECT_EQ(store.node(device)->parentId, sub);
-    const std::vector<CentreRow> rows{{u"", u"b", u"m", u"2", u"", u"", false}, {u"", u"a", u"m", u"1", u"r", u"K", true}};
+    const std::vector<CentreRow> rows{{u"", u"b", u"m", u"2", u"", u"", false},
+                                      {u"", u"a", u"m", u"1", u"r", u"K", true},
+                                      {u"{x}", u"a \"quoted\", b\\c", u"NULL", u"", u"'}{,", u"\u2245", false}};
     const long long first = store.addRevision({0, device, 1, u"itm", u"acme", u"ann", u"t"}, rows);
     const long long second = store.addRevision({0, device, 2, u"bom", u"acme", u"bob", u"t"}, {});
     EXPECT_EQ(store.rows(first), rows);

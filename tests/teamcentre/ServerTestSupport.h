@@ -1,15 +1,19 @@
 // What the hexmoord tests share: the databases they run on (a SQLite file, a PostgreSQL database of the
-// throwaway cluster), raw JSON requests, and logging in.
+// throwaway cluster), the accounts an administrator makes, raw JSON requests, and logging in.
 #pragma once
 
 #include "common/PostgresCluster.h"
 #include "common/TempFolder.h"
+#include "centre/operations/CentreAccounts.h"
+#include "centre/server/StorePool.h"
 #include "platform/cloud/http/HttpTransport.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <fstream>
 #include <optional>
+#include <sstream>
 
 namespace team_test {
 
@@ -25,6 +29,27 @@ inline std::optional<std::string> FreshDatabase(StoreKind kind, const TempFolder
     PostgresCluster* cluster = SharedPostgresCluster();
     if (!cluster) return std::nullopt;
     return cluster->freshDatabase();
+}
+
+inline std::string ReadTextFile(const std::string& path) {
+    std::ifstream file(path);
+    std::stringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+struct Account {
+    std::string enterprise;
+    std::string user;
+    std::string credential = "secret";
+};
+
+// Makes the accounts in the database, as `hexmoord account add` does.
+inline void AddAccounts(const std::string& database, const std::vector<Account>& accounts) {
+    const auto store = CentreStoreOpener(database)();
+    for (const Account& account : accounts)
+        CCentreAccounts(*store).Add(CString::FromUtf8(account.enterprise), CString::FromUtf8(account.user),
+                                    CString::FromUtf8(account.credential));
 }
 
 struct JsonReply {

@@ -1,5 +1,9 @@
-// Session tokens: random, tied to their user, and lapsing after the idle limit, counted from the last use.
+// Session tokens: random, tied to their user, kept in the store only as a hash (so another table on the
+// same store, as after a restart or on a second server, knows them), lapsing after the idle limit counted
+// from the last use.
 #include "centre/server/SessionTable.h"
+#include "centre/sqlite/SqliteCentreStore.h"
+#include "common/TempFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -7,32 +11,43 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST(SessionTable, ATokenLapsesAfterTheIdleLimitCountedFromItsLastUse) {
-    auto now = std::chrono::steady_clock::time_point{};
+TEST(SessionTable, ATokenLapsesAfterTheIdleLimitAndIsKnownToEveryTableOnTheStore) {
+    TempFolder folder;
+    CSqliteCentreStore store(folder.native() + "/centre.db");
+    long long now = 1'000'000;
     CSessionTable sessions(8h, [&] { return now; });
-    const std::string token = sessions.open({u"acme", u"ann"});
+    const std::string token = sessions.open(store, {u"acme", u"ann"});
     EXPECT_EQ(token.size(), 64u);
-    EXPECT_NE(token, sessions.open({u"acme", u"ann"}));
+    EXPECT_NE(token, sessions.open(store, {u"acme", u"ann"}));
+    // The store holds the hash, which opens nothing.
+    const CString hash = SessionTokenHash(token);
+    ASSERT_TRUE(store.session(hash));
+    EXPECT_EQ(hash.GetLength(), 64);
+    EXPECT_NE(hash.ToUtf8(), token);
+    EXPECT_FALSE(sessions.use(store, hash.ToUtf8()));
 
-    now += 7h;
-    const auto user = sessions.use(token);
+    now += 7 * 3600;
+    CSessionTable restarted(8h, [&] { return now; });
+    const auto user = restarted.use(store, token);
     ASSERT_TRUE(user);
     EXPECT_EQ(user->enterprise, CString(u"acme"));
     EXPECT_EQ(user->user, CString(u"ann"));
-    now += 8h;  // exactly the limit since the last use: still good
-    EXPECT_TRUE(sessions.use(token));
-    now += 8h + 1s;
-    EXPECT_FALSE(sessions.use(token));
-    EXPECT_FALSE(sessions.use(token));
+    now += 8 * 3600;  // exactly the limit since the last use: still good
+    EXPECT_TRUE(sessions.use(store, token));
+    now += 8 * 3600 + 1;
+    EXPECT_FALSE(sessions.use(store, token));
+    EXPECT_FALSE(store.session(hash));
 }
 
-TEST(SessionTable, UnknownAndClosedTokensNameNobody) {
+TEST(SessionTable, UnknownClosedAndMalformedTokensNameNobody) {
+    TempFolder folder;
+    CSqliteCentreStore store(folder.native() + "/centre.db");
     CSessionTable sessions;
-    EXPECT_FALSE(sessions.use(""));
-    EXPECT_FALSE(sessions.use(std::string(64, 'a')));
-    const std::string token = sessions.open({u"acme", u"bob"});
-    sessions.close(token);
-    EXPECT_FALSE(sessions.use(token));
+    const std::string token = sessions.open(store, {u"acme", u"bob"});
+    for (const std::string& other : {std::string(), std::string(64, 'a'), token + "0", token.substr(1), std::string(64, 'A')})
+        EXPECT_FALSE(sessions.use(store, other)) << other;
+    sessions.close(store, token);
+    EXPECT_FALSE(sessions.use(store, token));
 }
 
 } // namespace

@@ -25,6 +25,7 @@ json row(const std::string& name, const std::string& model, const std::string& c
 TEST(WebView, AManagerSeesTheProjectsTreeRevisionsAndTheirComparisonInChromium) {
     if (!browserInstalled()) GTEST_SKIP() << "chromium, chromium-driver or python3-selenium is not installed: the web view is not tested";
     TempFolder folder;
+    AddAccounts(folder.native() + "/centre.db", {{"acme", "ann"}, {"acme", "bob"}, {"rival", "eve"}});
     HexmoordProcess server(folder.native() + "/centre.db");
     CHttpTransport http(server.endpoint());
     const std::string ann = LoginToken(http, "acme", "ann");
@@ -33,6 +34,9 @@ TEST(WebView, AManagerSeesTheProjectsTreeRevisionsAndTheirComparisonInChromium) 
 
     auto tree = project(u"华东变电站", 2);
     tree->m_arrCabinets[0]->m_arrPrimaryBom.Add({CString(), u"电流互感器", u"LZZBJ9-10", u"3", CString(), CString()});
+    tree->m_arrCabinets[0]->m_strCirName = u"进线柜";
+    tree->m_arrCabinets[0]->m_strCirType = u"KYN28A-12";
+    tree->m_arrCabinets[0]->m_strCirSize = u"800×1500×2300";
     JsonReply reply = Request(http, "POST", "/api/submit-itm", {{"tree", TreeToJson(*tree)}}, ann);
     ASSERT_EQ(reply.status, 200);
     json seeded = reply.body["tree"];
@@ -40,7 +44,7 @@ TEST(WebView, AManagerSeesTheProjectsTreeRevisionsAndTheirComparisonInChromium) 
     device["primary"] = json::array({row("断路器", "VS1-12/1250", "2"), row("电流互感器", "LZZBJ9-10", "3")});
     ASSERT_EQ(Request(http, "POST", "/api/submit-bom", {{"tree", seeded}}, ann).status, 200);
     device["primary"] = json::array({row("断路器", "VS1-12/1250", "2"), row("电压表", "6L2-V", "1")});
-    device["secondary"] = json::array({row("综保装置", "PCS-9611", "1")});
+    device["secondary"] = json::array({row("综保装置", "PCS-9611", "1"), row("<b>bold</b>", "<script>alert(1)</script>", "1")});
     ASSERT_EQ(Request(http, "POST", "/api/submit-bom", {{"tree", seeded}}, bob).status, 200);
     ASSERT_EQ(Request(http, "POST", "/api/submit-itm", {{"tree", TreeToJson(*project(u"竞争对手", 1))}}, eve).status, 200);
 

@@ -68,7 +68,11 @@ CHttpBomCentre::~CHttpBomCentre() = default;
 
 std::optional<json> CHttpBomCentre::call(const char* method, const std::string& path, const json* body) {
     const std::string text = body ? body->dump(-1, ' ', false, json::error_handler_t::replace) : std::string();
-    const HttpReply reply = m_http.request(method, path, text, m_token);
+    HttpReply reply = m_http.request(method, path, text, m_token);
+    // The session ended on the server (a restart of an older server, a lapse, the administrator): log in
+    // again once, silently, with what the last login gave, and ask again.
+    if (reply.status == 401 && path != "/api/login" && m_login && loginQuietly())
+        reply = m_http.request(method, path, text, m_token);
     m_lastStatus = reply.status;
     if (reply.status == 0) {
         TellCentreMessage(QxFormat(u"The BOM centre at %s cannot be reached: %s.", m_endpoint, CString::FromUtf8(reply.failure)));
@@ -90,6 +94,7 @@ int CHttpBomCentre::Login(CHexmoorInteFace& client) {
 
 int CHttpBomCentre::autoLogin(CHexmoorInteFace& client) {
     m_token.clear();
+    m_login.reset();
     if (client.m_strEnterprise.IsEmpty() || client.m_strUser.IsEmpty()) return 0;
     if (client.m_strCredential.IsEmpty()) return -1;
     const json login{{"enterprise", client.m_strEnterprise.ToUtf8()}, {"user", client.m_strUser.ToUtf8()},
@@ -97,7 +102,20 @@ int CHttpBomCentre::autoLogin(CHexmoorInteFace& client) {
     const auto reply = call("POST", "/api/login", &login);
     if (!reply || !reply->contains("token") || !(*reply)["token"].is_string()) return -1;
     m_token = (*reply)["token"].get<std::string>();
+    m_login = login;
     return 1;
+}
+
+bool CHttpBomCentre::loginQuietly() {
+    const HttpReply reply = m_http.request("POST", "/api/login", m_login->dump(), "");
+    const json answer = json::parse(reply.body, nullptr, false);
+    m_token.clear();
+    if (reply.status != 200 || !answer.is_object() || !answer.contains("token") || !answer["token"].is_string()) {
+        m_login.reset();
+        return false;
+    }
+    m_token = answer["token"].get<std::string>();
+    return true;
 }
 
 bool CHttpBomCentre::UserInfoCollect(const CString& item, const CString& key, const CString& text) {

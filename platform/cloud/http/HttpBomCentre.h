@@ -51,10 +51,13 @@ private:
     // there); every other failure is told to the person, and a 401 ends the session.
     std::optional<nlohmann::json> call(const char* method, const std::string& path, const nlohmann::json* body = nullptr);
     bool submitTree(const char* path, HMProjectTree_INFO& tree, const char16_t* operation);
+    // Logs in again with the last login's items; false when that is refused.
+    bool loginQuietly();
     HMProjectTree_INFO* chooseProject();
 
     CString m_endpoint;
     CHttpTransport m_http;
     std::string m_token;
+    std::optional<nlohmann::json> m_login;  // the last accepted login's request, for a silent login again
     long m_lastStatus = 0;  // of the last reply, 0 when none came
 };
