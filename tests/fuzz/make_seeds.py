@@ -184,3 +184,20 @@ write("corpus/hexmoord", "seed-odd-requests",
       parts(b"GET /style.css HTTP/1.0\r\n\r\n", b"POST /api/login HTTP/1.1\r\nContent-Length: 99999999\r\n\r\n{",
             b"POST /api/login HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\n5\r\n{\"a\":\r\n0\r\n\r\n",
             b"GET /api/projects HTTP/1.1\r\nRange: bytes=0-1,2-3,4-5\r\nAuthorization: Bearer x\r\n\r\n"))
+
+
+# --- record groups whose every group copies one long value: a part-record drawing that ends in bad_alloc ---
+LONG_VALUE = "元件描述:" + "x" * 150000
+write("open/mtext", "record-groups-copy-a-long-value", LONG_VALUE + "\n" + "标号:K\n" * 30000)
+try:
+    import ezdxf  # python3-ezdxf (run with /usr/bin/python3)
+
+    drawing = ezdxf.new("R2010")
+    drawing.appids.new("QXBOM_LABEL")
+    label = drawing.modelspace().add_mtext("K1")
+    label.set_xdata("QXBOM_LABEL", [(1000, "K1")])
+    label.new_extension_dict().add_xrecord("QXBOM_LABEL").reset([(1, LONG_VALUE)] + [(1, "标号:K")] * 20000)
+    os.makedirs(os.path.join(HERE, "open/drawingreaders"), exist_ok=True)
+    drawing.saveas(os.path.join(HERE, "open/drawingreaders", "part-records-copy-a-long-value.dxf"))
+except ImportError:
+    print("ezdxf is missing: the part-record drawing was not written")
