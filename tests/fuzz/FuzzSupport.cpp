@@ -84,7 +84,9 @@ const std::string& ScratchFolder() {
 
 CString WriteScratchFile(const std::string& relative, std::string_view bytes) {
     const fs::path path = fs::path(ScratchFolder()) / relative;
-    fs::create_directories(path.parent_path());
+    // A path the file system refuses (a name too long, a file where a folder should be) is left unwritten.
+    std::error_code ec;
+    fs::create_directories(path.parent_path(), ec);
     std::ofstream(path, std::ios::binary | std::ios::trunc).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     return QxFs::FromNative(path.string());
 }

@@ -17,7 +17,7 @@ namespace fuzz {
 const std::string& ScratchFolder();
 
 // Writes the bytes to `relative` ('/' separated) below the scratch folder, making its folders, and gives
-// the file's logic path.
+// the file's logic path; a path the file system refuses is left unwritten.
 CString WriteScratchFile(const std::string& relative, std::string_view bytes);
 inline CString WriteScratchFile(const std::string& relative, const uint8_t* data, size_t size) {
     return WriteScratchFile(relative, std::string_view(reinterpret_cast<const char*>(data), size));

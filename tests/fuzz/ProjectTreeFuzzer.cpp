@@ -18,9 +18,10 @@ namespace {
 constexpr const char* kTree = "tree";
 constexpr size_t kMostFiles = 24;
 constexpr int kMostDepth = 6;
+constexpr size_t kLongestName = 64;
 
-// The path made of the plain names of `line` ("/" or "\" between them); nothing that could leave the
-// folder the harness writes into.
+// The path made of the plain names of `line` ("/" or "\" between them), each cut to 64 bytes; nothing
+// that could leave the folder the harness writes into.
 std::string plainRelativePath(std::string_view line) {
     std::string path;
     int depth = 0;
@@ -28,7 +29,7 @@ std::string plainRelativePath(std::string_view line) {
     while (start <= line.size() && depth < kMostDepth) {
         size_t end = line.find_first_of("/\\", start);
         if (end == std::string_view::npos) end = line.size();
-        const std::string_view name = line.substr(start, end - start);
+        const std::string_view name = line.substr(start, std::min(end - start, kLongestName));
         if (!name.empty() && name != "." && name != "..") {
             path += (path.empty() ? "" : "/") + std::string(name);
             ++depth;
