@@ -77,16 +77,22 @@ std::vector<std::string> FoldersLibFuzzerWrites(int argc, char** argv) {
 bool WriteOnlyInto(const std::vector<std::string>& folders) {
     if (::unshare(CLONE_NEWNS) != 0) return false;
     if (::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return false;
-    const std::vector<std::string> points = mountPoints();
     for (const std::string& folder : folders) {
         std::error_code ec;
         fs::create_directories(folder, ec);
-        const std::string path = fs::canonical(folder, ec).string();
-        if (!ec) ::mount(path.c_str(), path.c_str(), nullptr, MS_BIND | MS_REC, nullptr);
     }
-    for (const std::string& point : points) {
+    // Everything read-only first, then the folders bound over themselves and made writable again: a
+    // process started from a harness (a merge) inherits the binds and must not make its own read-only.
+    for (const std::string& point : mountPoints()) {
         if (startsWith(point, "/proc") || startsWith(point, "/sys")) continue;
         ::mount(nullptr, point.c_str(), nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY, nullptr);
+    }
+    for (const std::string& folder : folders) {
+        std::error_code ec;
+        const std::string path = fs::canonical(folder, ec).string();
+        if (ec) continue;
+        ::mount(path.c_str(), path.c_str(), nullptr, MS_BIND | MS_REC, nullptr);
+        ::mount(nullptr, path.c_str(), nullptr, MS_BIND | MS_REMOUNT, nullptr);
     }
     return true;
 }
