@@ -3,11 +3,13 @@
 
 #include "platform/InstallPath.h"
 #include "platform/host/HostOutput.h"
+#include "platform/host/Prompts.h"
 #include "support/FileSystem.h"
 
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
@@ -64,6 +66,15 @@ public:
     void MessageBox(const CString&, const CString&, unsigned) override {}
 };
 
+// Nobody answers: a harness must never wait for a line on the terminal.
+class SilentPrompts final : public IPromptService {
+public:
+    std::optional<CString> AskText(const CString&) override { return std::nullopt; }
+    std::optional<CString> AskSecret(const CString&) override { return std::nullopt; }
+    std::optional<bool> AskYesNo(const CString&) override { return std::nullopt; }
+    std::optional<int> AskChoice(const CString&, const CStringArray&) override { return std::nullopt; }
+};
+
 } // namespace
 
 const std::string& ScratchFolder() {
@@ -73,7 +84,9 @@ const std::string& ScratchFolder() {
 
 CString WriteScratchFile(const std::string& relative, std::string_view bytes) {
     const fs::path path = fs::path(ScratchFolder()) / relative;
-    fs::create_directories(path.parent_path());
+    // A path the file system refuses (a name too long, a file where a folder should be) is left unwritten.
+    std::error_code ec;
+    fs::create_directories(path.parent_path(), ec);
     std::ofstream(path, std::ios::binary | std::ios::trunc).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     return QxFs::FromNative(path.string());
 }
@@ -83,6 +96,33 @@ void RemoveScratchFile(const std::string& relative) {
     fs::remove(fs::path(ScratchFolder()) / relative, ec);
 }
 
+void ClearScratchFolder(const std::string& relative) {
+    std::error_code ec;
+    const fs::path folder = fs::path(ScratchFolder()) / relative;
+    fs::remove_all(folder, ec);
+    fs::create_directories(folder, ec);
+}
+
+std::vector<std::string_view> SplitSections(const uint8_t* data, size_t size, size_t count) {
+    std::vector<std::string_view> sections;
+    std::string_view rest(reinterpret_cast<const char*>(data), size);
+    while (sections.size() + 1 < count) {
+        const size_t zero = rest.find('\0');
+        if (zero == std::string_view::npos) break;
+        sections.push_back(rest.substr(0, zero));
+        rest.remove_prefix(zero + 1);
+    }
+    sections.push_back(rest);
+    sections.resize(count);
+    return sections;
+}
+
+void Require(bool holds, const char* promise) {
+    if (holds) return;
+    std::fprintf(stderr, "\n==fuzz== broken promise: %s\n", promise);
+    std::abort();
+}
+
 CString ScratchLogicFolder() { return QxFs::FromNative(ScratchFolder()) + u"\\"; }
 
 void UseScratchAsInstallFolder() { SetCorvaneInstallDirOverride(ScratchLogicFolder()); }
@@ -90,6 +130,8 @@ void UseScratchAsInstallFolder() { SetCorvaneInstallDirOverride(ScratchLogicFold
 void SilenceHost() {
     static SilentOutput silent;
     SetHostOutput(&silent);
+    static SilentPrompts prompts;
+    SetHostPrompts(&prompts);
 }
 
 } // namespace fuzz

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace fuzz {
 
@@ -16,7 +17,7 @@ namespace fuzz {
 const std::string& ScratchFolder();
 
 // Writes the bytes to `relative` ('/' separated) below the scratch folder, making its folders, and gives
-// the file's logic path.
+// the file's logic path; a path the file system refuses is left unwritten.
 CString WriteScratchFile(const std::string& relative, std::string_view bytes);
 inline CString WriteScratchFile(const std::string& relative, const uint8_t* data, size_t size) {
     return WriteScratchFile(relative, std::string_view(reinterpret_cast<const char*>(data), size));
@@ -29,7 +30,18 @@ CString ScratchLogicFolder();
 // Makes the scratch folder the install folder, so that readers of LocalData\ and Data\ read the input.
 void UseScratchAsInstallFolder();
 
-// Drops what the host would print and every box it would show: the harnesses run millions of inputs.
+// Empties a folder below the scratch folder, so that each input starts from nothing left by the last.
+void ClearScratchFolder(const std::string& relative);
+
+// The input cut at its zero bytes into exactly `count` parts: missing parts are empty, and whatever follows
+// the last separator belongs to the last part. Harnesses whose input is several files take them this way.
+std::vector<std::string_view> SplitSections(const uint8_t* data, size_t size, size_t count);
+
+// A broken promise of the code under test: says which and aborts, so that libFuzzer keeps the input.
+void Require(bool holds, const char* promise);
+
+// Drops what the host would print and every box it would show, and answers no question: the harnesses run
+// millions of inputs, with nobody at the terminal.
 void SilenceHost();
 
 } // namespace fuzz

@@ -1,0 +1,306 @@
+// The loopback FTP site of the repository harness.
+#include "FakeFtpSite.h"
+
+#include <algorithm>
+#include <arpa/inet.h>
+#include <cstring>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace fuzz {
+namespace {
+
+// A client that keeps quiet this long is gone; the client's own stall limit is longer.
+constexpr int kWaitMs = 3000;
+// Listings are given this deep; deeper folders are empty, so that a folder that lists itself ends.
+constexpr int kListedDepth = 2;
+
+int listenOnLoopback(int& port) {
+    const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (fd < 0) return -1;
+    const int yes = 1;
+    ::setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address;
+    if (::bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 || ::listen(fd, 8) != 0 ||
+        ::getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length) != 0) {
+        ::close(fd);
+        return -1;
+    }
+    port = ntohs(address.sin_port);
+    return fd;
+}
+
+bool readable(int fd, int waitMs) {
+    pollfd entry{fd, POLLIN, 0};
+    return ::poll(&entry, 1, waitMs) > 0;
+}
+
+// Replies go out at once: small writes left to wait for an acknowledgement cost each command 40 ms.
+int acceptWithin(int listener, int waitMs) {
+    if (listener < 0 || !readable(listener, waitMs)) return -1;
+    const int fd = ::accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
+    const int yes = 1;
+    if (fd >= 0) ::setsockopt(fd, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
+    return fd;
+}
+
+void sendAll(int fd, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t sent = ::send(fd, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+        if (sent <= 0) return;
+        bytes.remove_prefix(static_cast<size_t>(sent));
+    }
+}
+
+void reply(int fd, const std::string& line) { sendAll(fd, line + "\r\n"); }
+
+std::string receiveAll(int fd) {
+    std::string bytes;
+    char buffer[4096];
+    while (readable(fd, kWaitMs)) {
+        const ssize_t got = ::recv(fd, buffer, sizeof buffer, 0);
+        if (got <= 0) break;
+        bytes.append(buffer, static_cast<size_t>(got));
+    }
+    return bytes;
+}
+
+int depthOf(const std::string& path) {
+    int depth = 0;
+    bool inName = false;
+    for (const char ch : path) {
+        if (ch == '/') inName = false;
+        else if (!inName) {
+            inName = true;
+            ++depth;
+        }
+    }
+    return depth;
+}
+
+std::string upper(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char ch) { return std::toupper(ch); });
+    return text;
+}
+
+bool endsWith(const std::string& text, const std::string& end) {
+    return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+// The data connection of one transfer: a passive listener, then the connection the client makes to it.
+class DataChannel {
+public:
+    ~DataChannel() { close(); }
+    // The port to give in the EPSV reply; 0 when no listener could be made.
+    int open() {
+        close();
+        int port = 0;
+        m_listener = listenOnLoopback(port);
+        return m_listener < 0 ? 0 : port;
+    }
+    int connection() {
+        if (m_connection < 0) m_connection = acceptWithin(m_listener, kWaitMs);
+        return m_connection;
+    }
+    void close() {
+        if (m_connection >= 0) ::close(m_connection);
+        if (m_listener >= 0) ::close(m_listener);
+        m_connection = m_listener = -1;
+    }
+
+private:
+    int m_listener = -1;
+    int m_connection = -1;
+};
+
+} // namespace
+
+FakeFtpSite::FakeFtpSite() {
+    m_listener = listenOnLoopback(m_port);
+    if (m_listener >= 0) m_acceptor = std::thread([this] { acceptLoop(); });
+}
+
+FakeFtpSite::~FakeFtpSite() {
+    m_stopping = true;
+    if (m_acceptor.joinable()) m_acceptor.join();
+    if (m_listener >= 0) ::close(m_listener);
+    {
+        const std::lock_guard lock(m_sessionsMutex);
+        for (const int control : m_openControls) ::shutdown(control, SHUT_RDWR);
+    }
+    for (const std::unique_ptr<Session>& session : m_sessions) session->thread.join();
+}
+
+void FakeFtpSite::reapSessions() {
+    auto finished = std::stable_partition(m_sessions.begin(), m_sessions.end(),
+                                          [](const std::unique_ptr<Session>& session) { return !session->done; });
+    for (auto it = finished; it != m_sessions.end(); ++it) (*it)->thread.join();
+    m_sessions.erase(finished, m_sessions.end());
+}
+
+void FakeFtpSite::serve(FtpSiteContent content) {
+    const std::lock_guard lock(m_filesMutex);
+    m_content = std::move(content);
+    m_uploaded.clear();
+    m_removed.clear();
+}
+
+void FakeFtpSite::acceptLoop() {
+    while (!m_stopping) {
+        const int control = acceptWithin(m_listener, 100);
+        reapSessions();
+        if (control < 0) continue;
+        const std::lock_guard lock(m_sessionsMutex);
+        m_openControls.push_back(control);
+        auto session = std::make_unique<Session>();
+        Session* running = session.get();
+        session->thread = std::thread([this, control, running] {
+            converse(control);
+            running->done = true;
+        });
+        m_sessions.push_back(std::move(session));
+    }
+}
+
+bool FakeFtpSite::fileAt(const std::string& path, std::string& bytes) {
+    const std::lock_guard lock(m_filesMutex);
+    if (m_removed.count(path)) return false;
+    if (const auto uploaded = m_uploaded.find(path); uploaded != m_uploaded.end()) {
+        bytes = uploaded->second;
+        return true;
+    }
+    const std::string name = path.substr(path.find_last_of('/') + 1);
+    if (name == "Server.xml") {
+        bytes = m_content.journal;
+        return !bytes.empty();
+    }
+    if (endsWith(upper(name), ".BAK")) {
+        bytes = m_content.lock;
+        return !bytes.empty();
+    }
+    bytes = "site file";
+    return true;
+}
+
+std::string FakeFtpSite::listingOf(const std::string& path, bool mlsd, bool& refused) {
+    const std::lock_guard lock(m_filesMutex);
+    refused = mlsd && !m_content.mlsd;
+    return depthOf(path) <= kListedDepth ? m_content.listing : std::string();
+}
+
+void FakeFtpSite::converse(int control) {
+    reply(control, "220 fuzz site");
+    DataChannel data;
+    std::string pending;
+    std::string renameFrom;
+    char buffer[1024];
+    while (!m_stopping) {
+        size_t lineEnd = pending.find("\r\n");
+        if (lineEnd == std::string::npos) {
+            if (!readable(control, kWaitMs)) break;
+            const ssize_t got = ::recv(control, buffer, sizeof buffer, 0);
+            if (got <= 0) break;
+            pending.append(buffer, static_cast<size_t>(got));
+            continue;
+        }
+        const std::string line = pending.substr(0, lineEnd);
+        pending.erase(0, lineEnd + 2);
+        const size_t blank = line.find(' ');
+        const std::string command = upper(line.substr(0, blank));
+        const std::string argument = blank == std::string::npos ? std::string() : line.substr(blank + 1);
+
+        if (command == "USER") reply(control, "331 password please");
+        else if (command == "PASS") reply(control, "230 logged in");
+        else if (command == "PWD") reply(control, "257 \"/\" is the current folder");
+        else if (command == "CWD" || command == "DELE" || command == "RMD" || command == "RNTO") {
+            if (command == "DELE") {
+                const std::lock_guard lock(m_filesMutex);
+                m_uploaded.erase(argument);
+                m_removed.insert(argument);
+            } else if (command == "RNTO") {
+                const std::lock_guard lock(m_filesMutex);
+                if (const auto moved = m_uploaded.find(renameFrom); moved != m_uploaded.end()) {
+                    m_uploaded[argument] = moved->second;
+                    m_uploaded.erase(moved);
+                }
+                m_removed.erase(argument);
+            }
+            reply(control, "250 done");
+        } else if (command == "RNFR") {
+            renameFrom = argument;
+            reply(control, "350 go on");
+        } else if (command == "MKD") reply(control, "257 \"" + argument + "\" made");
+        else if (command == "TYPE" || command == "NOOP" || command == "OPTS") reply(control, "200 ok");
+        else if (command == "SYST") reply(control, "215 UNIX Type: L8");
+        else if (command == "REST") reply(control, "350 restarting");
+        else if (command == "EPSV") {
+            const int port = data.open();
+            reply(control, port ? "229 Entering Extended Passive Mode (|||" + std::to_string(port) + "|)" : "425 no port");
+        } else if (command == "SIZE") {
+            std::string bytes;
+            reply(control, fileAt(argument, bytes) ? "213 " + std::to_string(bytes.size()) : "550 no such file");
+        } else if (command == "RETR") {
+            std::string bytes;
+            if (!fileAt(argument, bytes)) {
+                reply(control, "550 no such file");
+            } else if (const int connection = data.connection(); connection < 0) {
+                reply(control, "425 no data connection");
+            } else {
+                reply(control, "150 sending");
+                sendAll(connection, bytes);
+                data.close();
+                reply(control, "226 sent");
+            }
+            data.close();
+        } else if (command == "MLSD" || command == "LIST" || command == "NLST") {
+            bool refused = false;
+            const std::string listing = listingOf(argument, command == "MLSD", refused);
+            if (refused) {
+                reply(control, "500 unknown command");
+            } else if (const int connection = data.connection(); connection < 0) {
+                reply(control, "425 no data connection");
+            } else {
+                reply(control, "150 listing");
+                sendAll(connection, listing);
+                data.close();
+                reply(control, "226 listed");
+            }
+            data.close();
+        } else if (command == "STOR" || command == "APPE") {
+            const int connection = data.connection();
+            if (connection < 0) {
+                reply(control, "425 no data connection");
+            } else {
+                reply(control, "150 receiving");
+                const std::string bytes = receiveAll(connection);
+                data.close();
+                {
+                    const std::lock_guard lock(m_filesMutex);
+                    std::string& file = m_uploaded[argument];
+                    file = command == "APPE" ? file + bytes : bytes;
+                    m_removed.erase(argument);
+                }
+                reply(control, "226 received");
+            }
+            data.close();
+        } else if (command == "QUIT") {
+            reply(control, "221 bye");
+            break;
+        } else {
+            reply(control, "502 not here");
+        }
+    }
+    {
+        const std::lock_guard lock(m_sessionsMutex);
+        m_openControls.erase(std::remove(m_openControls.begin(), m_openControls.end(), control), m_openControls.end());
+    }
+    ::close(control);
+}
+
+} // namespace fuzz

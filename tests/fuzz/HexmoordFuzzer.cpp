@@ -1,0 +1,150 @@
+// hexmoord's handlers, in the process: a server on a SQLite file in the scratch folder, and each part of
+// the input (cut at zero bytes) sent as it stands as one HTTP request: request line, headers and body of
+// any API route or web form. "TOKEN" in a request becomes the token of a logged-in session, so that the
+// routes behind the login are reached too (a request that logs out is followed by a new login). No request
+// may cost the server more than 128 MB of memory.
+#include "FuzzSupport.h"
+
+// The server is the one part of the centre this harness knows of.
+#include "platform/cloud/http/CentreServer.h"
+
+#include <arpa/inet.h>
+#include <atomic>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sanitizer/allocator_interface.h>
+#include <sys/socket.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+constexpr size_t kMostRequests = 4;
+constexpr long long kMostBytesPerRequest = 128LL << 20;
+constexpr int kReplyWaitMs = 5000;
+
+// The memory the process holds, counted from when the hooks came (blocks freed that were taken before
+// count below zero), and the most it held since the last look.
+std::atomic<long long> g_live{0};
+std::atomic<long long> g_peak{0};
+
+void countAllocation(const volatile void*, size_t size) {
+    const long long live = g_live.fetch_add(static_cast<long long>(size)) + static_cast<long long>(size);
+    long long peak = g_peak.load();
+    while (live > peak && !g_peak.compare_exchange_weak(peak, live)) {
+    }
+}
+
+void countRelease(const volatile void* pointer) {
+    g_live.fetch_sub(static_cast<long long>(__sanitizer_get_allocated_size(const_cast<const void*>(pointer))));
+}
+
+int connectTo(int port) {
+    const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<uint16_t>(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    if (fd >= 0 && ::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) return fd;
+    if (fd >= 0) ::close(fd);
+    return -1;
+}
+
+// Sends the bytes, closes the sending side and reads the reply until the server closes; gives the reply.
+std::string exchange(int port, std::string_view request) {
+    const int fd = connectTo(port);
+    if (fd < 0) return {};
+    while (!request.empty()) {
+        const ssize_t sent = ::send(fd, request.data(), request.size(), MSG_NOSIGNAL);
+        if (sent <= 0) break;
+        request.remove_prefix(static_cast<size_t>(sent));
+    }
+    ::shutdown(fd, SHUT_WR);
+    std::string reply;
+    char buffer[4096];
+    for (pollfd entry{fd, POLLIN, 0}; ::poll(&entry, 1, kReplyWaitMs) > 0;) {
+        const ssize_t got = ::recv(fd, buffer, sizeof buffer, 0);
+        if (got <= 0) break;
+        reply.append(buffer, static_cast<size_t>(got));
+    }
+    ::close(fd);
+    return reply;
+}
+
+class ServerInProcess {
+public:
+    ServerInProcess() {
+        CentreServerOptions options;
+        options.database = fuzz::ScratchFolder() + "/centre.db";
+        options.log = nullptr;
+        m_server = std::make_unique<CCentreServer>(options);
+        m_port = m_server->bind("127.0.0.1", 0);
+        m_thread = std::thread([this] { m_server->serve(); });
+        // The server may take a moment before it answers the first request.
+        for (int attempt = 0; attempt < 50 && m_token.empty(); ++attempt) {
+            m_token = loginToken();
+            if (m_token.empty()) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+    }
+    ~ServerInProcess() {
+        m_server->stop();
+        m_thread.join();
+    }
+    ServerInProcess(const ServerInProcess&) = delete;
+    ServerInProcess& operator=(const ServerInProcess&) = delete;
+
+    int port() const { return m_port; }
+    const std::string& token() const { return m_token; }
+    // After a logout the session is gone: the next inputs get a new one.
+    void logInAgain() { m_token = loginToken(); }
+
+private:
+    // A session of a user the inputs do not name; empty when the login was refused.
+    std::string loginToken() {
+        const std::string body = R"({"enterprise":"acme","user":"harness","credential":"secret"})";
+        const std::string reply = exchange(m_port, "POST /api/login HTTP/1.1\r\nHost: x\r\nConnection: close\r\n"
+                                                   "Content-Type: application/json\r\nContent-Length: " +
+                                                       std::to_string(body.size()) + "\r\n\r\n" + body);
+        const size_t at = reply.find("\"token\":\"");
+        return at == std::string::npos ? std::string() : reply.substr(at + 9, reply.find('"', at + 9) - at - 9);
+    }
+
+    std::unique_ptr<CCentreServer> m_server;
+    int m_port = 0;
+    std::thread m_thread;
+    std::string m_token;
+};
+
+ServerInProcess& server() {
+    static ServerInProcess instance;
+    return instance;
+}
+
+std::string withToken(std::string_view part) {
+    std::string request(part);
+    for (size_t at = request.find("TOKEN"); at != std::string::npos; at = request.find("TOKEN", at + server().token().size()))
+        request.replace(at, 5, server().token());
+    return request;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+    fuzz::SilenceHost();
+    server();
+    __sanitizer_install_malloc_and_free_hooks(countAllocation, countRelease);
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    for (const std::string_view part : fuzz::SplitSections(data, size, kMostRequests)) {
+        if (part.empty()) continue;
+        const std::string request = withToken(part);
+        const long long before = g_live.load();
+        g_peak = before;
+        exchange(server().port(), request);
+        fuzz::Require(g_peak.load() - before <= kMostBytesPerRequest, "one request costs the server at most 128 MB");
+        if (request.find("logout") != std::string::npos) server().logInAgain();
+    }
+    return 0;
+}

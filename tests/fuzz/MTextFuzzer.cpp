@@ -1,0 +1,72 @@
+// The text helpers under the drawing readers, on any text, with the promises the readers build on checked
+// here: the MText cleaner never lengthens a text, a title cell table never holds more than its 100 cells,
+// record groups keep one value per key, and a circuit's pair list gives whole pairs and counts in digits.
+#include "FuzzSupport.h"
+
+#include "drawing/bom/MTextCleaner.h"
+#include "drawing/parts/RecordGroups.h"
+#include "drawing/primary/CircuitBom.h"
+#include "drawing/primary/CircuitValues.h"
+#include "drawing/title/TitleCellTable.h"
+#include "support/TextHelpers.h"
+
+namespace {
+
+// Lines as the readers get them from xrecords and xdata: one item per line of the input.
+CStringArray linesOf(const CString& text) {
+    CStringArray lines;
+    SplitString(text, u"\n", lines);
+    return lines;
+}
+
+void checkRecordGroups(const CStringArray& lines, const std::vector<CString>& keys) {
+    const RecordGroups result = QxSplitRecordGroups(lines, keys);
+    for (const CStringArray& group : result.groups)
+        fuzz::Require(group.GetSize() == static_cast<int>(keys.size()), "a record group keeps one value per key");
+    fuzz::Require(result.last.GetSize() == static_cast<int>(keys.size()), "the last record values keep one value per key");
+}
+
+void checkCircuitPairs(const CStringArray& pairs) {
+    CStringArray types, codes, names, counts, prices;
+    QxParseCircuitBomPairs(pairs, types, codes, names, counts, prices);
+    const int values = types.GetSize() + codes.GetSize() + names.GetSize() + counts.GetSize() + prices.GetSize();
+    fuzz::Require(values <= pairs.GetSize() / 2, "a circuit pair list gives at most one value per whole pair");
+    for (const CString& count : counts) fuzz::Require(IsDigitString(count), "a circuit part's count is a number");
+}
+
+void checkCircuitValues(const CString& text) {
+    QxCircuitValue(text);
+    QxCircuitNumber(text);
+    QxCircuitAnnotation(text);
+    CircuitRow row;
+    if (QxParseCircuitRow(text, row)) fuzz::Require(!row.name.IsEmpty(), "a circuit row has a name");
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+    fuzz::SilenceHost();
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    const CString text = CString::FromUtf8(std::string_view(reinterpret_cast<const char*>(data), size));
+
+    fuzz::Require(QxCleanMText(text).GetLength() <= text.GetLength(), "the MText cleaner never lengthens a text");
+
+    const CStringArray lines = linesOf(text);
+    const TitleCellTable table = ParseTitleCellTable(lines, AcGePoint3d{1.0, 2.0, 0.0});
+    fuzz::Require(table.Cells.GetSize() <= TitleCellTable::kMaxCells, "a title cell table holds at most 100 cells");
+    for (int i = 0; i < lines.GetSize() && i < 64; ++i) ParseTitleCellLine(lines[i]);
+
+    checkRecordGroups(lines, LabelRecordKeys());
+    checkRecordGroups(lines, ComponentRecordKeys());
+    checkCircuitPairs(lines);
+    checkCircuitValues(text);
+
+    CString replaced;
+    ReplaceRootSign(text, replaced);
+    fuzz::Require(replaced.GetLength() <= text.GetLength(), "the root sign escape only ever shortens a text");
+    IsDigitString(text);
+    return 0;
+}
