@@ -6,7 +6,7 @@
 #include "FuzzSupport.h"
 
 // The server is the one part of the centre this harness knows of.
-#include "platform/cloud/http/CentreServer.h"
+#include "centre/server/CentreServer.h"
 
 #include <arpa/inet.h>
 #include <atomic>
