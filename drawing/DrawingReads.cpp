@@ -46,3 +46,7 @@ std::unique_ptr<AcDbDatabase> CDrawingReadScope::take(const CString& path) {
     m_kept.erase(it);
     return taken;
 }
+
+void CDrawingReadScope::forget(const CStringArray& paths) {
+    for (const CString& path : paths) m_kept.erase(path);
+}

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "drawing/model/AcDbDatabase.h"
+#include "support/CArray.h"
 
 #include <cstdint>
 #include <memory>
@@ -32,6 +33,10 @@ public:
     // Takes the kept database of the path out of the scope (null when none is kept), for an owner that
     // keeps it longer than the command: a drawing that the editor opens.
     std::unique_ptr<AcDbDatabase> take(const CString& path);
+
+    // Lets go of the kept databases of these paths, for a reader that is the last to need them; a later
+    // opening reads the drawing again.
+    void forget(const CStringArray& paths);
 
 private:
     struct Kept {
