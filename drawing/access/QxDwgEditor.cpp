@@ -31,12 +31,12 @@ void saveInDefaultFormat(AcApDocument& document, const CString& path) {
 }
 
 // Reads the drawing to prove that it opens. A database read for the proof, rather than a document's, is
-// handed on, so that opening the drawing in the editor does not read the file a second time.
-bool proveDrawingOpens(const CString& path, std::unique_ptr<AcDbDatabase>& read) {
+// handed on, so that opening the drawing in the editor (`open`) does not read the file a second time.
+bool proveDrawingOpens(const CString& path, bool open, std::unique_ptr<AcDbDatabase>& read) {
     CDrawingReadScope* reads = CDrawingReadScope::active();
     if (reads != nullptr && !QxIsDwgOpen(path)) {
         if (reads->database(path) == nullptr) return false;
-        read = reads->take(path);
+        if (open) read = reads->take(path);
         return true;
     }
     AcDbDatabase* database = nullptr;
@@ -48,7 +48,7 @@ bool proveDrawingOpens(const CString& path, std::unique_ptr<AcDbDatabase>& read)
 
 void QxOpenDwgInEditor(CString path, bool open, bool save, bool close) {
     std::unique_ptr<AcDbDatabase> read;
-    if (!proveDrawingOpens(path, read)) return;
+    if (!proveDrawingOpens(path, open, read)) return;
     AcApDocument* document = nullptr;
     if (open) {
         document = acDocManagerPtr()->openDocument(path, false, std::move(read));
