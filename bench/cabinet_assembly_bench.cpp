@@ -2,6 +2,7 @@
 // secondary drawings, titles, markers) and, for every device, its own drawings' part rows and the merge of
 // its groups. Projects come from bench/make_assembly_project.py; $QX_BENCH_PROJECTS lists their "Project"
 // folders separated by ":", one benchmark each, so that runs of several scales show how the cost grows.
+#include "drawing/DrawingReads.h"
 #include "drawing/ExtractionState.h"
 #include "drawing/assembly/PrimaryScan.h"
 #include "drawing/merge/DeviceBomMerge.h"
@@ -41,6 +42,8 @@ void scanAndMerge(benchmark::State& state, const std::string& nativeFolder) {
     for (auto _ : state) {
         // A fresh host each time, so that every scan opens the drawing and adds its markers anew.
         acDocManagerPtr()->reset();
+        // As in a command: each drawing is read once.
+        const CDrawingReadScope reads;
         QxScanPrimaryDiagram(folder + u"\\");
         rows = 0;
         for (const CString& prj : devices) {

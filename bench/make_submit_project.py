@@ -1,9 +1,9 @@
 #!/usr/bin/python3
-"""Writes a project for the HMBomSubmit benchmark with ezdxf: a primary diagram of 500 circuits (100 cabinets
-of 5 drawers) naming 200 shared secondary drawings, and 100 device folders, each with its .prj and 10
-drawings of 10 labelled parts. SCALE multiplies the cabinets, the devices and the shared drawings.
+"""Writes a project for the project command benchmarks with ezdxf: DEVICES device folders (100 unless given),
+each with its .prj and 10 drawings of 10 labelled parts, and a primary diagram of one cabinet of 5 drawers
+per device (500 circuits for 100 devices) naming 2 shared secondary drawings per device.
 
-Usage: /usr/bin/python3 bench/make_submit_project.py OUTPUT_FOLDER [SCALE]
+Usage: /usr/bin/python3 bench/make_submit_project.py OUTPUT_FOLDER [DEVICES]
 The project is OUTPUT_FOLDER/Project; pass that folder to the benchmark in $QX_BENCH_SUBMIT_PROJECTS.
 """
 import os
@@ -15,13 +15,10 @@ import make_assembly_project as assembly  # noqa: E402
 DRAWINGS_PER_DEVICE = 10
 
 
-def main():
-    if len(sys.argv) < 2:
-        sys.exit(__doc__)
-    scale = int(sys.argv[2]) if len(sys.argv) > 2 else 1
+def write_project(folder, devices):
     assembly.DRAWERS = 5
-    cabinets, secondaries = 100 * scale, 200 * scale
-    project = os.path.join(sys.argv[1], "Project")
+    cabinets, secondaries = devices, 2 * devices
+    project = os.path.join(folder, "Project")
     os.makedirs(os.path.join(project, "Secondary"), exist_ok=True)
     with open(os.path.join(project, "Project.itm"), "wb") as f:
         f.write(b"$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$BEGIN CONTENT OF PRJ\r\n$END CONTENT OF PRJ\r\n$EOF")
@@ -34,6 +31,13 @@ def main():
         assembly.write_prj(os.path.join(project, name, name + ".prj"), name)
         for d in range(DRAWINGS_PER_DEVICE):
             assembly.device(os.path.join(project, name, f"{name}-{d + 1:02d}.dwg"), name)
+    return project
+
+
+def main():
+    if len(sys.argv) < 2:
+        sys.exit(__doc__)
+    write_project(sys.argv[1], int(sys.argv[2]) if len(sys.argv) > 2 else 100)
 
 
 if __name__ == "__main__":

@@ -78,14 +78,31 @@ bool writeInPlace(const std::string& native, std::string_view bytes, std::option
     return ok;
 }
 
+thread_local DurableWriteBatch* t_batch = nullptr;
+
+bool makeDurable(const std::string& path) {
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return false;
+    const bool ok = ::fsync(fd) == 0;
+    return (::close(fd) == 0) && ok;
+}
+
 bool writeThroughTemporary(const std::string& native, std::string_view bytes, mode_t mode) {
     const std::string folder = Native::ParentOf(native);
     removeStaleTemporaries(folder);
     std::string temp = Native::Join(folder, std::string(Native::kTemporaryPrefix) + std::to_string(::getpid()) + "-XXXXXX");
     const int fd = ::mkstemp(temp.data());
     if (fd < 0) return false;
-    bool ok = ::fchmod(fd, mode) == 0 && writeAll(fd, bytes) && ::fsync(fd) == 0;
+    DurableWriteBatch* batch = DurableWriteBatch::Active();
+    bool ok = ::fchmod(fd, mode) == 0 && writeAll(fd, bytes);
+    // In a batch the data starts on its way to the disk now; the commit waits for all of it at once.
+    if (batch != nullptr) ::sync_file_range(fd, 0, 0, SYNC_FILE_RANGE_WRITE);
+    else ok = ok && ::fsync(fd) == 0;
     ok = (::close(fd) == 0) && ok;
+    if (ok && batch != nullptr) {
+        batch->Defer(std::move(temp), native);
+        return true;
+    }
     ok = ok && ::rename(temp.c_str(), native.c_str()) == 0;
     if (!ok) ::unlink(temp.c_str());
     return ok;
@@ -120,6 +137,41 @@ bool writeFile(const CString& logicPath, std::string_view bytes, std::optional<m
 }
 
 } // namespace
+
+DurableWriteBatch::DurableWriteBatch() {
+    if (t_batch != nullptr) return;
+    t_batch = this;
+    m_inForce = true;
+}
+
+DurableWriteBatch::~DurableWriteBatch() {
+    Commit();
+    if (m_inForce) t_batch = nullptr;
+}
+
+DurableWriteBatch* DurableWriteBatch::Active() {
+    return t_batch;
+}
+
+void DurableWriteBatch::Defer(std::string temporary, std::string target) {
+    m_pending.push_back({std::move(temporary), std::move(target)});
+}
+
+bool DurableWriteBatch::Commit() {
+    std::vector<Pending> pending;
+    pending.swap(m_pending);
+    // Every temporary is durable before any target changes.
+    std::vector<bool> durable;
+    durable.reserve(pending.size());
+    for (const Pending& write : pending) durable.push_back(makeDurable(write.temporary));
+    bool ok = true;
+    for (size_t i = 0; i < pending.size(); ++i) {
+        if (durable[i] && ::rename(pending[i].temporary.c_str(), pending[i].target.c_str()) == 0) continue;
+        ::unlink(pending[i].temporary.c_str());
+        ok = false;
+    }
+    return ok;
+}
 
 bool WriteAtomic(const CString& logicPath, std::string_view bytes, std::optional<mode_t> newFileMode) {
     return writeFile(logicPath, bytes, newFileMode, std::nullopt);

@@ -56,6 +56,38 @@ QX_API std::vector<CString> RestoreUnfinishedInPlaceWrites();
 // The same for a file that must stay private: owner-only mode on every write, not only the first.
 QX_API bool WritePrivate(const CString& logicPath, std::string_view bytes);
 
+// Durable writes made together. While a batch stands on this thread, a write by WriteAtomic or
+// WritePrivate that goes through a temporary file writes only the temporary; Commit makes all of them
+// durable, then renames each over its target in the order written. One flush of many files costs about
+// what one costs, where a flush per file costs each in series. A crash before a file's rename leaves that
+// file as it was, never half written. A write that cannot go through a temporary (an in-place rewrite) is
+// done at once. A batch made while another stands leaves everything to the outer one; a batch that ends
+// without Commit commits, so that no write is lost on an early way out. Until the commit, readers see the
+// files as they were.
+class QX_API DurableWriteBatch {
+public:
+    DurableWriteBatch();
+    ~DurableWriteBatch();
+    DurableWriteBatch(const DurableWriteBatch&) = delete;
+    DurableWriteBatch& operator=(const DurableWriteBatch&) = delete;
+
+    // False when a file could not be made durable or renamed; that file stays as it was.
+    bool Commit();
+
+    // For the writer: takes the temporary of a write, to be renamed over `target` at the commit.
+    void Defer(std::string temporary, std::string target);
+    // The batch in force on this thread, or null.
+    static DurableWriteBatch* Active();
+
+private:
+    struct Pending {
+        std::string temporary;
+        std::string target;
+    };
+    bool m_inForce = false;
+    std::vector<Pending> m_pending;
+};
+
 // One level, like _wmkdir: the parent must exist. True if the folder exists afterwards.
 QX_API bool MakeFolder(const CString& logicPath);
 // With all missing parents.

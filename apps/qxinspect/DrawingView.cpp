@@ -1,6 +1,7 @@
 // qxinspect drawing FILE: the drawing model as the DXF reader fills it, as JSON. Per block table record
 // its entities in drawing order, with their xdata and extension dictionaries, then the named-object
-// dictionary.
+// dictionary. Written entity by entity, so that a large drawing never stands in memory as JSON.
+#include "StreamedJson.h"
 #include "Views.h"
 #include "drawing/model/AcDb.h"
 #include "support/FileSystem.h"
@@ -127,20 +128,23 @@ json entityJson(const AcDbEntity& entity) {
     return out;
 }
 
-json recordJson(const AcDbBlockTableRecord& record) {
-    json entities = json::array();
+// The record's entities are written one at a time: a large drawing is never held as JSON whole.
+void writeRecord(StreamedJson& out, const AcDbBlockTableRecord& record) {
+    out.BeginObject();
+    out.Value(utf8(record.name()), "name");
+    out.Value(utf8(record.objectHandle().text()), "handle");
+    out.Value(point(record.origin()), "origin");
+    out.BeginArray("entities");
     std::unique_ptr<AcDbBlockTableRecordIterator> it;
     record.newIterator(it);
     for (; !it->done(); it->step()) {
         AcDbEntity* entity = nullptr;
         if (it->getEntity(entity, AcDb::kForRead) != Acad::eOk) continue;
-        entities.push_back(entityJson(*entity));
+        out.Value(entityJson(*entity));
         entity->close();
     }
-    return {{"name", utf8(record.name())},
-            {"handle", utf8(record.objectHandle().text())},
-            {"origin", point(record.origin())},
-            {"entities", entities}};
+    out.End();
+    out.End();
 }
 
 int showDrawing(const std::string& file) {
@@ -151,20 +155,23 @@ int showDrawing(const std::string& file) {
         std::cerr << "qxinspect: the drawing " << file << " cannot be read (status " << status << ")\n";
         return kInputUnreadable;
     }
-    json blocks = json::array();
+    StreamedJson out(std::cout);
+    out.BeginObject();
+    out.Value(utf8(QxFs::ToNativeText(path)), "file");
+    out.BeginArray("blocks");
     AcDbBlockTable* table = nullptr;
     if (database.getBlockTable(table, AcDb::kForRead) == Acad::eOk) {
         for (AcDbObjectId id : table->recordIds()) {
             AcDbObjectPointer<AcDbBlockTableRecord> record(id, AcDb::kForRead);
-            if (record) blocks.push_back(recordJson(*record.get()));
+            if (record) writeRecord(out, *record.get());
         }
         table->close();
     }
+    out.End();
     std::unordered_set<AcDbObjectId> onPath;
-    const json out{{"file", utf8(QxFs::ToNativeText(path))},
-                   {"blocks", blocks},
-                   {"namedObjects", dictionaryJson(database.namedObjectsDictionaryId(), onPath)}};
-    std::cout << out.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
+    out.Value(dictionaryJson(database.namedObjectsDictionaryId(), onPath), "namedObjects");
+    out.End();
+    std::cout << '\n';
     return kViewRan;
 }
 

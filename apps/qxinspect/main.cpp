@@ -1,6 +1,7 @@
 // qxinspect: shows as JSON what the system's readers make of a drawing, a Hexmoor.xml or a project folder.
 // Standard output carries the JSON document alone; message boxes and reader complaints go to standard error.
 #include "Views.h"
+#include "drawing/DrawingReads.h"
 #include "platform/host/HostOutput.h"
 
 #include <iostream>
@@ -50,6 +51,8 @@ int main(int argc, char** argv) {
         return error.get_exit_code() == 0 ? code : kBadCommandLine;
     }
     try {
+        // One view is one command: each drawing it needs is read once.
+        const CDrawingReadScope reads;
         return run ? run() : kBadCommandLine;
     } catch (const std::exception& error) {
         std::cerr << "qxinspect: " << error.what() << '\n';

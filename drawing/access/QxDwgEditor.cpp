@@ -1,4 +1,5 @@
 // Opening, saving and closing a drawing in the editor, as the application's automation does it.
+#include "drawing/DrawingReads.h"
 #include "drawing/access/QxDwgOpen.h"
 #include "drawing/access/QxHostCalls.h"
 #include "platform/host/HostOutput.h"
@@ -29,17 +30,28 @@ void saveInDefaultFormat(AcApDocument& document, const CString& path) {
     document.SendCommand(u"setvar FILEDIA 1 ");
 }
 
+// Reads the drawing to prove that it opens. A database read for the proof, rather than a document's, is
+// handed on, so that opening the drawing in the editor (`open`) does not read the file a second time.
+bool proveDrawingOpens(const CString& path, bool open, std::unique_ptr<AcDbDatabase>& read) {
+    CDrawingReadScope* reads = CDrawingReadScope::active();
+    if (reads != nullptr && !QxIsDwgOpen(path)) {
+        if (reads->database(path) == nullptr) return false;
+        if (open) read = reads->take(path);
+        return true;
+    }
+    AcDbDatabase* database = nullptr;
+    if (QxOpenDwgDatabase(path, 1, database)) read.reset(database);
+    return database != nullptr;
+}
+
 } // namespace
 
 void QxOpenDwgInEditor(CString path, bool open, bool save, bool close) {
-    {
-        // The read only proves that the drawing opens.
-        QxDwgDatabase proof(path, 1);
-        if (!proof) return;
-    }
+    std::unique_ptr<AcDbDatabase> read;
+    if (!proveDrawingOpens(path, open, read)) return;
     AcApDocument* document = nullptr;
     if (open) {
-        document = acDocManagerPtr()->openDocument(path, false);
+        document = acDocManagerPtr()->openDocument(path, false, std::move(read));
         if (document == nullptr) {
             AfxMessageBox(u"文件" + QxFs::ToNativeText(path) + u"打开失败!");
             return;

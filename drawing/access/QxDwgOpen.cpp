@@ -1,6 +1,7 @@
 // Opening drawings and finding them among the documents.
 #include "drawing/access/QxDwgOpen.h"
 
+#include "drawing/DrawingReads.h"
 #include "drawing/access/QxHostCalls.h"
 
 namespace {
@@ -64,6 +65,12 @@ void QxActivateDwg(CString path) {
 }
 
 QxDwgDatabase::QxDwgDatabase(CString path, int mode) {
+    // Within a command, a drawing read beside the editor is read once and kept by the command's scope.
+    if (CDrawingReadScope* reads = CDrawingReadScope::active()) {
+        const AcApDocument* document = findDocument(path, mode);
+        m_database = document != nullptr ? document->database() : reads->database(path);
+        return;
+    }
     m_owned = QxOpenDwgDatabase(std::move(path), mode, m_database);
 }
 

@@ -21,6 +21,7 @@ QX_API void QxActivateDwg(CString path);
 QX_API void QxOpenDwgInEditor(CString path, bool open, bool save, bool close);
 
 // QxOpenDwgDatabase for the length of a scope: deletes the database when it was read beside the editor.
+// While a command's read scope stands, a drawing that no document holds comes from that scope instead.
 class QX_API QxDwgDatabase {
 public:
     QxDwgDatabase(CString path, int mode);
@@ -30,7 +31,8 @@ public:
 
     AcDbDatabase* get() const { return m_database; }
     explicit operator bool() const { return m_database != nullptr; }
-    // True when the database was read beside the editor.
+    // True when the database was read beside the editor for this object alone, which deletes it; false for a
+    // document's and for one that the command's read scope keeps (drawing/DrawingReads.h).
     bool isSideDatabase() const { return m_owned; }
 
 private:

@@ -29,10 +29,13 @@ public:
     bool failed() const { return m_failed; }
 
 private:
-    DxfFileText(int descriptor, char* base, size_t reserved) : m_descriptor(descriptor), m_base(base), m_reserved(reserved) {}
+    DxfFileText(int descriptor, void* mapping, size_t mappingLength, char* base, size_t reserved)
+        : m_descriptor(descriptor), m_mapping(mapping), m_mappingLength(mappingLength), m_base(base), m_reserved(reserved) {}
 
     int m_descriptor;
-    char* m_base;
+    void* m_mapping;
+    size_t m_mappingLength;
+    char* m_base;  // in the mapping, on a huge-page boundary
     size_t m_reserved;
     size_t m_filled = 0;
     size_t m_released = 0;

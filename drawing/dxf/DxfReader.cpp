@@ -9,20 +9,25 @@ namespace {
 // `file`, when given, is where the loader's text comes from: what lies behind the record in hand is given
 // back as the read moves on.
 DxfLoadStatus readRecords(DxfLoader& loader, size_t sizeHint, AcDbDatabase& database, DxfFileText* file) {
-    DxfBuilder builder(database);
-    // Drawings hold roughly one object for every two hundred bytes.
-    database.reserveObjects(sizeHint / 200);
-    DxfRecord record;
-    while (loader.next(record)) {
-        if (file != nullptr) file->releaseBefore(record.type.data());
-        builder.add(record);
+    DxfLoadStatus status = DxfLoadStatus::Ok;
+    {
+        DxfBuilder builder(database);
+        // The drawing's objects are cut from the database's arena; the builder emptied the database first.
+        const AcDbArenaScope arena(database.arena());
+        // Drawings hold roughly one object for every two hundred bytes.
+        database.reserveObjects(sizeHint / 200);
+        DxfRecord record;
+        while (loader.next(record)) {
+            if (file != nullptr) file->releaseBefore(record.type.data());
+            builder.add(record);
+        }
+        status = loader.status();
+        if (status == DxfLoadStatus::Ok && file != nullptr && file->failed()) status = DxfLoadStatus::Truncated;
+        if (status == DxfLoadStatus::Ok) builder.finish();
     }
-    if (loader.status() != DxfLoadStatus::Ok || (file != nullptr && file->failed())) {
-        database.clear();
-        return loader.status() != DxfLoadStatus::Ok ? loader.status() : DxfLoadStatus::Truncated;
-    }
-    builder.finish();
-    return DxfLoadStatus::Ok;
+    // Only now, with the builder and what it still held gone, may the arena go with the rest.
+    if (status != DxfLoadStatus::Ok) database.clear();
+    return status;
 }
 
 } // namespace

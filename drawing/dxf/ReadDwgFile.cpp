@@ -4,7 +4,11 @@
 #include "support/FileSystem.h"
 #include "support/PathText.h"
 
+#include <atomic>
+
 namespace {
+
+std::atomic<std::uint64_t> g_filesRead{0};
 
 Acad::ErrorStatus statusOf(DxfLoadStatus status) {
     switch (status) {
@@ -42,7 +46,12 @@ Acad::ErrorStatus AcDbDatabase::readDwgFile(const CString& fileName, int, bool, 
         clear();
         return QxFs::Exists(fileName) ? Acad::eBadDwgHeader : Acad::eFileNotFound;
     }
+    g_filesRead.fetch_add(1, std::memory_order_relaxed);
     const Acad::ErrorStatus status = statusOf(ReadDxfFile(*file, *this));
     if (status == Acad::eOk) setOriginalFileName(fileName);
     return status;
+}
+
+std::uint64_t QxDrawingFilesRead() {
+    return g_filesRead.load(std::memory_order_relaxed);
 }

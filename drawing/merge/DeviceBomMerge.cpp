@@ -1,6 +1,7 @@
 // Filling the BOM arrays of a device node.
 #include "drawing/merge/DeviceBomMerge.h"
 
+#include "drawing/DrawingReads.h"
 #include "drawing/ExtractionState.h"
 #include "drawing/merge/CabinetCheck.h"
 #include "drawing/parts/GetPartInfo.h"
@@ -107,6 +108,8 @@ void QxGetDeviceSecondaryRows(CString prjPath, BomRows& rows) {
     ListDrawingsOfFile(prjPath, drawings);
     PartRecordsHolder records;
     CGetPartInfo().GetPartsOfDwgs(drawings, records.parts);
+    // Nothing after the walk reads a device's own drawings: the command need not keep them.
+    if (CDrawingReadScope* reads = CDrawingReadScope::active()) reads->forget(drawings);
 
     CString heldName, heldType, heldCount;
     for (const CPartBomDataBase* record : records.parts) {

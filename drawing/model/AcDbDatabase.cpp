@@ -11,6 +11,7 @@ AcDbDatabase::~AcDbDatabase() = default;
 
 void AcDbDatabase::clear() {
     m_objects.clear();
+    m_arena = std::make_unique<AcDbArena>();
     m_handseed = AcDbHandle(1);
     m_blockTable = {};
     m_namedObjects = {};

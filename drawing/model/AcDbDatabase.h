@@ -1,6 +1,7 @@
 // AcDbDatabase: one drawing. It owns every object; ids and handles find them in constant time.
 #pragma once
 
+#include "drawing/model/AcDbArena.h"
 #include "drawing/model/AcDbBlockTable.h"
 #include "drawing/model/AcDbDictionary.h"
 #include "drawing/model/AcDbNamePool.h"
@@ -54,6 +55,9 @@ public:
     // Drops every object: the state of a database made without a default drawing.
     void clear();
 
+    // Where a reader that fills the database takes its objects' memory from (AcDbArenaScope).
+    AcDbArena& arena() { return *m_arena; }
+
     // Names that objects share: xdata applications, layers, dictionary entries.
     AcDbNamePool& names() { return m_names; }
 
@@ -65,6 +69,7 @@ public:
 private:
     void buildDefaultDrawing();
 
+    std::unique_ptr<AcDbArena> m_arena = std::make_unique<AcDbArena>();  // before the objects that live in it
     AcDbNamePool m_names;  // before the objects, which refer to its names
     AcDbObjectTable m_objects;
     AcDbHandle m_handseed{1};

@@ -1,9 +1,38 @@
 // What every object of a drawing has.
 #include "drawing/model/AcDbObject.h"
 
+#include "drawing/model/AcDbArena.h"
 #include "drawing/model/AcDbDatabase.h"
 
 #include <algorithm>
+#include <new>
+
+namespace {
+
+// Each object is preceded by a word that says where its memory came from.
+enum class Origin : std::uint64_t { Heap = 0, Arena = 1 };
+constexpr size_t kHeader = sizeof(Origin);
+
+} // namespace
+
+void* AcDbObject::operator new(size_t size) {
+    void* memory = nullptr;
+    Origin origin = Origin::Arena;
+    if (AcDbArena* arena = AcDbArenaScope::current()) memory = arena->allocate(size + kHeader);
+    if (memory == nullptr) {
+        memory = ::operator new(size + kHeader);
+        origin = Origin::Heap;
+    }
+    *static_cast<Origin*>(memory) = origin;
+    return static_cast<char*>(memory) + kHeader;
+}
+
+void AcDbObject::operator delete(void* memory) noexcept {
+    if (memory == nullptr) return;
+    void* start = static_cast<char*>(memory) - kHeader;
+    // Arena memory goes with its database.
+    if (*static_cast<Origin*>(start) == Origin::Heap) ::operator delete(start);
+}
 
 AcDbObject::~AcDbObject() = default;
 

@@ -24,6 +24,10 @@ public:
     AcDbObject(const AcDbObject&) = delete;
     AcDbObject& operator=(const AcDbObject&) = delete;
 
+    // From the arena of the reader at work on this thread (AcDbArenaScope), else from the heap.
+    static void* operator new(size_t size);
+    static void operator delete(void* memory) noexcept;
+
     static AcDbObject* cast(AcDbObject* object) { return object; }
     // The DXF name of the object's kind ("MTEXT", "DICTIONARY", ...).
     virtual std::string_view dxfName() const = 0;

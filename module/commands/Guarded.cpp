@@ -8,6 +8,7 @@ void ReportUnexpectedError(const CString& name, const char* what) {
 }
 
 void RunGuarded(const CString& name, void (*body)()) {
+    const CDrawingReadScope reads;
     try {
         body();
     } catch (const std::exception& error) {

@@ -85,14 +85,21 @@ Acad::ErrorStatus AcApDocManager::sendStringToExecute(AcApDocument* document, co
     return Acad::eOk;
 }
 
-AcApDocument* AcApDocManager::openDocument(const CString& path, bool) {
+AcApDocument* AcApDocManager::openDocument(const CString& path, bool readOnly) {
+    return openDocument(path, readOnly, nullptr);
+}
+
+AcApDocument* AcApDocManager::openDocument(const CString& path, bool, std::unique_ptr<AcDbDatabase> alreadyRead) {
     for (const auto& document : m_documents) {
         if (!document->fileName().EqualsNoCase(path)) continue;
         m_current = m_active = document.get();
         return document.get();
     }
-    auto database = std::make_unique<AcDbDatabase>(false, false);
-    if (database->readDwgFile(path) != Acad::eOk) return nullptr;
+    std::unique_ptr<AcDbDatabase> database = std::move(alreadyRead);
+    if (!database) {
+        database = std::make_unique<AcDbDatabase>(false, false);
+        if (database->readDwgFile(path) != Acad::eOk) return nullptr;
+    }
     AcApDocument* replaced = singleDocumentMode() ? m_current : nullptr;
     AcApDocument* opened = addDocument(std::make_unique<AcApDocument>(path, std::move(database)));
     if (replaced != nullptr) closeDocument(replaced);

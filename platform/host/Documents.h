@@ -85,6 +85,8 @@ public:
     // active, or gives the document that already holds that path. Null when the drawing does not read.
     // With SDI set the new drawing takes the place of the current document.
     AcApDocument* openDocument(const CString& path, bool readOnly = false);
+    // The same with the drawing already read from that path (null: read it now).
+    AcApDocument* openDocument(const CString& path, bool readOnly, std::unique_ptr<AcDbDatabase> alreadyRead);
     // The automation's Document.Close, without saving.
     Acad::ErrorStatus closeDocument(AcApDocument* document);
 

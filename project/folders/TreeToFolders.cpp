@@ -131,6 +131,8 @@ bool UpdateLocalFromServer(CHexmoorInteFace& client, const CString& parentFolder
 
 void WriteBackChangedNodes(CHexmoorInteFace& client, const CString& parentFolder, const HMProjectTree_INFO* node) {
     if (!node) return;
+    // The documents are made durable together when the outermost call ends; nothing here reads them back.
+    const QxFs::DurableWriteBatch batch;
     const bool isRoot = node->m_strType.IsEmpty();
     if (!isRoot && HMRefuseUnsafeNodeName(parentFolder, node->m_strName)) return;
     const CString folder = isRoot ? parentFolder : parentFolder + node->m_strName + u"\\";

@@ -23,5 +23,6 @@ QX_API bool CreateProjectFromNode(CHexmoorInteFace& client, const CString& paren
 QX_API bool UpdateLocalFromServer(CHexmoorInteFace& client, const CString& parentFolder, const HMProjectTree_INFO* node);
 
 // Saves the documents of the nodes marked m_bChanged, walking the root and the sub-projects. The root (empty
-// m_strType) is saved in `parentFolder` itself, not in a folder of its name.
+// m_strType) is saved in `parentFolder` itself, not in a folder of its name. The documents are made durable
+// together and renamed into place at the end of the walk (QxFs::DurableWriteBatch).
 QX_API void WriteBackChangedNodes(CHexmoorInteFace& client, const CString& parentFolder, const HMProjectTree_INFO* node);

@@ -3,9 +3,11 @@
 #include "DxfFixtures.h"
 #include "common/CapturedOutput.h"
 #include "common/TempFolder.h"
+#include "drawing/DrawingReads.h"
 #include "drawing/access/QxDwgObjects.h"
 #include "drawing/access/QxDwgOpen.h"
 #include "drawing/access/QxHostCalls.h"
+#include "drawing/dxf/DxfReader.h"
 #include "platform/host/HostVariables.h"
 
 #include <gtest/gtest.h>
@@ -58,6 +60,46 @@ TEST_F(DrawingAccessTest, OpenDwgDatabaseHasThreeOutcomes) {
     QxDwgDatabase scoped(path(u"b\\primary.dwg"), 1);
     EXPECT_TRUE(scoped.isSideDatabase());
     EXPECT_TRUE(scoped);
+}
+
+// Within a command's read scope every drawing is read once; a document still wins over a kept database, a
+// kept database changed since its read is read afresh, and nothing is kept past the scope.
+TEST_F(DrawingAccessTest, AReadScopeReadsEachDrawingOnceAndKeepsNothingPastItself) {
+    const std::uint64_t before = QxDrawingFilesRead();
+    AcDbDatabase* kept = nullptr;
+    {
+        const CDrawingReadScope reads;
+        const CDrawingReadScope inner;  // leaves everything to the outer scope
+        for (int pass = 0; pass < 3; ++pass) {
+            const QxDwgDatabase a(path(u"a\\Primary.dwg"), 1);
+            const QxDwgDatabase missing(path(u"a\\missing.dwg"), 1);
+            ASSERT_TRUE(a);
+            EXPECT_FALSE(a.isSideDatabase());  // the scope's, not the caller's
+            EXPECT_FALSE(missing);
+            if (pass == 0) kept = a.get();
+            EXPECT_EQ(a.get(), kept);
+            EXPECT_EQ(EntitiesOf(a.get()->modelSpaceId()).size(), 8u);
+        }
+        EXPECT_EQ(QxDrawingFilesRead() - before, 1u);
+
+        // Opening it in the editor takes the database read for the proof: still one read.
+        QxOpenDwgInEditor(path(u"a\\Primary.dwg"), true, false, false);
+        EXPECT_EQ(acDocManagerPtr()->curDocument()->database(), kept);
+        EXPECT_EQ(QxDwgDatabase(path(u"A\\PRIMARY.DWG"), 1).get(), kept);
+        EXPECT_EQ(QxDrawingFilesRead() - before, 1u);
+
+        // A kept drawing that changed is read again from its file; whoever holds the changed one keeps it.
+        const QxDwgDatabase b(path(u"b\\primary.dwg"), 1);
+        b.get()->noteGeometryChange();
+        const QxDwgDatabase again(path(u"b\\primary.dwg"), 1);
+        EXPECT_NE(again.get(), b.get());
+        EXPECT_EQ(EntitiesOf(b.get()->modelSpaceId()).size(), 8u);
+        EXPECT_EQ(QxDrawingFilesRead() - before, 3u);
+    }
+    EXPECT_EQ(CDrawingReadScope::active(), nullptr);
+    const QxDwgDatabase after(path(u"b\\primary.dwg"), 1);
+    EXPECT_TRUE(after.isSideDatabase());
+    EXPECT_EQ(QxDrawingFilesRead() - before, 4u);
 }
 
 TEST_F(DrawingAccessTest, FindOtherDocumentAndActivate) {

@@ -79,6 +79,8 @@ TEST(ReaderViewsTest, UnreadableDrawingsAndWrongCommandLines) {
 TEST(InspectDrawingTest, ShowsEntitiesXDataExtensionDictionariesAndNamedObjects) {
     const ShellRun run = runView(std::string("drawing '") + QX_TEST_DATA_DIR + "/dxf/sample_r2018.dxf'");
     ASSERT_EQ(run.status, 0);
+    // Written as it goes, laid out exactly as the whole document would print.
+    EXPECT_EQ(run.out, nlohmann::ordered_json::parse(run.out).dump(2) + "\n");
     const auto doc = nlohmann::json::parse(run.out);
     const nlohmann::json* model = nullptr;
     for (const auto& block : doc["blocks"])
@@ -116,4 +118,5 @@ TEST(InspectDrawingTest, UnreadableDrawingsAndCyclesAreHandled) {
     const ShellRun cyclic = runView(dxf + "broken_links.dxf'");
     ASSERT_EQ(cyclic.status, 0);
     EXPECT_NE(cyclic.out.find("\"cycle\": true"), std::string::npos);
+    EXPECT_EQ(cyclic.out, nlohmann::ordered_json::parse(cyclic.out).dump(2) + "\n");
 }

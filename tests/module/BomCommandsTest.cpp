@@ -1,10 +1,12 @@
 // HMBomSubmit, HMBomCmp and HMUpdate on a project made from a scripted cloud, with the drawings of the
 // assembly tests drawn into it afterwards, as a person would.
 #include "ProjectCommandFixture.h"
+#include "drawing/dxf/DxfReader.h"
 #include "exchange/HexmoorReader.h"
 #include "exchange/HexmoorWriter.h"
 #include "support/FileSystem.h"
 
+#include <filesystem>
 #include <functional>
 
 namespace {
@@ -97,15 +99,28 @@ TEST_F(BomCommands, ARefusedSubmitIsToldAndStillSavesWhatTheLibraryMarked) {
     EXPECT_NE(document("D2/Hexmoor.xml").find("CirName=\"从云端\""), std::string::npos);
 }
 
+// A command reads each drawing of the project once, however many drawers name it, and keeps nothing of it
+// past its end: the next command reads them again (all but the primary diagram, which the editor holds).
 TEST_F(BomCommands, CompareGivesTheCloudTheExtractedRowsAndWritesNothing) {
     makeAndDrawStation(u"K03");
     const std::string d1Before = document("D1/Hexmoor.xml");
+    size_t drawings = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(install.native() + "/My Projects/Station"))
+        drawings += entry.path().extension() == ".dwg" || entry.path().extension() == ".DWG";
+    const std::uint64_t before = QxDrawingFilesRead();
     run(u"HMBomCmp");
+    EXPECT_EQ(QxDrawingFilesRead() - before, drawings);
     EXPECT_EQ(cloud().bomCmpCalls, 1);
     ASSERT_EQ(cloud().comparedDevices.size(), 2u);
     EXPECT_EQ(cloud().comparedDevices[1], "D2:1/0");
     EXPECT_EQ(document("D1/Hexmoor.xml"), d1Before);
     EXPECT_EQ(cloud().submitBomCalls, 0);
+
+    run(u"HMBomCmp");
+    EXPECT_EQ(QxDrawingFilesRead() - before, 2 * drawings - 1);
+    ASSERT_EQ(cloud().comparedDevices.size(), 4u);
+    EXPECT_EQ(cloud().comparedDevices[2], cloud().comparedDevices[0]);
+    EXPECT_EQ(cloud().comparedDevices[3], cloud().comparedDevices[1]);
 }
 
 TEST_F(BomCommands, WithoutDevicesSubmitRefusesAndCompareStillAsks) {

@@ -4,6 +4,7 @@
 #include "support/FileSystem.h"
 #include "support/FileUtils.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -226,6 +227,53 @@ TEST(AtomicWrite, TemporaryFilesOfKilledWritersAreNeverSeenAndGoWithTheNextWrite
     EXPECT_FALSE(dir.exists("p/" + old));
     EXPECT_TRUE(dir.exists("p/" + live));  // a write under way in this very process
     EXPECT_EQ(names(QxFs::List(dir.logic() + u"p")), (std::vector<std::u16string>{u"a.txt"}));
+}
+
+// A batch writes temporaries only; its commit makes them durable, then renames them. A writer that dies
+// before the commit leaves every file as it was, whole, and its temporaries go with the next write.
+TEST(AtomicWrite, ABatchChangesNoFileBeforeItsCommitAndEveryFileAtIt) {
+    TempFolder dir;
+    for (const char* name : {"p/a.xml", "p/q/b.xml"}) dir.writeFile(name, "old");
+    ::chmod((dir.native() + "/p/a.xml").c_str(), 0640);
+    const auto writeBoth = [&] {
+        return QxFs::WriteAtomic(dir.logic() + u"p\\a.xml", "new a") &&
+               QxFs::WriteAtomic(dir.logic() + u"p\\q\\b.xml", "new b") &&
+               QxFs::WriteAtomic(dir.logic() + u"p\\q\\c.xml", "new c");
+    };
+
+    const pid_t child = ::fork();
+    if (child == 0) {
+        QxFs::DurableWriteBatch batch;
+        ::_exit(writeBoth() ? 0 : 1);  // dies before the commit
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    EXPECT_EQ(dir.readFile("p/a.xml"), "old");
+    EXPECT_EQ(dir.readFile("p/q/b.xml"), "old");
+    EXPECT_EQ(names(QxFs::List(dir.logic() + u"p\\q")), (std::vector<std::u16string>{u"b.xml"}));
+
+    {
+        QxFs::DurableWriteBatch batch;
+        ASSERT_TRUE(writeBoth());
+        {
+            const QxFs::DurableWriteBatch inner;  // leaves its writes to the outer batch
+        }
+        EXPECT_EQ(dir.readFile("p/a.xml"), "old");
+        EXPECT_FALSE(dir.exists("p/q/c.xml"));
+        EXPECT_TRUE(batch.Commit());
+        EXPECT_EQ(dir.readFile("p/a.xml"), "new a");
+        // Written again after a commit: the end of the batch commits what is left.
+        ASSERT_TRUE(QxFs::WriteAtomic(dir.logic() + u"p\\q\\b.xml", "newer b"));
+        EXPECT_EQ(dir.readFile("p/q/b.xml"), "new b");
+    }
+    EXPECT_EQ(dir.readFile("p/q/b.xml"), "newer b");
+    EXPECT_EQ(dir.readFile("p/q/c.xml"), "new c");
+    EXPECT_EQ(modeOf(dir.native() + "/p/a.xml"), 0640u);
+    // Only the files: the dead writer's temporaries went with the later writes, and none of the batch's is left.
+    for (const char* folder : {"p", "p/q"})
+        for (const auto& entry : std::filesystem::directory_iterator(dir.native() + "/" + folder))
+            EXPECT_EQ(entry.path().filename().string().rfind(".qxtmp-", 0), std::string::npos) << entry.path();
 }
 
 TEST(AtomicWrite, APrivateFileGetsOwnerOnlyModeOnEveryWrite) {

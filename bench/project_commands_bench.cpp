@@ -1,9 +1,17 @@
-// HMBomSubmit on a whole project against the embedded BOM centre: the root read from its Hexmoor.xml, the
-// scan of the primary diagram, the walk that extracts every device's rows from its drawings, the submit of
-// a new revision of every device and the write-back of the changed documents. Projects come from
-// bench/make_submit_project.py; $QX_BENCH_SUBMIT_PROJECTS lists their "Project" folders separated by ":", one
-// benchmark each, so that runs of several scales show how the cost grows. The project's Hexmoor.xml files
-// are rewritten: the project is first sent as a new project to a centre in a temporary install folder.
+// The project commands on whole projects against the embedded BOM centre, each as the host runs it (behind
+// the command guard, which holds the command's drawing reads): HMBomSubmit (root, scan of the primary
+// diagram, the walk that extracts every device's rows, the submit of a new revision of every device, the
+// write-back of the changed documents), HMBomCmp (the same extraction, then the comparison), and the dry run
+// of `qxinspect project` (the same extraction, nothing sent). Beside the time each prints "reads", the
+// drawing files read per command, and "drawings", the drawing files of the project.
+//
+// Projects come from bench/make_submit_project.py (bench/run_project_benchmarks.py makes four sizes and runs
+// this); $QX_BENCH_SUBMIT_PROJECTS lists their "Project" folders separated by ":". The project's Hexmoor.xml
+// files are rewritten: the project is first sent as a new project to a centre in a temporary install folder.
+#include "../apps/qxinspect/ProjectDryRun.h"
+#include "drawing/DrawingReads.h"
+#include "drawing/dxf/DxfReader.h"
+#include "module/CommandTable.h"
 #include "module/Session.h"
 #include "module/commands/Commands.h"
 #include "module/exports/Exports.h"
@@ -22,6 +30,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -43,6 +52,13 @@ std::vector<std::string> benchProjects() {
     for (std::string folder; std::getline(in, folder, ':');)
         if (!folder.empty()) projects.push_back(folder);
     return projects;
+}
+
+int drawingFiles(const std::string& nativeFolder) {
+    int count = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(nativeFolder))
+        if (entry.is_regular_file() && entry.path().extension() == ".dwg") ++count;
+    return count;
 }
 
 // A temporary install folder whose embedded centre knows the project, made current, with a session.
@@ -82,7 +98,9 @@ private:
     int m_devices = 0;
 };
 
-void submitProject(benchmark::State& state, const std::string& nativeFolder) {
+using Command = std::function<void(const CString& itm)>;
+
+void runCommand(benchmark::State& state, const std::string& nativeFolder, const Command& command) {
     CString folder = QxFs::FromNative(nativeFolder);
     folder.TrimRight(u'\\');
     const CString itm = folder + u"\\" + GetFileNameOfPath(folder) + u".itm";
@@ -97,11 +115,15 @@ void submitProject(benchmark::State& state, const std::string& nativeFolder) {
         if (setting.devices() == 0) {
             state.SkipWithError("the project could not be sent to the centre");
         } else {
+            const std::uint64_t readsBefore = QxDrawingFilesRead();
             for (auto _ : state) {
                 // A fresh host each time, so that every scan opens the drawing anew.
                 acDocManagerPtr()->reset();
-                HMBomSubmit();
+                command(itm);
             }
+            const double reads = static_cast<double>(QxDrawingFilesRead() - readsBefore);
+            state.counters["reads"] = reads / static_cast<double>(state.iterations());
+            state.counters["drawings"] = drawingFiles(nativeFolder);
             state.counters["devices"] = setting.devices();
             state.counters["boxes"] = static_cast<double>(output.boxes.size());
         }
@@ -111,10 +133,21 @@ void submitProject(benchmark::State& state, const std::string& nativeFolder) {
 }
 
 const bool registered = [] {
+    const std::vector<std::pair<std::string, Command>> commands = {
+        {"HMBomSubmit", [](const CString&) { RunModuleCommand(u"HMBomSubmit", HMBomSubmit); }},
+        {"HMBomCmp", [](const CString&) { RunModuleCommand(u"HMBomCmp", HMBomCmp); }},
+        // What `qxinspect project` runs under its own read scope, without printing the JSON.
+        {"qxinspect_project", [](const CString& itm) {
+             const CDrawingReadScope reads;
+             benchmark::DoNotOptimize(RunProjectDryRun(itm).m_bWouldSend);
+         }},
+    };
     for (const std::string& project : benchProjects())
-        benchmark::RegisterBenchmark(("HMBomSubmit/" + project).c_str(), submitProject, project)
-            ->Unit(benchmark::kMillisecond)
-            ->Iterations(3);
+        for (const auto& [name, command] : commands)
+            benchmark::RegisterBenchmark((name + "/" + project).c_str(), runCommand, project, command)
+                ->Unit(benchmark::kMillisecond)
+                ->MeasureProcessCPUTime()
+                ->Iterations(3);
     return true;
 }();
 
