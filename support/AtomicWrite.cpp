@@ -43,33 +43,12 @@ void removeStaleTemporaries(const std::string& folder) {
     for (const std::string& name : stale) ::unlink(Native::Join(folder, name).c_str());
 }
 
-bool readAll(const std::string& native, std::string& bytes) {
-    const int fd = ::open(native.c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0) return false;
-    char buffer[65536];
-    ssize_t n = 0;
-    while ((n = ::read(fd, buffer, sizeof buffer)) > 0 || (n < 0 && errno == EINTR))
-        if (n > 0) bytes.append(buffer, static_cast<size_t>(n));
-    ::close(fd);
-    return n == 0;
-}
-
-bool writeAll(int fd, std::string_view bytes) {
-    for (size_t done = 0; done < bytes.size();) {
-        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) return false;
-        done += static_cast<size_t>(n);
-    }
-    return true;
-}
-
 // Where the folder may not be written, the file is rewritten where it stands, as the Windows writers do. Its
 // bytes are first kept in the install's Temp\ (no copy, no write); a write that fails puts them back at once,
 // one cut off by a kill is undone at the next start of the module.
 bool writeInPlace(const std::string& native, std::string_view bytes, std::optional<mode_t> forcedMode) {
     std::string old;
-    if (!readAll(native, old)) return false;
+    if (!Native::ReadAll(native, old)) return false;
     const std::optional<std::string> copy = InPlace::KeepCopy(native, old, bytes);
     if (!copy) return false;
     bool ok = !forcedMode || ::chmod(native.c_str(), *forcedMode) == 0;
@@ -94,7 +73,7 @@ bool writeThroughTemporary(const std::string& native, std::string_view bytes, mo
     const int fd = ::mkstemp(temp.data());
     if (fd < 0) return false;
     DurableWriteBatch* batch = DurableWriteBatch::Active();
-    bool ok = ::fchmod(fd, mode) == 0 && writeAll(fd, bytes);
+    bool ok = ::fchmod(fd, mode) == 0 && Native::WriteAll(fd, bytes);
     // In a batch the data starts on its way to the disk now; the commit waits for all of it at once.
     if (batch != nullptr) ::sync_file_range(fd, 0, 0, SYNC_FILE_RANGE_WRITE);
     else ok = ok && ::fsync(fd) == 0;

@@ -30,28 +30,6 @@ std::uint64_t fingerprint(std::string_view bytes) {
     return hash;
 }
 
-bool writeAllTo(int fd, std::string_view bytes) {
-    for (size_t done = 0; done < bytes.size();) {
-        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) return false;
-        done += static_cast<size_t>(n);
-    }
-    return true;
-}
-
-bool readNative(const std::string& path, std::string& bytes) {
-    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW);
-    if (fd < 0) return false;
-    bytes.clear();
-    char buffer[65536];
-    ssize_t n = 0;
-    while ((n = ::read(fd, buffer, sizeof buffer)) > 0 || (n < 0 && errno == EINTR))
-        if (n > 0) bytes.append(buffer, static_cast<size_t>(n));
-    ::close(fd);
-    return n == 0;
-}
-
 std::optional<std::string> copyFolder() {
     const CString install = GetLocalInstallDir();
     if (install.IsEmpty()) return std::nullopt;
@@ -115,13 +93,13 @@ struct Outcome {
 // stopped, so its target was never touched.
 Outcome settle(const std::string& copyPath) {
     std::string bytes;
-    if (!readNative(copyPath, bytes)) return {};
+    if (!Native::ReadAll(copyPath, bytes, false)) return {};
     const std::optional<Copy> copy = parseCopy(bytes);
     if (!copy) return {true, std::nullopt};
     struct stat target;
     if (::lstat(copy->target.c_str(), &target) != 0 || !S_ISREG(target.st_mode)) return {true, std::nullopt};
     std::string now;
-    if (readNative(copy->target, now) && now.size() == copy->newSize && fingerprint(now) == copy->newFingerprint)
+    if (Native::ReadAll(copy->target, now, false) && now.size() == copy->newSize && fingerprint(now) == copy->newFingerprint)
         return {true, std::nullopt};
     if (!InPlace::OverwriteWhereItStands(copy->target, copy->oldBytes)) return {};
     return {true, copy->target};
@@ -137,8 +115,8 @@ std::optional<std::string> KeepCopy(const std::string& target, std::string_view 
     std::string path = Native::Join(*folder, std::string(kCopyPrefix) + std::to_string(::getpid()) + "-XXXXXX");
     const int fd = ::mkostemp(path.data(), O_CLOEXEC);
     if (fd < 0) return std::nullopt;
-    bool ok = ::fchmod(fd, 0600) == 0 && writeAllTo(fd, header(target, oldBytes.size(), newBytes)) &&
-              writeAllTo(fd, target) && writeAllTo(fd, oldBytes) && ::fsync(fd) == 0;
+    bool ok = ::fchmod(fd, 0600) == 0 && Native::WriteAll(fd, header(target, oldBytes.size(), newBytes)) &&
+              Native::WriteAll(fd, target) && Native::WriteAll(fd, oldBytes) && ::fsync(fd) == 0;
     ok = (::close(fd) == 0) && ok;
     if (ok) return path;
     ::unlink(path.c_str());
@@ -148,7 +126,7 @@ std::optional<std::string> KeepCopy(const std::string& target, std::string_view 
 bool OverwriteWhereItStands(const std::string& target, std::string_view bytes) {
     const int fd = ::open(target.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC | O_NOFOLLOW);
     if (fd < 0) return false;
-    const bool ok = writeAllTo(fd, bytes) && ::fsync(fd) == 0;
+    const bool ok = Native::WriteAll(fd, bytes) && ::fsync(fd) == 0;
     return (::close(fd) == 0) && ok;
 }
 

@@ -1,7 +1,9 @@
 // Native paths and directories below the file-system boundary.
 #include "support/NativeFiles.h"
 
+#include <cerrno>
 #include <dirent.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace QxFs::Native {
@@ -20,6 +22,28 @@ std::string ParentOf(const std::string& native) {
 }
 
 bool IsTemporaryName(std::string_view name) { return name.starts_with(kTemporaryPrefix); }
+
+bool ReadAll(const std::string& native, std::string& bytes, bool followLinks) {
+    const int fd = ::open(native.c_str(), O_RDONLY | O_CLOEXEC | (followLinks ? 0 : O_NOFOLLOW));
+    if (fd < 0) return false;
+    bytes.clear();
+    char buffer[65536];
+    ssize_t n = 0;
+    while ((n = ::read(fd, buffer, sizeof buffer)) > 0 || (n < 0 && errno == EINTR))
+        if (n > 0) bytes.append(buffer, static_cast<size_t>(n));
+    ::close(fd);
+    return n == 0;
+}
+
+bool WriteAll(int fd, std::string_view bytes) {
+    for (size_t done = 0; done < bytes.size();) {
+        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return false;
+        done += static_cast<size_t>(n);
+    }
+    return true;
+}
 
 std::vector<std::string> ReadDirectory(const std::string& folder) {
     std::vector<std::string> names;

@@ -15,6 +15,11 @@ std::string ParentOf(const std::string& native);
 // The names in a folder, without "." and "..", and without the atomic writer's temporary files.
 std::vector<std::string> ReadDirectory(const std::string& folder);
 
+// Every byte of a file (false when it cannot be opened or read to its end; a link is refused unless
+// followLinks), and every byte written to a descriptor (retrying interrupted and short writes).
+bool ReadAll(const std::string& native, std::string& bytes, bool followLinks = true);
+bool WriteAll(int fd, std::string_view bytes);
+
 // Temporary files of the atomic writer: ".qxtmp-<pid>-XXXXXX".
 inline constexpr std::string_view kTemporaryPrefix = ".qxtmp-";
 bool IsTemporaryName(std::string_view name);

@@ -1,6 +1,6 @@
 // A drawing from raw bytes, opened as the host opens one beside the editor, then read by every reader above
 // the model as the extraction reads it.
-#include "DrawingReads.h"
+#include "ReadEveryDrawingReader.h"
 #include "FuzzSupport.h"
 
 #include "drawing/access/QxDwgOpen.h"

@@ -2,7 +2,7 @@
 // circuit block with its marker and BOM records, and a BOM table whose label cell carries part records,
 // every key the readers look for in place and every string, MText body and xrecord line from the input.
 // Then every reader above the model reads it as the extraction does. Raw drawing bytes rarely get this far.
-#include "DrawingReads.h"
+#include "ReadEveryDrawingReader.h"
 #include "FuzzSupport.h"
 
 #include "drawing/bom/BlockKinds.h"

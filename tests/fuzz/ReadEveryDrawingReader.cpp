@@ -1,5 +1,5 @@
 // Every reader above the drawing model over one drawing, with the shape of each result checked.
-#include "DrawingReads.h"
+#include "ReadEveryDrawingReader.h"
 
 #include "FuzzSupport.h"
 
