@@ -398,7 +398,7 @@ TEST_F(Qxlib, ThreeClientsWorkingInOneFolderAtOnceLoseNothing) {
     for (const std::string& person : people) setUp(person);
     machines.writeFile("ann/Lib/shared.dwg", "start");
     ASSERT_EQ(qxlib("ann", "submit Lib/shared.dwg").status, 0) << errors("ann");
-    constexpr int kRounds = 25;  // about 2 s a round on two cores: 50 rounds would take well over a minute
+    constexpr int kRounds = 50;  // about 2 s a round on two cores
     for (int round = 0; round < kRounds; ++round) {
         const std::string r = std::to_string(round);
         std::vector<std::pair<std::string, std::string>> submits, checkOuts;
