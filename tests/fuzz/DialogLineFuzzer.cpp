@@ -81,11 +81,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const bool interactive = !answers.IsEmpty() && answers[0].StartsWith(u"#");
     CabinetDialogTerminal terminal(
         dialog,
-        [&]() -> std::optional<CString> {
+        [&](const CString&) -> std::optional<CString> {
             if (next >= answers.GetSize() || next >= kMostLines) return std::nullopt;
             return answers[next++];
         },
-        screen, interactive);
+        screen, interactive, interactive ? DialogScreenSize{80, 24} : DialogScreenSize{});
     terminal.Run();
 
     fuzz::Require(dialog.HasEnded(), "the dialog ends when its input does");

@@ -10,6 +10,8 @@
 #include "drawing/title/TitleCellTable.h"
 #include "support/TextHelpers.h"
 
+#include <algorithm>
+
 namespace {
 
 // Lines as the readers get them from xrecords and xdata: one item per line of the input.
@@ -20,10 +22,19 @@ CStringArray linesOf(const CString& text) {
 }
 
 void checkRecordGroups(const CStringArray& lines, const std::vector<CString>& keys) {
-    const RecordGroups result = QxSplitRecordGroups(lines, keys);
-    for (const CStringArray& group : result.groups)
-        fuzz::Require(group.GetSize() == static_cast<int>(keys.size()), "a record group keeps one value per key");
-    fuzz::Require(result.last.GetSize() == static_cast<int>(keys.size()), "the last record values keep one value per key");
+    const RecordGroups result(lines, keys);
+    fuzz::Require(result.size() <= static_cast<size_t>(lines.GetSize()), "no more record groups than lines");
+    // Each value a group holds is the text behind its own key on one of the lines: one value per key, taken
+    // from the lines, never a mix of two. The first groups are enough to see it.
+    const size_t checked = std::min<size_t>(result.size() + 1, 16);
+    for (size_t group = 0; group < checked; ++group)
+        for (int key = 0; key < static_cast<int>(keys.size()); ++key) {
+            const CString value = group < result.size() ? result.value(group, key) : result.lastValue(key);
+            if (value.IsEmpty()) continue;
+            bool fromALine = false;
+            for (const CString& line : lines) fromALine = fromALine || line == keys[key] + value;
+            fuzz::Require(fromALine, "a record group's value is the text behind its key on one line");
+        }
 }
 
 void checkCircuitPairs(const CStringArray& pairs) {
