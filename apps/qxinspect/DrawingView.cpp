@@ -100,7 +100,10 @@ void addKindFields(const AcDbEntity& entity, json& out) {
             ? json{{"min", point(extents.minPoint())}, {"max", point(extents.maxPoint())}}
             : json(nullptr);
     }
-    if (const auto* polyline = AcDbPolyline::cast(&entity)) {
+    // An old-style polyline shows the same vertices as a light-weight one: only its kind differs.
+    const AcDbPolyline* polyline = AcDbPolyline::cast(&entity);
+    if (const auto* oldStyle = AcDb2dPolyline::cast(&entity)) polyline = &oldStyle->shape();
+    if (polyline) {
         json vertices = json::array();
         json bulges = json::array();
         for (unsigned i = 0; i < polyline->numVerts(); ++i) {

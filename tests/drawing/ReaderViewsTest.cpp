@@ -99,6 +99,10 @@ TEST(InspectDrawingTest, ShowsEntitiesXDataExtensionDictionariesAndNamedObjects)
     EXPECT_EQ(circuit["blockName"], "CIRCUIT");
     EXPECT_EQ(circuit["extents"]["min"][0].get<double>(), 96.0);
     EXPECT_EQ(circuit["xdata"][1]["items"][2]["value"], nlohmann::json::array({1.0, 2.0, 3.0}));
+    // The old-style polyline shows its vertices as the light-weight one does.
+    EXPECT_EQ(entities[6]["kind"], "POLYLINE");
+    EXPECT_EQ(entities[6]["vertices"], nlohmann::json::parse("[[0.0,0.0],[10.0,0.0],[10.0,10.0]]"));
+    EXPECT_EQ(entities[6]["bulges"][0], 0.5);
     EXPECT_EQ(entities[7]["bulges"][1], -1.0);
     EXPECT_EQ(entities[7]["vertices"][1], nlohmann::json::array({3.0, 4.0}));
 
