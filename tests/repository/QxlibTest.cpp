@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sstream>
 #include <sys/stat.h>
 #include <tuple>
 #include <vector>
@@ -427,4 +428,33 @@ TEST_F(Qxlib, ThreeClientsWorkingInOneFolderAtOnceLoseNothing) {
         EXPECT_TRUE(contains(qxlib(person, "status").out, "in step with the site's journal")) << person;
     }
     EXPECT_EQ(journalLines(), 3 + 3 * kRounds) << siteText("Server.xml");  // the version, "Lib\\" and shared.dwg
+}
+
+namespace {
+
+struct QxlibRelayedJournalLock : QxlibFaultySite {
+    QxlibRelayedJournalLock() : QxlibFaultySite({"--relay-lock", "Server.xml.bak"}) {}
+};
+
+} // namespace
+
+// A journal lock handed from one busy host to the next is never abandoned: the waits start again for each
+// new holder, so the client waits the relay out instead of breaking a live lock.
+TEST_F(QxlibRelayedJournalLock, WaitsAfreshForEachNewHolderAndNeverBreaksALiveLock) {
+    setUp("ann");
+    site.writeFile("Server.xml.bak", "10.9.9.0(relay)\r\n");
+    machines.writeFile("ann/Lib/k.dwg", "k");
+    const ShellRun run = RunShellCommand("cd '" + machines.native() + "' && QX_FTP_VERBOSE=1 " + command("ann", "submit Lib/k.dwg"));
+    EXPECT_EQ(run.status, 0) << errors("ann");
+    std::istringstream dialogue(errors("ann"));
+    // Until the client appends itself to the free lock, it reads the lock and never removes it.
+    int lockReads = 0;
+    for (std::string line; std::getline(dialogue, line);) {
+        if (!contains(line, "Server.xml.bak")) continue;
+        if (line.rfind("> APPE", 0) == 0) break;
+        if (line.rfind("> RETR", 0) == 0) ++lockReads;
+        EXPECT_NE(line.rfind("> DELE", 0), 0u) << line;
+    }
+    EXPECT_GE(lockReads, 12);  // three holders, four reads each: the relay really ran
+    EXPECT_TRUE(contains(siteText("Server.xml"), "Lib\\k.dwg")) << siteText("Server.xml");
 }

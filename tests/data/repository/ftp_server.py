@@ -20,10 +20,13 @@ its whole path on the site (from "/") when it holds a "/".
 --fail-lists N          answers the first N MLSD and LIST commands with 451
 --refuse-pasv           knows no passive mode (PASV, EPSV): only active transfers work
 --lie-list TYPE:NAME    adds an entry NAME (TYPE "file" or "dir") to every listing
+--relay-lock GLOB       such a lock file passes from one other host to the next every 4 downloads (three
+                        hosts), then is gone: a lock that is never abandoned, only handed on
 """
 import argparse
 import fnmatch
 import logging
+import os
 import sys
 import threading
 import time
@@ -42,7 +45,7 @@ def main():
     parser.add_argument("--user", default="")
     parser.add_argument("--password", default="")
     for glob_option in ("drop-retr", "drop-first-retr", "stall-retr", "fail-first-stor", "refuse-stor",
-                        "cut-stor", "slow-retr", "endless-retr", "slow-rename"):
+                        "cut-stor", "slow-retr", "endless-retr", "slow-rename", "relay-lock"):
         parser.add_argument("--" + glob_option, default="")
     parser.add_argument("--refuse-rename", action="store_true")
     parser.add_argument("--no-mlsd", action="store_true")
@@ -61,6 +64,8 @@ def main():
     lock = threading.Lock()
     firsts_taken = set()
     lists_failed = [0]
+    relay_reads = [0]
+    relay_holders, relay_reads_each = 3, 4
 
     def matches(glob, fs, path):
         if not glob:
@@ -143,6 +148,18 @@ def main():
                 return
             if matches(args.slow_retr, self.fs, file):
                 time.sleep(0.3)
+            if matches(args.relay_lock, self.fs, file):
+                with lock:
+                    holder = relay_reads[0] // relay_reads_each
+                    relay_reads[0] += 1
+                    if holder < relay_holders:
+                        with open(file, "wb") as lock_file:
+                            lock_file.write(b"10.9.9.%d(relay)\r\n" % holder)
+                    elif holder == relay_holders:
+                        try:
+                            os.remove(file)
+                        except FileNotFoundError:
+                            pass
             if matches(args.endless_retr, self.fs, file):
                 endless = Endless()
                 self.push_dtp_data(FileProducer(endless, "i"), isproducer=True, file=endless, cmd="RETR")
