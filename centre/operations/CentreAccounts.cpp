@@ -48,20 +48,21 @@ CentreAccount CCentreAccounts::existing(const CString& enterprise, const CString
 }
 
 void CCentreAccounts::Disable(const CString& enterprise, const CString& user) {
-    CentreTransaction transaction(m_store, Mode::Write);
-    CentreAccount account = existing(enterprise, user);
-    account.disabled = true;
-    m_store.updateAccount(account);
-    m_store.removeSessionsOf(enterprise, user);
-    transaction.commit();
+    change(enterprise, user, [](CentreAccount& account) { account.disabled = true; });
 }
 
 void CCentreAccounts::SetCredential(const CString& enterprise, const CString& user, const CString& credential) {
     RequireAccountText(credential, u"credential");
     const CString hash = hashOf(credential);
+    change(enterprise, user, [&](CentreAccount& account) { account.credentialHash = hash; });
+}
+
+// Every change of an account ends its sessions: a disabled account or an old password opens nothing more.
+void CCentreAccounts::change(const CString& enterprise, const CString& user,
+                             const std::function<void(CentreAccount&)>& edit) {
     CentreTransaction transaction(m_store, Mode::Write);
     CentreAccount account = existing(enterprise, user);
-    account.credentialHash = hash;
+    edit(account);
     m_store.updateAccount(account);
     m_store.removeSessionsOf(enterprise, user);
     transaction.commit();

@@ -4,6 +4,7 @@
 
 #include "centre/operations/CentreStore.h"
 
+#include <functional>
 #include <vector>
 
 class QX_API CCentreAccounts {
@@ -23,6 +24,7 @@ public:
 
 private:
     CentreAccount existing(const CString& enterprise, const CString& user);
+    void change(const CString& enterprise, const CString& user, const std::function<void(CentreAccount&)>& edit);
 
     ICentreStore& m_store;
 };

@@ -78,15 +78,7 @@ AcGeMatrix3d AcGeMatrix3d::planeToWorld(const AcGeVector3d& normal) {
     const AcGeVector3d ax = (std::fabs(n.x) < kLimit && std::fabs(n.y) < kLimit)
         ? AcGeVector3d::kYAxis.crossProduct(n).normal()
         : AcGeVector3d::kZAxis.crossProduct(n).normal();
-    const AcGeVector3d ay = n.crossProduct(ax).normal();
-    AcGeMatrix3d r;
-    const AcGeVector3d axes[3] = {ax, ay, n};
-    for (int col = 0; col < 3; ++col) {
-        r.m[0][col] = axes[col].x;
-        r.m[1][col] = axes[col].y;
-        r.m[2][col] = axes[col].z;
-    }
-    return r;
+    return alignCoordSys(AcGePoint3d::kOrigin, ax, n.crossProduct(ax).normal(), n);
 }
 
 AcGeMatrix3d AcGeMatrix3d::operator*(const AcGeMatrix3d& b) const {
