@@ -7,15 +7,17 @@ bool SplitString(const CString& text, const CString& separator, CStringArray& pa
         parts.Add(text);
         return true;
     }
-    CString rest = text;
-    for (;;) {
-        const int at = rest.Find(separator);
+    // Pieces are cut from the whole text by position: cutting the rest off again after each piece copies
+    // it each time, which is quadratic on a list of many short items.
+    const int step = separator.GetLength();
+    for (int start = 0;;) {
+        const int at = text.Find(separator, start);
         if (at < 0) {
-            parts.Add(rest);
+            parts.Add(text.Mid(start));
             return true;
         }
-        parts.Add(rest.Left(at));
-        rest = rest.Mid(at + separator.GetLength());
+        parts.Add(text.Mid(start, at - start));
+        start = at + step;
     }
 }
 
