@@ -8,11 +8,7 @@
 #include <vector>
 
 TEST(Format, DirectivesOfTheMessagesAndTheirQuirks) {
-    const struct {
-        const char* what;
-        CString got;
-        CString expected;
-    } rows[] = {
+    const struct { const char* what; CString got; CString expected; } rows[] = {
         {"text", QxFormat(u"项目%s更新完毕！\n", CString(u"甲")), u"项目甲更新完毕！\n"},
         {"integers with a precision", QxFormat(u"%d,%2.2d,%2.2d", 2015, 3, 12), u"2015,03,12"},
         {"a long hexadecimal", QxFormat(u"Unknown error 0x%0lX", 0x80004003LL), u"Unknown error 0x80004003"},

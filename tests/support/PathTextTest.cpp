@@ -3,11 +3,7 @@
 #include <gtest/gtest.h>
 
 TEST(PathText, JoinsAndTakesApartPathsAsTheHostDoes) {
-    const struct {
-        const char* what;
-        CString got;
-        CString expected;
-    } rows[] = {
+    const struct { const char* what; CString got; CString expected; } rows[] = {
         {"one backslash at the seam", JoinPath(u"a\\", u"\\b"), u"a\\b"},
         {"a backslash added", JoinPath(u"a", u"b"), u"a\\b"},
         {"the left's kept", JoinPath(u"a\\", u"b"), u"a\\b"},

@@ -5,11 +5,7 @@
 #include <vector>
 
 TEST(SplitString, KSeparatorsGiveKPlusOneParts) {
-    const struct {
-        const char* text;
-        const char* separator;
-        std::vector<CString> parts;
-    } rows[] = {
+    const struct { const char* text; const char* separator; std::vector<CString> parts; } rows[] = {
         {"a,,b,", ",", {u"a", u"", u"b", u""}},
         {"", ",", {u""}},
         {"a·b", "", {u"a·b"}},  // no separator: one part

@@ -5,11 +5,7 @@
 #include <gtest/gtest.h>
 
 TEST(AccessConditions, LikeMatchesRunsAndSingleCharactersIgnoringCaseBeyondAscii) {
-    const struct {
-        const char16_t* text;
-        const char16_t* pattern;
-        bool matches;
-    } rows[] = {
+    const struct { const char16_t* text; const char16_t* pattern; bool matches; } rows[] = {
         {u"工程名称", u"%工程%", true},  {u"设计单位", u"%工程%", false}, {u"abc", u"%", true},
         {u"", u"_", false},              {u"abc", u"a_c", true},          {u"abbc", u"a_c", false},
         {u"axbxc", u"a%b%c", true},      {u"axbxcd", u"a%b%c", false},    {u"aaab", u"%ab", true},
@@ -30,12 +26,7 @@ TEST(AccessConditions, ValuesAreComparedThroughTheirTextAndNullNeverMatches) {
 }
 
 TEST(FieldText, EachKindHasItsOwnTextForm) {
-    const struct {
-        const char* what;
-        DbValue value;
-        int kind;
-        CString text;
-    } rows[] = {
+    const struct { const char* what; DbValue value; int kind; CString text; } rows[] = {
         {"an integer", DbValue::OfInteger(-42), QX_KIND_INTEGER, u"-42"},
         {"the 32-bit integer", DbValue::OfInteger(0x100000005LL), QX_KIND_INTEGER, u"5"},
         {"a long text's leading number", DbValue::OfText(u"12 pieces"), QX_KIND_LONGVARCHAR, u"12"},
