@@ -131,29 +131,31 @@ TEST_F(EditingList, TheIconZoneOfTheFirstColumnPostsToTheParentInsteadOfEditing)
 }
 
 TEST_F(EditingList, TheKeysWalkDownAndUpTheColumnsAndEndBeyondTheTable) {
-    driver.click(1, 2);
-    driver.type(u"x");
-    driver.key(VK_RETURN);
-    EXPECT_EQ(driver.editing(), "2 2 text");
-    EXPECT_EQ(list.GetItemText(1, 2), u"x");
-    driver.key(VK_DOWN);  // from the last row to the top of the next column
-    EXPECT_EQ(driver.editing(), "0 3 text");
-    EXPECT_TRUE(list.IsSelected(0));
-    EXPECT_EQ(list.GetSelectedCount(), 1);
-    driver.key(VK_UP);  // from the top to the last row of the column to the left
-    EXPECT_EQ(driver.editing(), "2 2 text");
-
+    // From a clicked cell where "x" is typed, keys of the text editor in turn, each with where the edit stands after it.
+    const struct { const char* what; int row; int column; std::vector<std::pair<int, std::string>> keys; } walks[] = {
+        {"enter moves down, then from the last row to the top of the next column, up back to the left", 1, 2,
+         {{VK_RETURN, "2 2 text"}, {VK_DOWN, "0 3 text"}, {VK_UP, "2 2 text"}}},
+        {"enter on the last cell of all leaves no cell in edit", 2, 4, {{VK_RETURN, "no cell none"}}},
+        {"up from the top lands in the drop-down of the column to the left", 0, 2, {{VK_UP, "2 1 drop-down"}}},
+    };
+    for (const auto& walk : walks) {
+        driver.click(walk.row, walk.column);
+        driver.type(u"x");
+        for (const auto& [key, after] : walk.keys) {
+            driver.key(key);
+            EXPECT_EQ(driver.editing(), after) << walk.what;
+            const int row = list.GetEditRow();
+            EXPECT_TRUE(row < 0 || (list.IsSelected(row) && list.GetSelectedCount() == 1)) << walk.what;  // the row moved to alone
+        }
+    }
+    EXPECT_EQ(rowsOf(list), (std::vector<CString>{u"row0|old|x|old|old", u"row1|old|x|old|old", u"row2|old|old|old|x"}));
+    // Keys of the text editor mean nothing while the drop-down is the open editor, nor with no editor open.
+    send(QXLM_EDIT_UP);
+    EXPECT_EQ(driver.editing(), "2 1 drop-down");
     driver.click(2, 4);
-    driver.key(VK_RETURN);  // the last cell of all
+    driver.key(VK_RETURN);
+    send(QXLM_EDIT_DOWN);
     EXPECT_EQ(driver.editing(), "no cell none");
-    send(QXLM_EDIT_DOWN);  // a further key has no editor to come from
-    EXPECT_EQ(driver.editing(), "no cell none");
-
-    driver.click(0, 2);
-    driver.key(VK_UP);
-    EXPECT_EQ(driver.editing(), "2 1 drop-down");
-    send(QXLM_EDIT_UP);  // keys of the text editor mean nothing while the drop-down is the open editor
-    EXPECT_EQ(driver.editing(), "2 1 drop-down");
 }
 
 TEST(EditingListEdges, UpInTheFirstCellEndsTheEditAndASingleRowWalksAcrossColumns) {
