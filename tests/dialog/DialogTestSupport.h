@@ -117,9 +117,9 @@ public:
         m_list.GetTextEditor()->UserPressesKey(keyCode);
         settle();
     }
-    // Where the edit stands: "row column editor" or "no cell editor", the editor being "text", "drop-down" or "none".
+    // Where the edit stands: "row column editor" or "no cell editor", the editor being "text", "drop-down", "both" or "none".
     std::string editing() const {
-        const std::string editor = textEditorOpen() ? "text" : dropDownOpen() ? "drop-down" : "none";
+        const std::string editor = textEditorOpen() && dropDownOpen() ? "both" : textEditorOpen() ? "text" : dropDownOpen() ? "drop-down" : "none";
         if (m_list.GetEditRow() < 0) return "no cell " + editor;
         return std::to_string(m_list.GetEditRow()) + " " + std::to_string(m_list.GetEditColumn()) + " " + editor;
     }

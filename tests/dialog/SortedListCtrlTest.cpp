@@ -86,6 +86,7 @@ TEST_F(EditingList, ClearingTheDropDownChangesTheCellOnlyWhenTheEditorCloses) {
     EXPECT_EQ(list.GetItemText(1, 1), u"old");
     list.OnRButtonDown(driver.cellMiddle(2, 0));
     EXPECT_EQ(list.GetItemText(1, 1), u"  ");
+    EXPECT_TRUE(list.IsSelected(2) && list.GetSelectedCount() == 1);  // a right click selects its row alone
     EXPECT_EQ(parent.count(QXLM_COMBO_CELL_CHANGED), 0);
     EXPECT_EQ(driver.editing(), "no cell none");
 }
