@@ -1,4 +1,5 @@
 // qxinspect: the dry run of a submit on the assembly tests' substation, as JSON, CSV and a workbook; a drawing.
+#include "TextChecks.h"
 #include "common/ShellRun.h"
 #include "common/TempFolder.h"
 #include "support/FileSystem.h"
@@ -71,31 +72,25 @@ protected:
 TEST_F(ProjectView, ALocalProjectShowsWhatHMItmSubmitWouldSendAndWhyNot) {
     layOut("D2", "K03,K04");
     const auto document = view();
-    EXPECT_EQ(document["command"], "HMItmSubmit");
     ASSERT_EQ(document["devices"].size(), 2u);
     const auto& d1 = document["devices"][0];
-    EXPECT_EQ(d1["path"], "D1");
-    EXPECT_EQ(d1["m_arrPrimaryBom"][0]["m_strRowName"], "N1");
-    EXPECT_EQ(d1["m_arrPrimaryBom"][0]["m_strRowCount"], "3");
-    EXPECT_EQ(document["devices"][1]["m_nCabCount"], 2);
+    EXPECT_EQ((std::vector<nlohmann::json>{document["command"], d1["path"], d1["m_arrPrimaryBom"][0]["m_strRowName"],
+                                           d1["m_arrPrimaryBom"][0]["m_strRowCount"], document["devices"][1]["m_nCabCount"],
+                                           document["g_bBomCheckFailed"], document["wouldSend"], document["whyNot"]}),
+              (std::vector<nlohmann::json>{"HMItmSubmit", "D1", "N1", "3", 2, true, false, "a cabinet check failed"}));
     ASSERT_EQ(document["messages"].size(), 1u);
-    EXPECT_NE(document["messages"][0].get<std::string>().find("屏柜 K03 和屏柜 K04"), std::string::npos);
-    EXPECT_EQ(document["g_bBomCheckFailed"], true);
-    EXPECT_EQ(document["wouldSend"], false);
-    EXPECT_EQ(document["whyNot"], "a cabinet check failed");
+    expectShows(document["messages"][0].get<std::string>(), {"屏柜 K03 和屏柜 K04"});
 }
 
 TEST_F(ProjectView, AProjectTheCloudKnowsIsReadThroughItsDocumentsAsHMBomSubmitReadsIt) {
     layOut("D2", "K03");
     writeDocuments();
     const auto document = view();
-    EXPECT_EQ(document["command"], "HMBomSubmit");
-    EXPECT_EQ(document["m_strID"], "P-1");
     ASSERT_EQ(document["devices"].size(), 1u);  // D2 is no node of the cloud's project
-    EXPECT_EQ(document["devices"][0]["m_strID"], "d-1");
-    EXPECT_EQ(document["devices"][0]["m_arrPrimaryBom"][0]["m_strRowCode"], "E1");
-    EXPECT_EQ(document["wouldSend"], true);
-    EXPECT_TRUE(document["whyNot"].is_null());
+    const auto& d1 = document["devices"][0];
+    EXPECT_EQ((std::vector<nlohmann::json>{document["command"], document["m_strID"], d1["m_strID"],
+                                           d1["m_arrPrimaryBom"][0]["m_strRowCode"], document["wouldSend"], document["whyNot"]}),
+              (std::vector<nlohmann::json>{"HMBomSubmit", "P-1", "d-1", "E1", true, nullptr}));
 }
 
 TEST_F(ProjectView, TheDeviceViewBuildsTheNodeAsTheCommandsDo) {
@@ -112,9 +107,8 @@ TEST_F(ProjectView, TheDeviceViewBuildsTheNodeAsTheCommandsDo) {
     const InspectRun known = inspect("'" + folder.native() + "/Station/D1/D1.prj'", "device");
     ASSERT_EQ(known.status, 0);
     const auto d1 = nlohmann::json::parse(known.out);
-    EXPECT_EQ(d1["m_strID"], "d-1");
-    EXPECT_EQ(d1["m_strCirNo"], "K02");
-    EXPECT_EQ(d1["m_arrPrimaryBom"][0]["m_strRowName"], "N1");
+    EXPECT_EQ((std::vector<nlohmann::json>{d1["m_strID"], d1["m_strCirNo"], d1["m_arrPrimaryBom"][0]["m_strRowName"]}),
+              (std::vector<nlohmann::json>{"d-1", "K02", "N1"}));
 }
 
 TEST_F(ProjectView, CsvHasOneLinePerRowWithQuotedFields) {
@@ -122,9 +116,7 @@ TEST_F(ProjectView, CsvHasOneLinePerRowWithQuotedFields) {
     const InspectRun run = inspect(itm() + " --csv");
     ASSERT_EQ(run.status, 0);
     EXPECT_EQ(run.out.rfind("device,kind,label,name,model,count,remark,code\n", 0), 0u);
-    EXPECT_NE(run.out.find("\nD1,primary,,N1,X1,3,,E1\n"), std::string::npos);
-    EXPECT_NE(run.out.find("\nD1,secondary,1KA,继电器,RX-1,2,,R1\n"), std::string::npos);
-    EXPECT_NE(run.out.find("\n\"D,\"\"2\",primary,,指示灯,AD16,1,,L1\n"), std::string::npos) << run.out;
+    expectShows(run.out, {"\nD1,primary,,N1,X1,3,,E1\n", "\nD1,secondary,1KA,继电器,RX-1,2,,R1\n", "\n\"D,\"\"2\",primary,,指示灯,AD16,1,,L1\n"});
 }
 
 TEST_F(ProjectView, WorkbookHasASummaryAndOneSheetPerDeviceNamedAsExcelAllows) {
@@ -151,13 +143,9 @@ TEST_F(ProjectView, WorkbookHasASummaryAndOneSheetPerDeviceNamedAsExcelAllows) {
     folder.writeFile("sheets.py", script);
     const InspectRun read = RunShellCommand("/usr/bin/python3 '" + folder.native() + "/sheets.py' '" + book + "'");
     ASSERT_EQ(read.status, 0) << read.out;
-    EXPECT_NE(read.out.find("Summary:name|model|code|count|devices\n"), std::string::npos) << read.out;
-    // 1 a cabinet: 2 for History's two cabinets and 1 for each of the others.
-    EXPECT_NE(read.out.find("Summary:指示灯|AD16|L1|4|3\n"), std::string::npos) << read.out;
-    EXPECT_NE(read.out.find("Summary:N1|X1|E1|3|1\n"), std::string::npos) << read.out;
-    EXPECT_NE(read.out.find("D1:primary|N1|X1|3|E1\n"), std::string::npos) << read.out;
-    EXPECT_NE(read.out.find("History (2):primary|指示灯|AD16|1|L1\n"), std::string::npos) << read.out;
-    EXPECT_NE(read.out.find("\nnames 5 distinct 5 False\n"), std::string::npos) << read.out;
+    // 指示灯 is 1 a cabinet: 2 for History's two cabinets and 1 for each of the others.
+    expectShows(read.out, {"Summary:name|model|code|count|devices\n", "Summary:指示灯|AD16|L1|4|3\n", "Summary:N1|X1|E1|3|1\n",
+                           "D1:primary|N1|X1|3|E1\n", "History (2):primary|指示灯|AD16|1|L1\n", "\nnames 5 distinct 5 False\n"});
 }
 
 TEST_F(ProjectView, InputsThatCannotBeUsedAreRefused) {
@@ -168,20 +156,18 @@ TEST_F(ProjectView, InputsThatCannotBeUsedAreRefused) {
     // A workbook whose folder is missing is not written, and nothing is left behind.
     EXPECT_EQ(inspect(itm() + " --xlsx '" + folder.native() + "/no/such/bom.xlsx'").status, 1);
     EXPECT_FALSE(folder.exists("no"));
-    EXPECT_NE(folder.readFile("err.txt").find("bom.xlsx"), std::string::npos);
+    expectShows(folder.readFile("err.txt"), {"bom.xlsx"});
 }
 
 TEST_F(ProjectView, ALongWalkShowsOneLinePerDeviceOnlyOnATerminal) {
     layOut("D2", "K03");
     // Standard error is a file: no progress lines among the messages.
     ASSERT_EQ(inspect(itm() + " --csv").status, 0);
-    EXPECT_EQ(folder.readFile("err.txt").find("reading its drawings"), std::string::npos);
+    expectNever(folder.readFile("err.txt"), {"reading its drawings"});
     // Under a pseudo-terminal (script), one line for each device.
     const std::string command = "script -qec \"" + std::string(QX_BINARY_DIR) + "/bin/qxinspect project " + itm() +
                                 " --csv >/dev/null\" /dev/null";
-    const InspectRun run = RunShellCommand(command);
-    EXPECT_NE(run.out.find("device D1: reading its drawings"), std::string::npos) << run.out;
-    EXPECT_NE(run.out.find("device D2: reading its drawings"), std::string::npos) << run.out;
+    expectShows(RunShellCommand(command).out, {"device D1: reading its drawings", "device D2: reading its drawings"});
 }
 
 TEST(Qxinspect, NamesTheDrawingByItsPathInTheMachinesOwnForm) {

@@ -1,9 +1,8 @@
 // qxcad run as a person runs it: as a process, with its exit status and its output; HMItmSubmit in it on the
 // demo's sample project, the cabinet dialog answered by piped lines as a script answers it.
-#include "common/ShellRun.h"
-#include "common/TempFolder.h"
+#include "SampleInstall.h"
+#include "TextChecks.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <regex>
@@ -13,13 +12,6 @@
 namespace {
 
 using ProcessRun = ShellRun;
-
-// qxcad run through the shell on an install folder below `dir`, with `input` on standard input; standard
-// error is kept apart in err.txt of `dir`.
-ShellRun RunQxcad(const TempFolder& dir, const std::string& args, const std::string& input = "") {
-    return RunShellCommand("printf '" + input + "' | " + QX_BINARY_DIR + "/bin/qxcad --install-dir '" + dir.native() +
-                           "/corvane' " + args + " 2>'" + dir.native() + "/err.txt'");
-}
 
 // The version as the build defines it, in one place: the project() line of the top-level CMakeLists.txt.
 std::string ProjectVersion() {
@@ -34,13 +26,7 @@ std::string ProjectVersion() {
 
 class QxcadItmSubmit : public ::testing::Test {
 protected:
-    void SetUp() override {
-        const std::string command = "/usr/bin/python3 '" + std::string(QX_SOURCE_DIR) +
-                                    "/samples/make_sample_project.py' '" + dir.native() + "/corvane/My Projects' '" +
-                                    dir.native() + "/corvane' >/dev/null";
-        ASSERT_EQ(std::system(command.c_str()), 0);
-        ASSERT_EQ(RunQxcad(dir, "HMLogin", "acme\\nann\\nsecret\\n").status, 0);
-    }
+    void SetUp() override { ASSERT_TRUE(LayOutSampleProjectAndLogIn(dir)); }
 
     std::string project(const std::string& relative) const {
         return "corvane/My Projects/华东变电站/" + relative;
@@ -51,56 +37,43 @@ protected:
 
 } // namespace
 
-TEST(Qxcad, RunsTheCommandsGivenOnItsCommandLine) {
-    TempFolder dir;
-    const ProcessRun run = RunQxcad(dir, "HMTest HELP");
-    EXPECT_EQ(run.status, 0);
-    EXPECT_NE(run.out.find("HMBomSubmit"), std::string::npos);
-    EXPECT_TRUE(dir.exists("corvane/Data"));  // a fresh install folder is laid out
-}
-
-TEST(Qxcad, AnUnknownCommandIsNamedAndFailsTheRun) {
-    TempFolder dir;
-    const ProcessRun run = RunQxcad(dir, "HMTest NOSUCH");
-    EXPECT_EQ(run.status, 1);
-    EXPECT_NE(dir.readFile("err.txt").find("unknown command \"NOSUCH\""), std::string::npos);
-}
-
-TEST(Qxcad, ReadsCommandsAtItsPromptWhenGivenNone) {
-    TempFolder dir;
-    const ProcessRun run = RunQxcad(dir, "", "help\\nHMTest\\nquit\\nHMLogin\\n");
-    EXPECT_EQ(run.status, 0);
-    EXPECT_NE(run.out.find("HMUpdate"), std::string::npos);
-    EXPECT_EQ(run.out.find("登录"), std::string::npos);  // nothing runs after QUIT
+// Runs on a fresh install folder: the exit status, a text the run shows, and one it never shows.
+TEST(Qxcad, RunsTheCommandsOfItsCommandLineOrPromptAndFailsClearly) {
+    const struct { const char* what; std::string args; const char* input; int status; const char* shown; const char* notShown; } rows[] = {
+        {"commands on the command line", "HMTest HELP", "", 0, "HMBomSubmit", "unknown command"},
+        {"an unknown command", "HMTest NOSUCH", "", 1, "unknown command \"NOSUCH\"", "HMBomSubmit"},
+        {"commands at the prompt, none after QUIT", "", "help\\nHMTest\\nquit\\nHMLogin\\n", 0, "HMUpdate", "登录"},
+        {"a module that does not load", "--module '" + std::string(QX_SOURCE_DIR) + "/CMakeLists.txt' HMTest", "", 2, "does not load", "HMBomSubmit"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        TempFolder dir;
+        const ProcessRun run = RunQxcad(dir, row.args, row.input);
+        const std::string err = dir.readFile("err.txt");
+        EXPECT_EQ(run.status, row.status);
+        expectShows(row.status == 0 ? run.out : err, {row.shown});  // a failure is told on standard error
+        expectNever(run.out + err, {row.notShown});
+        if (row.status == 0) {
+            EXPECT_TRUE(dir.exists("corvane/Data"));  // a fresh install folder is laid out
+        }
+    }
 }
 
 TEST(Qxcad, LogsInFromAnswersOnStandardInputThenSilentlyFromTheStoredLogin) {
     TempFolder dir;
     ProcessRun run = RunQxcad(dir, "HMLogin", "acme\\nann\\nsecret\\n");
     EXPECT_EQ(run.status, 0);
-    EXPECT_NE(run.out.find("登录云端成功！"), std::string::npos);
-    EXPECT_EQ(run.out.find("secret"), std::string::npos);
-    EXPECT_EQ(dir.readFile("err.txt").find("secret"), std::string::npos);
-
+    expectShows(run.out, {"登录云端成功！"});
+    expectNever(run.out + dir.readFile("err.txt"), {"secret"});
     run = RunQxcad(dir, "HMUpdate");
-    EXPECT_NE(run.out.find("登录云端成功！"), std::string::npos);
-    EXPECT_EQ(dir.readFile("err.txt").find("Hexmoor credential"), std::string::npos);
-
-    run = RunQxcad(dir, "HMLogin", "acme\\nann\\nwrong\\n");
-    EXPECT_NE(run.out.find("登录云端失败！"), std::string::npos);
-}
-
-TEST(Qxcad, AModuleThatDoesNotLoadIsAClearFailure) {
-    TempFolder dir;
-    dir.writeFile("broken.so", "not a library");
-    const ProcessRun run = RunQxcad(dir, "--module '" + dir.native() + "/broken.so' HMTest");
-    EXPECT_EQ(run.status, 2);
-    EXPECT_NE(dir.readFile("err.txt").find("does not load"), std::string::npos);
+    expectShows(run.out, {"登录云端成功！"});
+    expectNever(dir.readFile("err.txt"), {"Hexmoor credential"});
+    expectShows(RunQxcad(dir, "HMLogin", "acme\\nann\\nwrong\\n").out, {"登录云端失败！"});
 }
 
 TEST(Qxcad, XmmanageShowsTheCurrentProjectsDevicesAndDrawings) {
     TempFolder dir;
-    EXPECT_NE(RunQxcad(dir, "xmmanage").out.find("no current project"), std::string::npos);
+    expectShows(RunQxcad(dir, "xmmanage").out, {"no current project"});
     dir.writeFile("p/P/P.itm", "");
     dir.writeFile("p/P/Hexmoor.xml", "");
     dir.writeFile("p/P/D1/d1.PRJ", "");
@@ -110,14 +83,9 @@ TEST(Qxcad, XmmanageShowsTheCurrentProjectsDevicesAndDrawings) {
     dir.writeFile("corvane/Data/recent.dat", (dir.logic() + u"p\\P\\P.itm").ToUtf8());
     const std::string out = RunQxcad(dir, "xmmanage").out;
     // The path is shown in the machine's own form, not as the logic holds it.
-    EXPECT_NE(out.find(dir.native() + "/p/P/P.itm"), std::string::npos) << out;
-    EXPECT_EQ(out.find("p\\P\\P.itm"), std::string::npos);
-    EXPECT_NE(out.find("项目 P  [Hexmoor]"), std::string::npos);
-    EXPECT_NE(out.find("设备 D1"), std::string::npos);  // named as the folder names it
-    EXPECT_NE(out.find("设备 D\\x1b]0;owned\\x07\n"), std::string::npos);  // never a raw control character
-    EXPECT_EQ(out.find_first_of("\x1b\x07"), std::string::npos);
-    EXPECT_NE(out.find("a.dwg"), std::string::npos);
-    EXPECT_EQ(out.find("stray"), std::string::npos);
+    // Devices are named as the folder names them, never with a raw control character.
+    expectShows(out, {dir.native() + "/p/P/P.itm", "项目 P  [Hexmoor]", "设备 D1", "设备 D\\x1b]0;owned\\x07\n", "a.dwg"});
+    expectNever(out, {"p\\P\\P.itm", "\x1b", "\x07", "stray"});
 }
 
 TEST(Tools, QxcadAndQxinspectPrintTheirVersion) {
@@ -139,12 +107,10 @@ TEST(QxcadProjectCommands, WithoutAProjectTheCloudKnowsEachCommandSaysSoAndTheRu
     dir.writeFile("corvane/Data/recent.dat", "");
     const ProcessRun run = RunQxcad(dir, "HMBomSubmit HMBomCmp HMUpdate HMXmCreate");
     EXPECT_EQ(run.status, 0);
-    EXPECT_NE(run.out.find("项目的Hexmoor相关信息不存在，无法提交明细！请选择提交项目。"), std::string::npos) << run.out;
-    EXPECT_NE(run.out.find("项目的Hexmoor相关信息不存在，无法进行比对！"), std::string::npos);
-    EXPECT_NE(run.out.find("项目的Hexmoor相关信息不存在，无法从Hexmoor调用明细！"), std::string::npos);
     // The centre has no project to make: nothing is made and the project manager is not called.
-    EXPECT_NE(run.out.find("has no project"), std::string::npos);
-    EXPECT_EQ(run.out.find("***"), std::string::npos);
+    expectShows(run.out, {"项目的Hexmoor相关信息不存在，无法提交明细！请选择提交项目。", "项目的Hexmoor相关信息不存在，无法进行比对！",
+                          "项目的Hexmoor相关信息不存在，无法从Hexmoor调用明细！", "has no project"});
+    expectNever(run.out, {"***"});
     EXPECT_EQ(dir.readFile("corvane/Data/recent.dat"), "");
 }
 
@@ -152,29 +118,26 @@ TEST(QxcadProjectCommands, WithoutAProjectTheCloudKnowsEachCommandSaysSoAndTheRu
 TEST_F(QxcadItmSubmit, OkSendsTheProjectWithTheNamesTypedIntoTheDialog) {
     const ProcessRun run = RunQxcad(dir, "HMItmSubmit HMBomCmp", "2 3 Feeder-2\\n3 5 800x600\\nOK\\n");
     EXPECT_EQ(run.status, 0);
-    EXPECT_NE(run.out.find("[Corvane] Corvane新建项目提交成功！"), std::string::npos) << run.out;
-    EXPECT_NE(dir.readFile("err.txt").find("屏柜属性设置"), std::string::npos);  // the dialog was shown
-    EXPECT_NE(dir.readFile(project("K02/K02.prj")).find("Feeder-2"), std::string::npos);
-    EXPECT_NE(dir.readFile(project("K03/K03.prj")).find("800x600"), std::string::npos);
-    EXPECT_TRUE(dir.exists(project("Hexmoor.xml")));
-    EXPECT_TRUE(dir.exists(project("K01/Hexmoor.xml")));
     // The centre now holds the three devices with the rows the drawings give.
-    EXPECT_NE(run.out.find("BOM comparison: 3 devices, 0 differ from the centre."), std::string::npos) << run.out;
+    expectShows(run.out, {"[Corvane] Corvane新建项目提交成功！", "BOM comparison: 3 devices, 0 differ from the centre."});
+    expectShows(dir.readFile("err.txt"), {"屏柜属性设置"});  // the dialog was shown
+    expectShows(dir.readFile(project("K02/K02.prj")), {"Feeder-2"});
+    expectShows(dir.readFile(project("K03/K03.prj")), {"800x600"});
+    EXPECT_TRUE(dir.exists(project("Hexmoor.xml")) && dir.exists(project("K01/Hexmoor.xml")));
 }
 
 TEST_F(QxcadItmSubmit, CancelOrTheEndOfInputSendsNothingAndLeavesThePrjFiles) {
     const std::string before = dir.readFile(project("K02/K02.prj"));
-    ProcessRun run = RunQxcad(dir, "HMItmSubmit", "2 3 Feeder-2\\nCANCEL\\n");
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.out.find("[Corvane]"), std::string::npos) << run.out;
-    run = RunQxcad(dir, "HMItmSubmit", "2 3 Feeder-2\\n");
-    EXPECT_EQ(run.out.find("[Corvane]"), std::string::npos) << run.out;
+    for (const char* input : {"2 3 Feeder-2\\nCANCEL\\n", "2 3 Feeder-2\\n"}) {
+        const ProcessRun run = RunQxcad(dir, "HMItmSubmit", input);
+        EXPECT_EQ(run.status, 0);
+        expectNever(run.out, {"[Corvane]"});
+    }
     EXPECT_EQ(dir.readFile(project("K02/K02.prj")), before);
     EXPECT_FALSE(dir.exists(project("Hexmoor.xml")));
 }
 
 TEST_F(QxcadItmSubmit, AFailedCheckKeepsTheDialogForTheNextLines) {
     const ProcessRun run = RunQxcad(dir, "HMItmSubmit", "1 2 K.1\\nOK\\n1 2 K01\\nOK\\n");
-    EXPECT_NE(run.out.find("[Corvane] 设备 K01 柜编号属性有非法字符存在！"), std::string::npos) << run.out;
-    EXPECT_NE(run.out.find("[Corvane] Corvane新建项目提交成功！"), std::string::npos);
+    expectShows(run.out, {"[Corvane] 设备 K01 柜编号属性有非法字符存在！", "[Corvane] Corvane新建项目提交成功！"});
 }

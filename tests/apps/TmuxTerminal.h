@@ -9,6 +9,15 @@
 #include <thread>
 #include <vector>
 
+// One step of a person at the keyboard: text typed, then keys pressed, then what the screen must come to show
+// `count` times (nothing to wait for when empty).
+struct KeyStep {
+    std::string typed;
+    std::vector<std::string> keys;
+    std::string shows;
+    int count = 1;
+};
+
 class TmuxTerminal {
 public:
     // `command` runs through sh in `folder`; its exit status is shown as "[exit N]" when it ends. Every byte
@@ -43,6 +52,17 @@ public:
             for (size_t at = shown.find(text); at != std::string::npos; at = shown.find(text, at + 1)) ++found;
             if (found >= count) return shown;
             std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        }
+        return shown;
+    }
+
+    // Plays the steps in turn; the screen after the last.
+    std::string play(const std::vector<KeyStep>& steps) {
+        std::string shown;
+        for (const KeyStep& step : steps) {
+            if (!step.typed.empty()) type(step.typed);
+            if (!step.keys.empty()) press(step.keys);
+            if (!step.shows.empty()) shown = waitFor(step.shows, step.count);
         }
         return shown;
     }

@@ -6,7 +6,19 @@
 #include "project/ProjectTree.h"
 #include "support/dialog/SortedListCtrl.h"
 
+#include <string>
 #include <vector>
+
+// Every row of the list, its cells joined by "|".
+inline std::vector<CString> rowsOf(const CSortedListCtrl& list) {
+    std::vector<CString> rows;
+    for (int row = 0; row < list.GetItemCount(); ++row) {
+        CString line;
+        for (int column = 0; column < list.GetColumnCount(); ++column) line += (column ? CString(u"|") : CString()) + list.GetItemText(row, column);
+        rows.push_back(line);
+    }
+    return rows;
+}
 
 // Circuits in g_arrCircuits for the length of one test.
 class ScannedCircuits {
@@ -43,6 +55,13 @@ struct ProjectWithDevices {
         return *device;
     }
     HMProjectTree_INFO& device(int index) { return *root.m_arrCabinets[index]; }
+    // Every device's name and four cabinet fields, joined by "|".
+    std::vector<CString> devices() const {
+        std::vector<CString> all;
+        for (const HMProjectTree_INFO* d : root.m_arrCabinets)
+            all.push_back(d->m_strName + u"|" + d->m_strCirNo + u"|" + d->m_strCirName + u"|" + d->m_strCirType + u"|" + d->m_strCirSize);
+        return all;
+    }
 };
 
 class RecordingParent final : public CMessageWnd {
@@ -97,6 +116,12 @@ public:
     void key(int keyCode) {
         m_list.GetTextEditor()->UserPressesKey(keyCode);
         settle();
+    }
+    // Where the edit stands: "row column editor" or "no cell editor", the editor being "text", "drop-down", "both" or "none".
+    std::string editing() const {
+        const std::string editor = textEditorOpen() && dropDownOpen() ? "both" : textEditorOpen() ? "text" : dropDownOpen() ? "drop-down" : "none";
+        if (m_list.GetEditRow() < 0) return "no cell " + editor;
+        return std::to_string(m_list.GetEditRow()) + " " + std::to_string(m_list.GetEditColumn()) + " " + editor;
     }
     bool textEditorOpen() const { return m_list.GetTextEditor() && m_list.GetTextEditor()->IsWindowVisible(); }
     bool dropDownOpen() const {

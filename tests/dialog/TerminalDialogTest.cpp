@@ -30,6 +30,10 @@ protected:
         terminal.Run();
     }
     std::string shown() const { return screen.str(); }
+    // Each part must be on the screen.
+    void expectShown(std::initializer_list<std::string> parts) const {
+        for (const std::string& part : parts) EXPECT_NE(shown().find(part), std::string::npos) << part << " not in:\n" << shown();
+    }
     // The table rows (and heading) of the last screen shown.
     std::vector<CString> lastTable() const {
         const std::string text = shown();
@@ -58,26 +62,16 @@ TEST_F(TerminalDialog, ShowsTheCaptionHeadingsAndRowsThenWritesBackOnOk) {
     project.add(u"2#出线", u"old");
     run({u"1 2 A1", u"2 2 B2", u"2 3 出线柜", u"ok"});
     EXPECT_TRUE(dialog.HasEnded());
-    EXPECT_NE(shown().find("屏柜属性设置"), std::string::npos);
-    EXPECT_NE(shown().find("2 柜编号"), std::string::npos);
-    EXPECT_NE(shown().find("1#进线"), std::string::npos);
-    EXPECT_NE(shown().find("Cabinet numbers offered: A1"), std::string::npos);
-    EXPECT_EQ(project.device(0).m_strCirNo, u"A1");
-    EXPECT_EQ(project.device(0).m_strCirName, u"进线");
-    EXPECT_EQ(project.device(0).m_strCirSize, u"10kV");
-    EXPECT_EQ(project.device(1).m_strCirNo, u"B2");
-    EXPECT_EQ(project.device(1).m_strCirName, u"出线柜");
+    expectShown({"屏柜属性设置", "2 柜编号", "1#进线", "Cabinet numbers offered: A1"});
+    EXPECT_EQ(project.devices(), (std::vector<CString>{u"1#进线|A1|进线|KYN28|10kV", u"2#出线|B2|出线柜||"}));
 }
 
 TEST_F(TerminalDialog, TheEndOfInputCancelsAndNothingChanges) {
     project.add(u"d1", u"A1", u"name");
     run({u"1 2 Z", u"1 3 edited"});
     EXPECT_TRUE(dialog.HasEnded());
-    EXPECT_EQ(project.device(0).m_strCirNo, u"A1");
-    EXPECT_EQ(project.device(0).m_strCirName, u"name");
-
     run({u"1 3 edited", u"CANCEL", u"OK"});
-    EXPECT_EQ(project.device(0).m_strCirName, u"name");
+    EXPECT_EQ(project.devices(), std::vector<CString>{u"d1|A1|name||"});
 }
 
 TEST_F(TerminalDialog, AFailedCheckKeepsTheDialogOpenForTheNextLines) {
@@ -88,15 +82,13 @@ TEST_F(TerminalDialog, AFailedCheckKeepsTheDialogOpenForTheNextLines) {
     EXPECT_EQ(output.boxes[0].text, u"设备 d1 柜编号属性为空，无法作为屏柜提交！");
     EXPECT_EQ(output.boxes[1].text, u"设备 d2 柜编号属性有非法字符存在！");
     EXPECT_TRUE(dialog.HasEnded());
-    EXPECT_EQ(project.device(0).m_strCirNo, u"A1");
-    EXPECT_EQ(project.device(1).m_strCirNo, u"A2");
+    EXPECT_EQ(project.devices(), (std::vector<CString>{u"d1|A1|||", u"d2|A2|||"}));
 }
 
 TEST_F(TerminalDialog, TheTextIsAllAfterTheOneBlankBehindTheColumn) {
     project.add(u"d1", u"A1", u"name");
     run({u"1 2  A1(x) ", u"1 3 ", u"OK"});
-    EXPECT_EQ(project.device(0).m_strCirNo, u" A1(x) ");
-    EXPECT_EQ(project.device(0).m_strCirName, u"");
+    EXPECT_EQ(project.devices(), std::vector<CString>{u"d1| A1(x) |||"});
 }
 
 TEST_F(TerminalDialog, PicksAnEntryOfTheOpenDropDownAndTypesIntoTheOpenEditor) {
@@ -104,52 +96,39 @@ TEST_F(TerminalDialog, PicksAnEntryOfTheOpenDropDownAndTypesIntoTheOpenEditor) {
     circuits.add(u"B1", u"u2");
     project.add(u"d1");
     run({u"1 2", u"PICK 2", u"PICK 3", u"1 4", u"=typed", u"ok"});
-    EXPECT_EQ(project.device(0).m_strCirNo, u"B1");
-    EXPECT_EQ(project.device(0).m_strCirName, u"u2");
-    EXPECT_EQ(project.device(0).m_strCirType, u"typed");
-    EXPECT_NE(shown().find("The drop-down has entries 1 to 2."), std::string::npos);
+    EXPECT_EQ(project.devices(), std::vector<CString>{u"d1|B1|u2|typed|"});
+    expectShown({"The drop-down has entries 1 to 2."});
 }
 
 TEST_F(TerminalDialog, TypingPastTheTableIsToldAndChangesNothing) {
     project.add(u"d1", u"A1");
     project.add(u"d2", u"A2");
     run({u"3 2 X", u"0 2 X", u"1 6 X", u"1 1 renamed", u"2 5 big", u"ENTER", u"=lost", u"DOWN", u"what", u"OK"});
-    EXPECT_NE(shown().find("There is no row 3: the table has 2 rows."), std::string::npos);
-    EXPECT_NE(shown().find("There is no row 0"), std::string::npos);
-    EXPECT_NE(shown().find("There is no column 6"), std::string::npos);
-    EXPECT_NE(shown().find("this cell cannot be changed"), std::string::npos);
-    EXPECT_NE(shown().find("No text editor is open."), std::string::npos);
-    EXPECT_NE(shown().find("Not understood: \"what\""), std::string::npos);
+    expectShown({"There is no row 3: the table has 2 rows.", "There is no row 0", "There is no column 6",
+                 "this cell cannot be changed", "No text editor is open.", "Not understood: \"what\""});
     EXPECT_TRUE(dialog.HasEnded());
-    EXPECT_EQ(project.device(0).m_strName, u"d1");
-    EXPECT_EQ(project.device(1).m_strCirSize, u"big");
-    EXPECT_EQ(project.device(0).m_strCirNo, u"A1");
+    EXPECT_EQ(project.devices(), (std::vector<CString>{u"d1|A1|||", u"d2|A2|||big"}));
 }
 
 TEST_F(TerminalDialog, EnterWalksDownTheColumnThenOnToTheNextOne) {
     project.add(u"d1", u"A1");
     project.add(u"d2", u"A2");
     run({u"1 3 n1", u"ENTER", u"=n2", u"DOWN", u"=t1", u"UP", u"=n2b", u"OK"});
-    EXPECT_EQ(project.device(0).m_strCirName, u"n1");
-    EXPECT_EQ(project.device(1).m_strCirName, u"n2b");
-    EXPECT_EQ(project.device(0).m_strCirType, u"t1");
+    EXPECT_EQ(project.devices(), (std::vector<CString>{u"d1|A1|n1|t1|", u"d2|A2|n2b||"}));
 }
 
 TEST_F(TerminalDialog, ReachesTheLastOfHundredsOfDevicesByScrolling) {
     for (int i = 0; i < 300; ++i) project.add(CString(std::to_string(i)), CString("N" + std::to_string(i)));
     run({u"300 3 far", u"1 3 near", u"150 2 mid", u"OK"});
-    EXPECT_EQ(project.device(299).m_strCirName, u"far");
-    EXPECT_EQ(project.device(0).m_strCirName, u"near");
-    EXPECT_EQ(project.device(149).m_strCirNo, u"mid");
-    EXPECT_EQ(project.device(298).m_strCirName, u"");
+    const std::vector<CString> devices = project.devices();
+    EXPECT_EQ((std::vector<CString>{devices[0], devices[149], devices[298], devices[299]}),
+              (std::vector<CString>{u"0|N0|near||", u"149|mid|||", u"298|N298|||", u"299|N299|far||"}));
 }
 
 TEST_F(TerminalDialog, AtATerminalThePersonIsPromptedAndSeesTheOpenEditor) {
     project.add(u"d1", u"A1");
     run({u"1 2", u"cancel"}, true);
-    EXPECT_NE(shown().find("屏柜属性设置> "), std::string::npos);
-    EXPECT_NE(shown().find("Editing row 1, column 2: [A1], entries:  1) "), std::string::npos);
-    EXPECT_NE(shown().find("PICK N"), std::string::npos);
+    expectShown({"屏柜属性设置> ", "Editing row 1, column 2: [A1], entries:  1) ", "PICK N"});
 }
 
 TEST_F(TerminalDialog, OddLinesAndBracketedNumbersNeverBreakTheDialog) {
@@ -200,11 +179,8 @@ TEST_F(TerminalDialog, AtATerminalColumnsLineUpByDisplayWidthAndLongCellsAreCutI
 TEST_F(TerminalDialog, AtATerminalALongTableShowsTheRowsAroundTheOpenEditor) {
     for (int i = 1; i <= 200; ++i) project.add(CString("D" + std::to_string(i)));
     run({u"150 3 x", u"SHOW ALL", u"cancel"}, true, {100, 28});
-    const std::string text = shown();
-    EXPECT_NE(text.find("rows 1–20 of 200 (SHOW ALL prints every row)"), std::string::npos);
-    EXPECT_NE(text.find("rows 140–159 of 200"), std::string::npos);
-    EXPECT_NE(text.find("\n> 150 | D150 "), std::string::npos);
-    const std::string all = text.substr(text.rfind("\n  #   | "));
+    expectShown({"rows 1–20 of 200 (SHOW ALL prints every row)", "rows 140–159 of 200", "\n> 150 | D150 "});
+    const std::string all = shown().substr(shown().rfind("\n  #   | "));
     EXPECT_NE(all.find("\n  1   | D1 "), std::string::npos);
     EXPECT_NE(all.find("\n  200 | D200 "), std::string::npos);
 
@@ -218,14 +194,10 @@ TEST_F(TerminalDialog, AtATerminalALongTableShowsTheRowsAroundTheOpenEditor) {
 TEST_F(TerminalDialog, ControlCharactersAreRefusedInCellsAndShownEscaped) {
     project.add(u"d\x1b[2J", u"K\x07");
     run({u"1 3 a\x1b[Db", u"1 3", u"=x\ry", u"\x1b]0;title\x07", u"UP", u"PICK 1", u"=K9", u"1 3 kept", u"OK"});
-    EXPECT_EQ(project.device(0).m_strCirName, u"kept");
-    EXPECT_EQ(project.device(0).m_strCirNo, u"K9");
-    const std::string text = shown();
-    EXPECT_EQ(text.find_first_of("\x1b\x07\r"), std::string::npos);
-    EXPECT_NE(text.find("A cell takes no control characters: \"a\\x1b[Db\" was not typed."), std::string::npos);
-    EXPECT_NE(text.find("\"x\\x0dy\" was not typed."), std::string::npos);
-    EXPECT_NE(text.find("Not understood: \"\\x1b]0;title\\x07\""), std::string::npos);
-    EXPECT_NE(text.find("d\\x1b[2J"), std::string::npos);
+    EXPECT_EQ(project.devices(), std::vector<CString>{u"d\x1b[2J|K9|kept||"});
+    EXPECT_EQ(shown().find_first_of("\x1b\x07\r"), std::string::npos);
     // UP from the top of column 3 lands in the drop-down of column 2, which no click has filled.
-    EXPECT_NE(text.find("The drop-down has no entries; =TEXT still types a cabinet number."), std::string::npos);
+    expectShown({"A cell takes no control characters: \"a\\x1b[Db\" was not typed.", "\"x\\x0dy\" was not typed.",
+                 "Not understood: \"\\x1b]0;title\\x07\"", "d\\x1b[2J",
+                 "The drop-down has no entries; =TEXT still types a cabinet number."});
 }

@@ -5,6 +5,7 @@
 #include "support/Format.h"
 
 #include <filesystem>
+#include <vector>
 
 namespace {
 
@@ -12,6 +13,12 @@ std::u16string joined(const CStringArray& values, const CString& separator) {
     CString text;
     for (int i = 0; i < values.GetSize(); ++i) text += (i ? separator : CString()) + values[i];
     return text.str();
+}
+
+CString valueAt(CHistoryDataOprt& history, int index) {
+    CString value = u"?";
+    history.GetData(index, value);
+    return value;
 }
 
 } // namespace
@@ -52,17 +59,11 @@ TEST_F(SettingsTest, HistoryIsNotRewrittenWithoutASetter) {
     install.writeFile("LocalData/HistoryData.txt", lfOnly);
     {
         CHistoryDataOprt history;
-        CString text;
-        history.GetData(0, text);
-        EXPECT_EQ(text, CString(u"7"));
-        history.GetData(3, text);  // the file ends with a line end: its last value is empty
-        EXPECT_EQ(text, CString());
-        history.GetData(4, text);
-        EXPECT_EQ(text, CString(u"1"));  // a default beyond the file's lines
+        // The file ends with a line end: its last value is empty; beyond the file's lines, the defaults.
         history.SetIntData(QX_HISTORY_DEFAULT_COUNT, 5);
         history.SetIntData(-1, 5);
-        history.GetData(QX_HISTORY_DEFAULT_COUNT, text);
-        EXPECT_EQ(text, CString());
+        EXPECT_EQ((std::vector<CString>{valueAt(history, 0), valueAt(history, 3), valueAt(history, 4), valueAt(history, QX_HISTORY_DEFAULT_COUNT)}),
+                  (std::vector<CString>{u"7", u"", u"1", u""}));
         EXPECT_FALSE(history.m_bChanged);
     }
     EXPECT_EQ(install.readFile("LocalData/HistoryData.txt"), lfOnly);
@@ -78,9 +79,7 @@ TEST_F(SettingsTest, HistoryKeepsExtraLinesAndWritesTheLegacyCodePage) {
     {
         CHistoryDataOprt history;
         ASSERT_EQ(history.m_arrData.GetSize(), QX_HISTORY_DEFAULT_COUNT + 2);
-        CString value;
-        history.GetData(50, value);
-        EXPECT_EQ(value, CString(u"项目"));
+        EXPECT_EQ(valueAt(history, 50), u"项目");
         history.SetDoubleData(0, 0.7);
         history.SetIntData(QX_HISTORY_DEFAULT_COUNT, -12);
     }
@@ -100,15 +99,9 @@ TEST_F(SettingsTest, HistoryValuesWrittenHereReadBackUnchanged) {
         history.m_arrData[7] = u"双压";
         history.SetIntData(8, 3);
     }
-    {
+    for (const int value : {4, 5}) {
         CHistoryDataOprt history;
-        CString value;
-        history.GetData(7, value);
-        EXPECT_EQ(value, CString(u"双压"));
-        history.SetIntData(8, 4);
+        EXPECT_EQ(valueAt(history, 7), u"双压");
+        history.SetIntData(8, value);
     }
-    CHistoryDataOprt history;
-    CString value;
-    history.GetData(7, value);
-    EXPECT_EQ(value, CString(u"双压"));
 }

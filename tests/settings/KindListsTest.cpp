@@ -3,11 +3,15 @@
 #include "settings/KindLists.h"
 #include "settings/SettingsSession.h"
 
+#include <vector>
+
 namespace {
 
-// Every column of one entry, joined by "|".
-CString row(const CKindColumns& kinds, int i) {
-    return kinds.m_arrName[i] + u"|" + kinds.m_arrSymbol[i] + u"|" + kinds.m_arrWidth[i] + u"|" + kinds.m_arrRest[i];
+// Every entry, its columns joined by "|".
+std::vector<CString> rows(const CKindColumns& kinds) {
+    std::vector<CString> all;
+    for (int i = 0; i < kinds.GetSize(); ++i) all.push_back(kinds.m_arrName[i] + u"|" + kinds.m_arrSymbol[i] + u"|" + kinds.m_arrWidth[i] + u"|" + kinds.m_arrRest[i]);
+    return all;
 }
 
 } // namespace
@@ -15,15 +19,15 @@ CString row(const CKindColumns& kinds, int i) {
 TEST_F(SettingsTest, AbsentListFilesGiveTheDefaultLists) {
     CKindColumns kinds;
     EXPECT_FALSE(ReadTerminalKinds(kinds));
-    ASSERT_EQ(kinds.GetSize(), 11);
-    EXPECT_EQ(row(kinds, 3), CString(u"电流端子|粗线|8.20|"));
-    EXPECT_EQ(row(kinds, 10), CString(u"双进双出刀闸端子|＃＆|6.20|"));
+    const std::vector<CString> terminals = rows(kinds);
+    ASSERT_EQ(terminals.size(), 11u);
+    EXPECT_EQ((std::vector<CString>{terminals[3], terminals[10]}), (std::vector<CString>{u"电流端子|粗线|8.20|", u"双进双出刀闸端子|＃＆|6.20|"}));
     EXPECT_FALSE(ReadWireKinds(kinds));
     ASSERT_EQ(kinds.GetSize(), 6);
-    EXPECT_EQ(row(kinds, 2), CString(u"4*0.5mm屏蔽线|★||"));
+    EXPECT_EQ(rows(kinds)[2], u"4*0.5mm屏蔽线|★||");
     EXPECT_FALSE(ReadCircuitKinds(kinds));
     ASSERT_EQ(kinds.GetSize(), 3);
-    EXPECT_EQ(row(kinds, 2), CString(u"普通回路|||"));
+    EXPECT_EQ(rows(kinds)[2], u"普通回路|||");
 }
 
 TEST_F(SettingsTest, TerminalKindLinesSplitIntoNameSymbolWidthAndRest) {
@@ -35,11 +39,7 @@ TEST_F(SettingsTest, TerminalKindLinesSplitIntoNameSymbolWidthAndRest) {
                 u"丁端子:X\r\n");              // no width
     CKindColumns kinds;
     EXPECT_TRUE(ReadTerminalKinds(kinds));
-    ASSERT_EQ(kinds.GetSize(), 4);
-    EXPECT_EQ(row(kinds, 0), CString(u"甲端子|粗线|7.00|"));
-    EXPECT_EQ(row(kinds, 1), CString(u"乙端子|▽|6.25|红"));
-    EXPECT_EQ(row(kinds, 2), CString(u"丙端子||5.00|a,b,c"));
-    EXPECT_EQ(row(kinds, 3), CString(u"丁端子|X|0.00|"));
+    EXPECT_EQ(rows(kinds), (std::vector<CString>{u"甲端子|粗线|7.00|", u"乙端子|▽|6.25|红", u"丙端子||5.00|a,b,c", u"丁端子|X|0.00|"}));
 }
 
 TEST_F(SettingsTest, ATerminalFileOfTheOldFormIsReplacedByTheDefaults) {
@@ -56,18 +56,14 @@ TEST_F(SettingsTest, WireKindsMixTheShortAndTheLongForm) {
     writeLegacy("Data/DZBDXLXFH.txt", u"屏蔽线：@\r\n双绞线:*,4.5,备注\r\n\r\n");
     CKindColumns kinds;
     EXPECT_TRUE(ReadWireKinds(kinds));
-    ASSERT_EQ(kinds.GetSize(), 2);
-    EXPECT_EQ(row(kinds, 0), CString(u"屏蔽线|@||"));
-    EXPECT_EQ(row(kinds, 1), CString(u"双绞线|*|4.50|备注"));
+    EXPECT_EQ(rows(kinds), (std::vector<CString>{u"屏蔽线|@||", u"双绞线|*|4.50|备注"}));
 }
 
 TEST_F(SettingsTest, ACircuitValueKeepsItsOwnColon) {
     writeLegacy("Data/DZBHUILUFH.txt", u"电流回路:A:B\r\n电压回路：U\r\n");
     CKindColumns kinds;
     EXPECT_TRUE(ReadCircuitKinds(kinds));
-    ASSERT_EQ(kinds.GetSize(), 2);
-    EXPECT_EQ(row(kinds, 0), CString(u"电流回路|A:B||"));
-    EXPECT_EQ(row(kinds, 1), CString(u"电压回路|U||"));
+    EXPECT_EQ(rows(kinds), (std::vector<CString>{u"电流回路|A:B||", u"电压回路|U||"}));
 
     install.writeFile("Data/DZBHUILUFH.txt", "junk\r\n");
     EXPECT_FALSE(ReadCircuitKinds(kinds));
@@ -80,10 +76,8 @@ TEST_F(SettingsTest, DistLimitIsAPositiveNumberReadOncePerSession) {
         return CSettingsSession().GetDistLimit();
     };
     EXPECT_DOUBLE_EQ(CSettingsSession().GetDistLimit(), 0.5);
-    EXPECT_DOUBLE_EQ(distLimitOf("1.25\r\n3\r\n"), 1.25);
-    EXPECT_DOUBLE_EQ(distLimitOf("0"), 0.5);
-    EXPECT_DOUBLE_EQ(distLimitOf("-2"), 0.5);
-    EXPECT_DOUBLE_EQ(distLimitOf("abc"), 0.5);
+    EXPECT_EQ((std::vector<double>{distLimitOf("1.25\r\n3\r\n"), distLimitOf("0"), distLimitOf("-2"), distLimitOf("abc")}),
+              (std::vector<double>{1.25, 0.5, 0.5, 0.5}));
 
     CSettingsSession session;
     install.writeFile("Data/DistLimit.txt", "2");

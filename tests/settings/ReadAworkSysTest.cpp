@@ -4,6 +4,8 @@
 #include "settings/ReadAworkSys.h"
 #include "settings/SettingsSession.h"
 
+#include <tuple>
+
 TEST_F(SettingsTest, AworkValuesAreReadInEitherEncoding) {
     const std::u16string text =
         u"未知的行\r\n"
@@ -24,16 +26,11 @@ TEST_F(SettingsTest, AworkValuesAreReadInEitherEncoding) {
         ASSERT_TRUE(settings.Load(session));
         EXPECT_TRUE(settings.m_bRead);
         EXPECT_EQ(settings.m_arrLines.GetSize(), 9);  // the empty line is dropped
-        EXPECT_EQ(settings.m_nCrossNodeSize, 30);
-        EXPECT_EQ(settings.m_strDefaultTextStyle, CString(u" 宋 体 "));
-        EXPECT_DOUBLE_EQ(settings.m_dLabelTextHeight, 3.75);
-        EXPECT_DOUBLE_EQ(settings.m_dFrameWidth, 0.0);
-        EXPECT_EQ(settings.m_strTitleBlockType, CString(u"A3横"));
-        EXPECT_EQ(settings.m_nSymbolNewOld, 0);
-        EXPECT_EQ(settings.m_nVertWireNoTextDir, 0);
-        EXPECT_EQ(settings.GetValueByKey(u"标题栏类型: "), CString(u"A3横"));
-        EXPECT_EQ(settings.GetValueByKeyAsIs(u"标题栏类型: "), CString(u"A 3 横"));
-        EXPECT_EQ(settings.GetValueByKey(u"没有的键: "), CString());
+        EXPECT_EQ(std::tuple(settings.m_nCrossNodeSize, settings.m_strDefaultTextStyle, settings.m_dLabelTextHeight, settings.m_dFrameWidth,
+                             settings.m_strTitleBlockType, settings.m_nSymbolNewOld, settings.m_nVertWireNoTextDir),
+                  std::tuple(30, CString(u" 宋 体 "), 3.75, 0.0, CString(u"A3横"), 0, 0));
+        EXPECT_EQ((std::vector<CString>{settings.GetValueByKey(u"标题栏类型: "), settings.GetValueByKeyAsIs(u"标题栏类型: "), settings.GetValueByKey(u"没有的键: ")}),
+                  (std::vector<CString>{u"A3横", u"A 3 横", u""}));
     }
 }
 
@@ -42,24 +39,18 @@ TEST_F(SettingsTest, AnEmptyFileGivesZeroesAndTheFallbacks) {
     install.writeFile("LocalData/awork.sys", "");
     CSettingsSession session;
     ASSERT_TRUE(settings.Load(session));
-    EXPECT_EQ(settings.m_nCrossNodeSize, 0);
-    EXPECT_EQ(settings.m_nCircuitBlockExplode, 1);
-    EXPECT_EQ(settings.m_nUseSpareTerminalEnds, 1);
-    EXPECT_EQ(settings.m_nVertWireNoTextDir, 0);
-    EXPECT_DOUBLE_EQ(settings.m_dFrameWidth, 0.0);
-    EXPECT_EQ(settings.m_strShortWireToPartDist, CString(u"3.0"));
-    EXPECT_EQ(settings.m_strWireColorTextPos, CString(u"连线下方"));
-    EXPECT_EQ(settings.m_strDeviceTerminalWires, CString());
-    EXPECT_EQ(settings.m_nSamePartPinWiring, 1);  // no text leaves it as it was
-    EXPECT_EQ(settings.m_nSoftwareEdition, 1);
+    // Pin wiring: no text leaves it as it was.
+    EXPECT_EQ(std::tuple(settings.m_nCrossNodeSize, settings.m_nCircuitBlockExplode, settings.m_nUseSpareTerminalEnds, settings.m_nVertWireNoTextDir,
+                         settings.m_dFrameWidth, settings.m_nSamePartPinWiring, settings.m_nSoftwareEdition),
+              std::tuple(0, 1, 1, 0, 0.0, 1, 1));
+    EXPECT_EQ((std::vector<CString>{settings.m_strShortWireToPartDist, settings.m_strWireColorTextPos, settings.m_strDeviceTerminalWires}),
+              (std::vector<CString>{u"3.0", u"连线下方", u""}));
 
     // A value of blanks is empty too; a given value wins over the fallback.
     writeLegacy("LocalData/awork.sys", u"电路图图块允许炸开:    \r\n短接线到元件的距离: 4 .5\r\n打开DWG默认启动方式: 0\r\n");
     settings.m_nCircuitBlockExplode = 7;
     settings.Load(session);
-    EXPECT_EQ(settings.m_nCircuitBlockExplode, 1);
-    EXPECT_EQ(settings.m_strShortWireToPartDist, CString(u"4.5"));
-    EXPECT_EQ(settings.m_nDwgOpenMode, 0);
+    EXPECT_EQ(std::tuple(settings.m_nCircuitBlockExplode, settings.m_strShortWireToPartDist, settings.m_nDwgOpenMode), std::tuple(1, CString(u"4.5"), 0));
 }
 
 TEST_F(SettingsTest, TheTwoWiringTextsSetThePinWiringModeAndOthersLeaveIt) {
@@ -70,10 +61,7 @@ TEST_F(SettingsTest, TheTwoWiringTextsSetThePinWiringModeAndOthersLeaveIt) {
         settings.Load(session);
         return settings.m_nSamePartPinWiring;
     };
-    EXPECT_EQ(modeAfter(u" 短线 方式"), 0);
-    EXPECT_EQ(modeAfter(u"其他"), 0);
-    EXPECT_EQ(modeAfter(u"文字方式"), 1);
-    EXPECT_EQ(modeAfter(u"0"), 1);
+    EXPECT_EQ((std::vector<int>{modeAfter(u" 短线 方式"), modeAfter(u"其他"), modeAfter(u"文字方式"), modeAfter(u"0")}), (std::vector<int>{0, 0, 1, 1}));
 }
 
 TEST_F(SettingsTest, SoftwareEditionFallsBackOnTheErpOrCadMode) {
@@ -103,9 +91,7 @@ TEST_F(SettingsTest, AnUnreadableSettingsFileIsReportedAndLoadsAsEmpty) {
     CReadAworkSys settings;
     settings.m_nCrossNodeSize = 40;
     EXPECT_FALSE(settings.Load(session));
-    EXPECT_TRUE(settings.m_bRead);
-    EXPECT_EQ(settings.m_nCrossNodeSize, 0);
-    EXPECT_EQ(settings.m_nTitleBlockExplode, 1);
+    EXPECT_EQ(std::tuple(settings.m_bRead, settings.m_nCrossNodeSize, settings.m_nTitleBlockExplode), std::tuple(true, 0, 1));
     const CString path = install.logic() + u"LocalData\\awork.sys";
     EXPECT_EQ(output.printed, u"打开文件" + path + u"时出错，错误码为 2\n");
 

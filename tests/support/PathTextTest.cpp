@@ -2,43 +2,32 @@
 
 #include <gtest/gtest.h>
 
-TEST(JoinPath, PutsExactlyOneBackslashAtTheSeam) {
-    EXPECT_EQ(JoinPath(u"a\\", u"\\b"), CString(u"a\\b"));
-    EXPECT_EQ(JoinPath(u"a", u"b"), CString(u"a\\b"));
-    EXPECT_EQ(JoinPath(u"a\\", u"b"), CString(u"a\\b"));
-    EXPECT_EQ(JoinPath(u"a", u"\\b"), CString(u"a\\b"));
-}
+TEST(PathText, JoinsAndTakesApartPathsAsTheHostDoes) {
+    const struct { const char* what; CString got; CString expected; } rows[] = {
+        {"one backslash at the seam", JoinPath(u"a\\", u"\\b"), u"a\\b"},
+        {"a backslash added", JoinPath(u"a", u"b"), u"a\\b"},
+        {"the left's kept", JoinPath(u"a\\", u"b"), u"a\\b"},
+        {"the right's kept", JoinPath(u"a", u"\\b"), u"a\\b"},
+        {"an empty left has no backslash", JoinPath(u"", u"b"), u"\\b"},
+        {"an empty right has no backslash", JoinPath(u"a", u""), u"a\\"},
+        {"a bare name has no file name", GetFileNameOfPath(u"name.txt"), u""},
+        {"a bare name has no last item", GetLastPathItem(u"name.txt"), u""},
+        {"nor has a bare folder", GetLastPathItem(u"name\\"), u""},
+        {"a folder path's last item", GetLastPathItem(u"a\\b\\folder\\"), u"folder"},
+        {"a folder path has no file name", GetFileNameOfPath(u"a\\b\\folder\\"), u""},
+        {"a trailing backslash counts for the parent", GetParentPath(u"a\\b\\folder\\"), u"a\\b\\folder"},
+        {"a file's parent", GetParentPath(u"a\\b\\c.dwg"), u"a\\b"},
+        {"a bare file has no parent", GetParentPath(u"c.dwg"), u""},
+        {"a dot at the end is no extension", RemoveFileExtension(u"a\\name."), u"a\\name."},
+        {"a dot of a folder is no extension", GetFileExtension(u"a.b\\name"), u""},
+        {"the last dot's extension", GetFileExtension(u"a\\x.tar.GZ"), u"GZ"},
+        {"only the last extension goes", RemoveFileExtension(u"a\\x.tar.gz"), u"a\\x.tar"},
+    };
+    for (const auto& row : rows) EXPECT_EQ(row.got, row.expected) << row.what;
 
-TEST(JoinPath, EmptySidesCountAsHavingNoBackslash) {
-    EXPECT_EQ(JoinPath(u"", u"b"), CString(u"\\b"));
-    EXPECT_EQ(JoinPath(u"a", u""), CString(u"a\\"));
-}
-
-TEST(PathItems, BareNamesHaveNoFileNameOrLastItem) {
-    EXPECT_EQ(GetFileNameOfPath(u"name.txt"), CString());
-    EXPECT_EQ(GetLastPathItem(u"name.txt"), CString());
-    EXPECT_EQ(GetLastPathItem(u"name\\"), CString());
-}
-
-TEST(PathItems, TrailingBackslashCountsForParentButNotForLastItem) {
-    EXPECT_EQ(GetLastPathItem(u"a\\b\\folder\\"), CString(u"folder"));
-    EXPECT_EQ(GetFileNameOfPath(u"a\\b\\folder\\"), CString());
-    EXPECT_EQ(GetParentPath(u"a\\b\\folder\\"), CString(u"a\\b\\folder"));
-    EXPECT_EQ(GetParentPath(u"a\\b\\c.dwg"), CString(u"a\\b"));
-    EXPECT_EQ(GetParentPath(u"c.dwg"), CString());
-}
-
-TEST(Extensions, NeedAtLeastOneCharacterBehindTheLastDotOfTheLastItem) {
     EXPECT_FALSE(HasFileExtension(u"a\\name."));
-    EXPECT_EQ(RemoveFileExtension(u"a\\name."), CString(u"a\\name."));
     EXPECT_FALSE(HasFileExtension(u"a.b\\name"));
-    EXPECT_EQ(GetFileExtension(u"a.b\\name"), CString());
-    EXPECT_EQ(GetFileExtension(u"a\\x.tar.GZ"), CString(u"GZ"));
-    EXPECT_EQ(RemoveFileExtension(u"a\\x.tar.gz"), CString(u"a\\x.tar"));
-}
-
-TEST(Extensions, ProjectAndDeviceFilesIgnoreCase) {
-    EXPECT_TRUE(IsPrjFile(u"a\\A.PRJ"));
+    EXPECT_TRUE(IsPrjFile(u"a\\A.PRJ"));  // the kinds ignore case
     EXPECT_TRUE(IsItmFile(u"x\\项目.Itm"));
     EXPECT_FALSE(IsItmFile(u"x\\itm"));
 }

@@ -5,11 +5,7 @@
 #include <gtest/gtest.h>
 
 TEST(PrintableText, EscapesEveryControlCharacterAndNothingElse) {
-    struct Case {
-        CString text;
-        const char* escaped;
-        const char* keepingLines;
-    };
+    struct Case { CString text; const char* escaped; const char* keepingLines; };
     const Case cases[] = {
         {u"柜 K01 \\home\\bob", "柜 K01 \\home\\bob", "柜 K01 \\home\\bob"},
         {u"\x1b[A", "\\x1b[A", "\\x1b[A"},
@@ -28,12 +24,7 @@ TEST(PrintableText, EscapesEveryControlCharacterAndNothingElse) {
 }
 
 TEST(DisplayWidth, CountsColumnsAndFitsTextIntoThem) {
-    struct Case {
-        CString text;
-        int width;
-        int fitTo;
-        const char* fitted;
-    };
+    struct Case { CString text; int width; int fitTo; const char* fitted; };
     const Case cases[] = {
         {u"K01", 3, 5, "K01  "},
         {u"进线柜", 6, 6, "进线柜"},

@@ -1,8 +1,8 @@
+#include "DatabaseReads.h"
 #include "common/CapturedOutput.h"
 #include "common/TempFolder.h"
 #include "support/Encoding.h"
 #include "support/FileSystem.h"
-#include "support/database/OperateMdb.h"
 
 #include <gtest/gtest.h>
 
@@ -30,15 +30,7 @@ protected:
         out << in.rdbuf();
         return out.str();
     }
-
-    static CStringArray column(COperateMdb& db, const CString& table, const CString& field, int kind) {
-        CStringArray values;
-        EXPECT_TRUE(db.GetFieldValues(table, field, values, kind, false)) << table << "." << field;
-        return values;
-    }
 };
-
-std::vector<CString> asVector(const CStringArray& list) { return {list.begin(), list.end()}; }
 
 } // namespace
 
@@ -47,65 +39,39 @@ TEST_F(AccessFiles, Jet3AndAceFilesGiveTheirColumnsAfterTheKind) {
         SCOPED_TRACE(name);
         COperateMdb db(path(name));
         ASSERT_TRUE(db.IsOpen());
-        CStringArray tables;
-        db.GetTableNames(tables);
-        EXPECT_EQ(asVector(tables), (std::vector<CString>{u"Table1", u"Table2", u"Table3", u"Table4"}));
+        EXPECT_EQ(tablesOf(db), (Values{u"Table1", u"Table2", u"Table3", u"Table4"}));
         EXPECT_TRUE(db.TableExists(u"TABLE1"));
         EXPECT_FALSE(db.TableExists(u"MSysObjects"));  // system tables are not the user's
-
-        EXPECT_EQ(asVector(column(db, u"Table1", u"A", QX_KIND_CHAR)), (std::vector<CString>{u"a", u"abcdefg"}));
-        EXPECT_EQ(asVector(column(db, u"Table1", u"E", QX_KIND_INTEGER)), (std::vector<CString>{u"0", u"333333333"}));
-        EXPECT_EQ(asVector(column(db, u"Table1", u"D", QX_KIND_INTEGER)), (std::vector<CString>{u"0", u"222"}));
-        EXPECT_EQ(asVector(column(db, u"Table1", u"F", QX_KIND_DOUBLE)), (std::vector<CString>{u"0.00", u"444.56"}));
-        EXPECT_EQ(asVector(column(db, u"Table1", u"I", QX_KIND_BOOLEAN)), (std::vector<CString>{u"0", u"1"}));
-        // A date has no text form: each row repeats the one before, the first is empty.
-        EXPECT_EQ(asVector(column(db, u"Table1", u"G", QX_KIND_DATE)), (std::vector<CString>{u"", u""}));
-
-        CStringArray names;
-        ASSERT_TRUE(db.GetFieldNames(u"Table1", names));
-        EXPECT_EQ(asVector(names), (std::vector<CString>{u"A", u"B", u"C", u"D", u"E", u"F", u"G", u"H", u"I"}));
-        int kind = 0;
-        ASSERT_TRUE(db.GetFieldKind(u"Table1", u"A", kind));
-        EXPECT_EQ(kind, QX_KIND_VARWCHAR);
-        ASSERT_TRUE(db.GetFieldKind(u"Table1", u"e", kind));
-        EXPECT_EQ(kind, QX_KIND_INTEGER);
-        ASSERT_TRUE(db.GetFieldKind(u"Table1", u"I", kind));
-        EXPECT_EQ(kind, QX_KIND_BOOLEAN);
-        EXPECT_EQ(db.GetRecordCount(u"Table1"), 2);
-        EXPECT_EQ(db.GetRecordCount(u"Nothing"), -1);
-
-        CStringArray values;
-        EXPECT_FALSE(db.GetFieldValues(u"Table1", u"NoSuchField", values, QX_KIND_CHAR, false));
-        EXPECT_FALSE(db.GetFieldValues(u"Nothing", u"A", values, QX_KIND_CHAR, false));
-        EXPECT_FALSE(db.GetFieldValues(u"", u"A", values, QX_KIND_CHAR, false));
+        const struct { const char16_t* field; int kind; Values values; } columns[] = {
+            {u"A", QX_KIND_CHAR, {u"a", u"abcdefg"}},      {u"E", QX_KIND_INTEGER, {u"0", u"333333333"}},
+            {u"D", QX_KIND_INTEGER, {u"0", u"222"}},       {u"F", QX_KIND_DOUBLE, {u"0.00", u"444.56"}},
+            {u"I", QX_KIND_BOOLEAN, {u"0", u"1"}},
+            {u"G", QX_KIND_DATE, {u"", u""}},  // a date has no text form: each row repeats the one before, the first is empty
+            {u"NoSuchField", QX_KIND_CHAR, {kFailed}},
+        };
+        for (const auto& column : columns) EXPECT_EQ(columnOf(db, u"Table1", column.field, column.kind), column.values) << CString(column.field);
+        EXPECT_EQ(columnOf(db, u"Nothing", u"A", QX_KIND_CHAR), Values{kFailed});
+        EXPECT_EQ(columnOf(db, u"", u"A", QX_KIND_CHAR), Values{kFailed});
+        EXPECT_EQ(fieldsOf(db, u"Table1"), (Values{u"A", u"B", u"C", u"D", u"E", u"F", u"G", u"H", u"I"}));
+        EXPECT_EQ((std::vector<int>{kindOf(db, u"Table1", u"A"), kindOf(db, u"Table1", u"e"), kindOf(db, u"Table1", u"I")}),
+                  (std::vector<int>{QX_KIND_VARWCHAR, QX_KIND_INTEGER, QX_KIND_BOOLEAN}));
+        EXPECT_EQ((std::vector<int>{db.GetRecordCount(u"Table1"), db.GetRecordCount(u"Nothing")}), (std::vector<int>{2, -1}));
     }
 }
 
 TEST_F(AccessFiles, UnicodeTextComesOutInEveryScript) {
     COperateMdb db(path("testUnicodeCompV2003.mdb"));
     ASSERT_TRUE(db.IsOpen());
-    const CStringArray values = column(db, u"Table", u"Unicode", QX_KIND_CHAR);
-    ASSERT_EQ(values.GetSize(), 8);
-    EXPECT_EQ(values[1], CString(u"ääkkösiä"));
-    EXPECT_EQ(values[2], CString(u"Мир"));
-    EXPECT_EQ(values[3], CString(u"\u03f0\u03b1\u1f76 \u03c4\u1f79\u03c4' \u1f10\u03b3\u1f7c \u039a\u1f7b\u03f0\u03bb\u03c9\u03c0\u03b1"));
-    EXPECT_EQ(values[4], CString(u"漢字仮名交じり文"));
-    EXPECT_EQ(values[6], CString(u"ümlaut"));
-
+    const Values values = columnOf(db, u"Table", u"Unicode", QX_KIND_CHAR);
+    ASSERT_EQ(values.size(), 8u);
+    EXPECT_EQ((Values{values[1], values[2], values[3], values[4], values[6]}),
+              (Values{u"ääkkösiä", u"Мир", u"\u03f0\u03b1\u1f76 \u03c4\u1f79\u03c4' \u1f10\u03b3\u1f7c \u039a\u1f7b\u03f0\u03bb\u03c9\u03c0\u03b1",
+                      u"漢字仮名交じり文", u"ümlaut"}));
     // Conditions as the host's provider reads them: Like, text compared ignoring case.
     const CStringArray fields({u"Unicode"});
-    CStringArray patterns({u"мИР"});
-    CStringArray found;
-    ASSERT_TRUE(db.GetFieldValuesWhere(u"Table", u"ID", fields, patterns, found, QX_KIND_INTEGER, false));
-    EXPECT_EQ(asVector(found), (std::vector<CString>{u"3"}));
-    patterns[0] = u"%仮名%";
-    ASSERT_TRUE(db.GetFieldValuesWhere(u"Table", u"ID", fields, patterns, found, QX_KIND_INTEGER, false));
-    EXPECT_EQ(asVector(found), (std::vector<CString>{u"5"}));
-    patterns[0] = u"_nly ascii%";
-    CArray<CStringArray> rows;
-    ASSERT_TRUE(db.SelectRows(u"Table", fields, patterns, rows));
-    ASSERT_EQ(rows.GetSize(), 1);
-    EXPECT_EQ(asVector(rows[0]), (std::vector<CString>{u"1", u"only ascii chars"}));
+    EXPECT_EQ(whereOf(db, u"Table", u"ID", fields, CStringArray({u"мИР"})), Values{u"3"});
+    EXPECT_EQ(whereOf(db, u"Table", u"ID", fields, CStringArray({u"%仮名%"})), Values{u"5"});
+    EXPECT_EQ(rowsOf(db, u"Table", fields, CStringArray({u"_nly ascii%"})), Values{u"1|only ascii chars"});
 }
 
 TEST_F(AccessFiles, Jet3TextIsReadInTheLegacyCodePage) {
@@ -124,8 +90,8 @@ TEST_F(AccessFiles, Jet3TextIsReadInTheLegacyCodePage) {
 
     COperateMdb db(folder.logic() + u"cn.mdb");
     ASSERT_TRUE(db.IsOpen());
-    EXPECT_EQ(asVector(column(db, u"Table1", u"A", QX_KIND_CHAR)), (std::vector<CString>{u"a", u"工程名X"}));
-    EXPECT_EQ(asVector(column(db, u"Table1", u"B", QX_KIND_CHAR)), (std::vector<CString>{u"b", u"Мирabc"}));
+    EXPECT_EQ(columnOf(db, u"Table1", u"A", QX_KIND_CHAR), (Values{u"a", u"工程名X"}));
+    EXPECT_EQ(columnOf(db, u"Table1", u"B", QX_KIND_CHAR), (Values{u"b", u"Мирabc"}));
 }
 
 TEST_F(AccessFiles, AccessFilesAreNeverChanged) {
@@ -183,17 +149,12 @@ TEST_F(AccessFiles, CutOrDamagedFilesGiveNothingAndDoNotCrash) {
 TEST_F(AccessFiles, AConditionValueWithALoneQuoteFailsAsTheFormedStatementDoes) {
     COperateMdb db(path("testUnicodeCompV2003.mdb"));
     ASSERT_TRUE(db.IsOpen());
-    CStringArray found;
-    CArray<CStringArray> rows;
+    const CStringArray fields({u"Unicode"});
     for (const char16_t* value : {u"only ascii chars\"", u"\"", u"x\" OR \"1\"=\"1"}) {
-        SCOPED_TRACE(CString(value));
-        EXPECT_FALSE(db.GetFieldValuesWhere(u"Table", u"ID", CStringArray({u"Unicode"}), CStringArray({value}), found, QX_KIND_INTEGER, false));
-        EXPECT_FALSE(db.SelectRows(u"Table", CStringArray({u"Unicode"}), CStringArray({value}), rows));
-        EXPECT_TRUE(rows.IsEmpty());
+        EXPECT_EQ(whereOf(db, u"Table", u"ID", fields, CStringArray({value})), Values{kFailed}) << CString(value);
+        EXPECT_EQ(rowsOf(db, u"Table", fields, CStringArray({value})), Values{kFailed}) << CString(value);
     }
     // A doubled quote is one quote inside the literal: the statement stands, and no row holds a quote.
-    EXPECT_TRUE(db.GetFieldValuesWhere(u"Table", u"ID", CStringArray({u"Unicode"}), CStringArray({u"only \"\"ascii%"}), found, QX_KIND_INTEGER, false));
-    EXPECT_TRUE(found.IsEmpty());
-    EXPECT_TRUE(db.GetFieldValuesWhere(u"Table", u"ID", CStringArray({u"Unicode"}), CStringArray({u"only ascii%"}), found, QX_KIND_INTEGER, false));
-    EXPECT_EQ(asVector(found), (std::vector<CString>{u"1"}));
+    EXPECT_EQ(whereOf(db, u"Table", u"ID", fields, CStringArray({u"only \"\"ascii%"})), Values{});
+    EXPECT_EQ(whereOf(db, u"Table", u"ID", fields, CStringArray({u"only ascii%"})), Values{u"1"});
 }
