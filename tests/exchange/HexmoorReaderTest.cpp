@@ -152,69 +152,56 @@ TEST(HexmoorReader, MissingNewDataSetStopsAfterTheType) {
     }
 }
 
-TEST(HexmoorReader, MissingCabinetOrSubNodesIsNoFailure) {
+struct RawReadCase {
+    const char* what;
+    std::string document;
+    std::vector<CString> fields;  // fieldsOf the node read into a prefilled one
+    std::vector<CString> children;
+    std::vector<CString> boxes;
+};
+
+TEST(HexmoorReader, RawDocumentsReadUntilTheFirstMissingAttribute) {
+    const std::string schema = "<DataSchema><NewDataSet/></DataSchema>";
+    const RawReadCase cases[] = {
+        {"a device without a cabinet block keeps its BOMs",
+         kHead + "<Node Name='K' ID='D' Type='3' CirNo='1' CirName='' CirType='' CirSize=''><Boms><other/></Boms>" + schema + "</Node></Hexmoor>",
+         {u"K", u"D", u"3", u"1", u"", u"", u"", u"old boms", u"<NewDataSet/>"}, {}, {}},
+        {"a project without sub-nodes reads no cabinet fields",
+         kHead + "<Node Name='R' ID='' Type='100'>" + schema + "</Node></Hexmoor>",
+         {u"R", u"", u"100", u"old no", u"old cir", u"old model", u"old size", u"old boms", u"<NewDataSet/>"}, {}, {}},
+        {"no ID: the read stops after the name",
+         kHead + "<Node Name='N' Type=''>" + schema + "</Node></Hexmoor>",
+         {u"N", u"old id", u"old type", u"old no", u"old cir", u"old model", u"old size", u"old boms", u"old schema"}, {},
+         {u"Type mismatch."}},
+        {"no CirSize: the read stops before it and the BOMs",
+         kHead + "<Node Name='K' ID='D' Type='0' CirNo='1' CirName='2' CirType='3'><Boms><cabinet/></Boms>" + schema + "</Node></Hexmoor>",
+         {u"K", u"D", u"0", u"1", u"2", u"3", u"old size", u"old boms", u"<NewDataSet/>"}, {}, {u"Type mismatch."}},
+        {"a sub-node without an ID ends the children",
+         kHead + "<Node Name='R' ID='' Type=''><SubNodes><SubNode Name='a' ID='1' Type='0'/><SubNode Name='b' Type='0'/>"
+                 "<SubNode Name='c' ID='3' Type='0'/></SubNodes>" + schema + "</Node></Hexmoor>",
+         {u"R", u"", u"", u"old no", u"old cir", u"old model", u"old size", u"old boms", u"<NewDataSet/>"}, {u"a"},
+         {u"Type mismatch."}},
+        {"paths only: comments, attribute order and a second Node do not matter; the first Node is read",
+         "<!-- c --><Hexmoor><Node Type='' ID='i' Name='first'>  <!-- x -->\r\n<DataSchema><NewDataSet a='1'/></DataSchema>"
+         "<SubNodes><SubNode Type='100' ID='' Name='dup'/><SubNode Name='dup' ID='' Type='100'/></SubNodes></Node>"
+         "<Node Name='second' ID='' Type=''><SubNodes><SubNode Name='more' ID='' Type='0'/></SubNodes></Node></Hexmoor>",
+         {u"first", u"i", u"", u"old no", u"old cir", u"old model", u"old size", u"old boms", u"<NewDataSet a=\"1\"/>"},
+         {u"dup", u"dup", u"more"}, {}},
+    };
     TempFolder folder;
-    auto node = prefilled();
-    CapturedOutput output;
-    readBytes(folder, kHead + "<Node Name='K' ID='D' Type='3' CirNo='1' CirName='' CirType='' CirSize=''>"
-                              "<Boms><other/></Boms><DataSchema><NewDataSet/></DataSchema></Node></Hexmoor>", *node);
-    EXPECT_EQ(node->m_strBoms, CString(u"old boms"));
-    EXPECT_EQ(node->m_strCirNo, CString(u"1"));
-    EXPECT_EQ(node->m_strCirName, CString());
-
-    auto project = prefilled();
-    readBytes(folder, kHead + "<Node Name='R' ID='' Type='100'><DataSchema><NewDataSet/></DataSchema></Node></Hexmoor>", *project);
-    EXPECT_TRUE(project->m_arrChildren.IsEmpty());
-    EXPECT_EQ(project->m_strType, CString(u"100"));
-    // A project reads no cabinet fields.
-    EXPECT_EQ(project->m_strCirNo, CString(u"old no"));
-    EXPECT_TRUE(output.boxes.empty());
-}
-
-TEST(HexmoorReader, MissingAttributeOfAFoundElementIsAFailedRead) {
-    TempFolder folder;
-    CapturedOutput output;
-
-    auto noId = prefilled();
-    readBytes(folder, kHead + "<Node Name='N' Type=''><DataSchema><NewDataSet/></DataSchema></Node></Hexmoor>", *noId);
-    EXPECT_EQ(noId->m_strName, CString(u"N"));
-    EXPECT_EQ(noId->m_strID, CString(u"old id"));
-    EXPECT_EQ(noId->m_strType, CString(u"old type"));
-
-    auto noSize = prefilled();
-    readBytes(folder, kHead + "<Node Name='K' ID='D' Type='0' CirNo='1' CirName='2' CirType='3'>"
-                              "<Boms><cabinet/></Boms><DataSchema><NewDataSet/></DataSchema></Node></Hexmoor>", *noSize);
-    EXPECT_EQ(noSize->m_strCirType, CString(u"3"));
-    EXPECT_EQ(noSize->m_strCirSize, CString(u"old size"));
-    EXPECT_EQ(noSize->m_strBoms, CString(u"old boms"));
-
-    auto badChild = prefilled();
-    readBytes(folder, kHead + "<Node Name='R' ID='' Type=''><SubNodes><SubNode Name='a' ID='1' Type='0'/>"
-                              "<SubNode Name='b' Type='0'/><SubNode Name='c' ID='3' Type='0'/></SubNodes>"
-                              "<DataSchema><NewDataSet/></DataSchema></Node></Hexmoor>", *badChild);
-    ASSERT_EQ(badChild->m_arrChildren.GetSize(), 1);
-    EXPECT_EQ(badChild->m_arrChildren[0]->m_strName, CString(u"a"));
-
-    ASSERT_EQ(output.boxes.size(), 3u);
-    for (const CapturedOutput::Box& box : output.boxes) EXPECT_EQ(box.text, CString(u"Type mismatch."));
-}
-
-TEST(HexmoorReader, GoesByPathsOnlyAndTakesTheFirstNode) {
-    TempFolder folder;
-    auto node = std::make_unique<HMProjectTree_INFO>();
-    CapturedOutput output;
-    readBytes(folder, "<!-- c --><Hexmoor><Node Type='' ID='i' Name='first'>  <!-- x -->\r\n"
-                      "<DataSchema><NewDataSet a='1'/></DataSchema><SubNodes><SubNode Type='100' ID='' Name='dup'/>"
-                      "<SubNode Name='dup' ID='' Type='100'/></SubNodes></Node>"
-                      "<Node Name='second' ID='' Type=''><SubNodes><SubNode Name='more' ID='' Type='0'/></SubNodes></Node></Hexmoor>",
-              *node);
-    EXPECT_TRUE(output.boxes.empty());
-    EXPECT_EQ(node->m_strName, CString(u"first"));
-    EXPECT_EQ(node->m_strDataSchema, CString(u"<NewDataSet a=\"1\"/>"));
-    ASSERT_EQ(node->m_arrChildren.GetSize(), 3);
-    EXPECT_EQ(node->m_arrChildren[0]->m_strName, CString(u"dup"));
-    EXPECT_EQ(node->m_arrChildren[1]->m_strName, CString(u"dup"));
-    EXPECT_EQ(node->m_arrChildren[2]->m_strName, CString(u"more"));
+    for (const RawReadCase& row : cases) {
+        SCOPED_TRACE(row.what);
+        auto node = prefilled();
+        CapturedOutput output;
+        readBytes(folder, row.document, *node);
+        EXPECT_EQ(fieldsOf(*node), row.fields);
+        std::vector<CString> children;
+        for (int i = 0; i < node->m_arrChildren.GetSize(); ++i) children.push_back(node->m_arrChildren[i]->m_strName);
+        EXPECT_EQ(children, row.children);
+        std::vector<CString> boxes;
+        for (const CapturedOutput::Box& box : output.boxes) boxes.push_back(box.text);
+        EXPECT_EQ(boxes, row.boxes);
+    }
 }
 
 TEST(HexmoorReader, ReadsUtf16AndDeclaredLegacyEncodings) {
