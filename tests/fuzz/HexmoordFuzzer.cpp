@@ -52,9 +52,10 @@ int connectTo(int port) {
     return -1;
 }
 
-// Sends the bytes and reads the reply until the server closes; gives the reply. A request that may claim
-// more body than it brings is followed by closing the sending side, so that the server does not wait for
-// the rest; the server then answers only what it screens before its handlers.
+// Sends the bytes and reads the reply until the server closes; gives the reply. An input may claim more
+// body than it brings: closing the sending side keeps the server from waiting for the rest. A client that
+// has closed its side gets no answer from the route handlers, only the refusals made before them, so the
+// harness's own login keeps its side open.
 std::string exchange(int port, std::string_view request, bool closeSendingSide = true) {
     const int fd = connectTo(port);
     if (fd < 0) return {};
