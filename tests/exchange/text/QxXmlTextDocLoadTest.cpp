@@ -52,6 +52,7 @@ TEST(QxXmlTextDocLoad, DeclarationsThatCannotBeRightLoseNoText) {
     const std::pair<const char*, std::string> cases[] = {
         {"UTF-8X: its first five characters", declared("UTF-8X") + utf8},
         {"a comment ahead of the declaration", "<!-- -->\r\n" + declared("GBK") + utf8},
+        {"the target of an instruction is no attribute", "<?encoding=\"GBK\"?>" + utf8},
         {"a declaration past the first hundred bytes", std::string(101, ' ') + declared("GBK") + utf8},
         {"a declaration cut by the hundredth byte", std::string(70, ' ') + declared("GBK") + utf8},
         {"an unknown name", declared("x-no-such-code") + legacy},
