@@ -17,6 +17,8 @@ void readProducts(const CString& products, HMProjectTree_INFO& rows) {
     HMXmlReadProducts(document, &rows);
 }
 
+std::vector<BOM_INFO> listOf(const BomRows& rows) { return {rows.begin(), rows.end()}; }
+
 std::vector<CString> namesOf(const BomRows& rows) {
     std::vector<CString> names;
     for (const BOM_INFO& r : rows) names.push_back(r.m_strRowName);
@@ -51,13 +53,10 @@ TEST(HexmoorProducts, AccessoryRowsTakeModelAndCountFromTheRemark) {
                  u"<product F_Name='e' F_Model='m' F_Numbers='1' F_Remark='x≌3'/>"
                  u"<product F_Name='f' F_Model='m' F_Numbers='1' F_Remark='附件≌3'/>",
                  rows);
-    ASSERT_EQ(rows.m_arrPrimaryBom.GetSize(), 6);
-    EXPECT_EQ(rows.m_arrPrimaryBom[0], row(u"a", u"新型号", u"2+附件", u"原型号"));
-    EXPECT_EQ(rows.m_arrPrimaryBom[1], row(u"b", u"+附件", u"", u"m"));
-    EXPECT_EQ(rows.m_arrPrimaryBom[2], row(u"c", u"m", u"1", u"带+附件无分隔"));
-    EXPECT_EQ(rows.m_arrPrimaryBom[3], row(u"d", u"m", u"1", u"x≌+附件≌3"));
-    EXPECT_EQ(rows.m_arrPrimaryBom[4], row(u"e", u"m", u"1", u"x≌3"));
-    EXPECT_EQ(rows.m_arrPrimaryBom[5], row(u"f", u"m", u"1", u"附件≌3"));
+    EXPECT_EQ(listOf(rows.m_arrPrimaryBom),
+              (std::vector<BOM_INFO>{row(u"a", u"新型号", u"2+附件", u"原型号"), row(u"b", u"+附件", u"", u"m"),
+                                     row(u"c", u"m", u"1", u"带+附件无分隔"), row(u"d", u"m", u"1", u"x≌+附件≌3"),
+                                     row(u"e", u"m", u"1", u"x≌3"), row(u"f", u"m", u"1", u"附件≌3")}));
 }
 
 TEST(HexmoorProducts, OnlyAnExactOneMakesASecondaryRow) {
@@ -67,9 +66,7 @@ TEST(HexmoorProducts, OnlyAnExactOneMakesASecondaryRow) {
                  u"<product F_Name='p2' F_IsSecondary='true'/><product F_Name='p3' F_IsSecondary=''/>"
                  u"<product F_Name='p4'/><product F_IsSecondary='1' F_Name='s2'/>",
                  rows);
-    ASSERT_EQ(rows.m_arrSecondaryBom.GetSize(), 2);
-    EXPECT_EQ(rows.m_arrSecondaryBom[0], row(u"s", u"M", u"abc", u"R"));
-    EXPECT_EQ(rows.m_arrSecondaryBom[1], row(u"s2", u"", u"", u""));
+    EXPECT_EQ(listOf(rows.m_arrSecondaryBom), (std::vector<BOM_INFO>{row(u"s", u"M", u"abc", u"R"), row(u"s2", u"", u"", u"")}));
     EXPECT_EQ(namesOf(rows.m_arrPrimaryBom), (std::vector<CString>{u"p0", u"p1", u"p2", u"p3", u"p4"}));
 }
 

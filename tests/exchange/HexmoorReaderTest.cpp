@@ -76,19 +76,16 @@ TEST(HexmoorReader, ProjectRoundTripGivesStubsInDocumentOrder) {
     EXPECT_EQ(read.m_strName, CString(u"工程"));
     EXPECT_EQ(read.m_strType, CString());
     EXPECT_EQ(read.m_strDataSchema, CString(u"<NewDataSet/>"));
-    ASSERT_EQ(read.m_arrChildren.GetSize(), 3);
-    const char16_t* ids[] = {u"S1", u"D1", u"D2"};
-    const char16_t* types[] = {u"100", u"0", u"x"};
-    for (int i = 0; i < 3; ++i) {
-        const HMProjectTree_INFO& stub = *read.m_arrChildren[i];
-        EXPECT_EQ(stub.m_strID, CString(ids[i]));
-        EXPECT_EQ(stub.m_strType, CString(types[i]));
-        // The cabinet fields of a child come from its own document, not from the SubNode.
-        EXPECT_EQ(stub.m_strCirNo, CString());
-        EXPECT_EQ(stub.m_nCabCount, 1);
-        EXPECT_EQ(stub.m_pParent, nullptr);
+    // The cabinet fields of a child come from its own document, not from the SubNode.
+    std::vector<std::vector<CString>> stubs;
+    for (const HMProjectTree_INFO* stub : read.m_arrChildren) {
+        stubs.push_back(fieldsOf(*stub));
+        EXPECT_EQ(stub->m_nCabCount, 1);
+        EXPECT_EQ(stub->m_pParent, nullptr);
     }
-    EXPECT_EQ(read.m_arrChildren[2]->m_strName, CString(u"K01"));
+    EXPECT_EQ(stubs, (std::vector<std::vector<CString>>{{u"一期", u"S1", u"100", u"", u"", u"", u"", u"", u""},
+                                                        {u"K01", u"D1", u"0", u"", u"", u"", u"", u"", u""},
+                                                        {u"K01", u"D2", u"x", u"", u"", u"", u"", u"", u""}}));
 }
 
 TEST(HexmoorReader, DocumentsWithoutANodeLeaveTheNodeUnchangedWithABox) {
@@ -152,90 +149,89 @@ TEST(HexmoorReader, MissingNewDataSetStopsAfterTheType) {
     }
 }
 
-TEST(HexmoorReader, MissingCabinetOrSubNodesIsNoFailure) {
-    TempFolder folder;
-    auto node = prefilled();
-    CapturedOutput output;
-    readBytes(folder, kHead + "<Node Name='K' ID='D' Type='3' CirNo='1' CirName='' CirType='' CirSize=''>"
-                              "<Boms><other/></Boms><DataSchema><NewDataSet/></DataSchema></Node></Hexmoor>", *node);
-    EXPECT_EQ(node->m_strBoms, CString(u"old boms"));
-    EXPECT_EQ(node->m_strCirNo, CString(u"1"));
-    EXPECT_EQ(node->m_strCirName, CString());
+struct RawReadCase {
+    const char* what;
+    std::string document;
+    std::vector<CString> fields;  // fieldsOf the node read into a prefilled one
+    std::vector<CString> children;
+    std::vector<CString> boxes;
+};
 
-    auto project = prefilled();
-    readBytes(folder, kHead + "<Node Name='R' ID='' Type='100'><DataSchema><NewDataSet/></DataSchema></Node></Hexmoor>", *project);
-    EXPECT_TRUE(project->m_arrChildren.IsEmpty());
-    EXPECT_EQ(project->m_strType, CString(u"100"));
-    // A project reads no cabinet fields.
-    EXPECT_EQ(project->m_strCirNo, CString(u"old no"));
-    EXPECT_TRUE(output.boxes.empty());
+TEST(HexmoorReader, RawDocumentsReadUntilTheFirstMissingAttribute) {
+    const std::string schema = "<DataSchema><NewDataSet/></DataSchema>";
+    const RawReadCase cases[] = {
+        {"a device without a cabinet block keeps its BOMs",
+         kHead + "<Node Name='K' ID='D' Type='3' CirNo='1' CirName='' CirType='' CirSize=''><Boms><other/></Boms>" + schema + "</Node></Hexmoor>",
+         {u"K", u"D", u"3", u"1", u"", u"", u"", u"old boms", u"<NewDataSet/>"}, {}, {}},
+        {"a project without sub-nodes reads no cabinet fields",
+         kHead + "<Node Name='R' ID='' Type='100'>" + schema + "</Node></Hexmoor>",
+         {u"R", u"", u"100", u"old no", u"old cir", u"old model", u"old size", u"old boms", u"<NewDataSet/>"}, {}, {}},
+        {"no ID: the read stops after the name",
+         kHead + "<Node Name='N' Type=''>" + schema + "</Node></Hexmoor>",
+         {u"N", u"old id", u"old type", u"old no", u"old cir", u"old model", u"old size", u"old boms", u"old schema"}, {},
+         {u"Type mismatch."}},
+        {"no CirSize: the read stops before it and the BOMs",
+         kHead + "<Node Name='K' ID='D' Type='0' CirNo='1' CirName='2' CirType='3'><Boms><cabinet/></Boms>" + schema + "</Node></Hexmoor>",
+         {u"K", u"D", u"0", u"1", u"2", u"3", u"old size", u"old boms", u"<NewDataSet/>"}, {}, {u"Type mismatch."}},
+        {"a sub-node without an ID ends the children",
+         kHead + "<Node Name='R' ID='' Type=''><SubNodes><SubNode Name='a' ID='1' Type='0'/><SubNode Name='b' Type='0'/>"
+                 "<SubNode Name='c' ID='3' Type='0'/></SubNodes>" + schema + "</Node></Hexmoor>",
+         {u"R", u"", u"", u"old no", u"old cir", u"old model", u"old size", u"old boms", u"<NewDataSet/>"}, {u"a"},
+         {u"Type mismatch."}},
+        {"paths only: comments, attribute order and a second Node do not matter; the first Node is read",
+         "<!-- c --><Hexmoor><Node Type='' ID='i' Name='first'>  <!-- x -->\r\n<DataSchema><NewDataSet a='1'/></DataSchema>"
+         "<SubNodes><SubNode Type='100' ID='' Name='dup'/><SubNode Name='dup' ID='' Type='100'/></SubNodes></Node>"
+         "<Node Name='second' ID='' Type=''><SubNodes><SubNode Name='more' ID='' Type='0'/></SubNodes></Node></Hexmoor>",
+         {u"first", u"i", u"", u"old no", u"old cir", u"old model", u"old size", u"old boms", u"<NewDataSet a=\"1\"/>"},
+         {u"dup", u"dup", u"more"}, {}},
+    };
+    TempFolder folder;
+    for (const RawReadCase& row : cases) {
+        SCOPED_TRACE(row.what);
+        auto node = prefilled();
+        CapturedOutput output;
+        readBytes(folder, row.document, *node);
+        EXPECT_EQ(fieldsOf(*node), row.fields);
+        std::vector<CString> children;
+        for (int i = 0; i < node->m_arrChildren.GetSize(); ++i) children.push_back(node->m_arrChildren[i]->m_strName);
+        EXPECT_EQ(children, row.children);
+        std::vector<CString> boxes;
+        for (const CapturedOutput::Box& box : output.boxes) boxes.push_back(box.text);
+        EXPECT_EQ(boxes, row.boxes);
+    }
 }
 
-TEST(HexmoorReader, MissingAttributeOfAFoundElementIsAFailedRead) {
+// UTF-16 and UTF-8 by their marks, legacy code pages by the declaration; GBK characters under a GB2312
+// label are read as Windows reads them, and a declaration in single bytes cannot truly say UTF-32.
+TEST(HexmoorReader, ReadsEveryFieldInUtf16Utf8AndDeclaredLegacyEncodings) {
+    const auto declaring = [](const CString& name, const char16_t* encoding) {
+        CString text = cabinetText(name);
+        text.Replace(u"version='1.0'", CString(u"version='1.0' encoding='") + encoding + u"'");
+        return text;
+    };
+    const struct {
+        const char* what;
+        CString name;
+        std::string bytes;
+    } cases[] = {
+        {"UTF-16 with its mark", u"进线柜", utf16le(cabinetText(u"进线柜"))},
+        {"UTF-8 with its mark", u"进线柜", "\xEF\xBB\xBF" + cabinetText(u"进线柜").ToUtf8()},
+        {"GB2312", u"进线柜", *EncodeCodePage(declaring(u"进线柜", u"GB2312").view(), "GB2312")},
+        {"GBK under a GB2312 label", u"堃喆进线柜", *EncodeCodePage(declaring(u"堃喆进线柜", u"gb2312").view(), "GBK")},
+        {"UTF-32 declared in single bytes", u"堃喆进线柜", declaring(u"堃喆进线柜", u"UTF-32").ToUtf8()},
+    };
     TempFolder folder;
-    CapturedOutput output;
-
-    auto noId = prefilled();
-    readBytes(folder, kHead + "<Node Name='N' Type=''><DataSchema><NewDataSet/></DataSchema></Node></Hexmoor>", *noId);
-    EXPECT_EQ(noId->m_strName, CString(u"N"));
-    EXPECT_EQ(noId->m_strID, CString(u"old id"));
-    EXPECT_EQ(noId->m_strType, CString(u"old type"));
-
-    auto noSize = prefilled();
-    readBytes(folder, kHead + "<Node Name='K' ID='D' Type='0' CirNo='1' CirName='2' CirType='3'>"
-                              "<Boms><cabinet/></Boms><DataSchema><NewDataSet/></DataSchema></Node></Hexmoor>", *noSize);
-    EXPECT_EQ(noSize->m_strCirType, CString(u"3"));
-    EXPECT_EQ(noSize->m_strCirSize, CString(u"old size"));
-    EXPECT_EQ(noSize->m_strBoms, CString(u"old boms"));
-
-    auto badChild = prefilled();
-    readBytes(folder, kHead + "<Node Name='R' ID='' Type=''><SubNodes><SubNode Name='a' ID='1' Type='0'/>"
-                              "<SubNode Name='b' Type='0'/><SubNode Name='c' ID='3' Type='0'/></SubNodes>"
-                              "<DataSchema><NewDataSet/></DataSchema></Node></Hexmoor>", *badChild);
-    ASSERT_EQ(badChild->m_arrChildren.GetSize(), 1);
-    EXPECT_EQ(badChild->m_arrChildren[0]->m_strName, CString(u"a"));
-
-    ASSERT_EQ(output.boxes.size(), 3u);
-    for (const CapturedOutput::Box& box : output.boxes) EXPECT_EQ(box.text, CString(u"Type mismatch."));
-}
-
-TEST(HexmoorReader, GoesByPathsOnlyAndTakesTheFirstNode) {
-    TempFolder folder;
-    auto node = std::make_unique<HMProjectTree_INFO>();
-    CapturedOutput output;
-    readBytes(folder, "<!-- c --><Hexmoor><Node Type='' ID='i' Name='first'>  <!-- x -->\r\n"
-                      "<DataSchema><NewDataSet a='1'/></DataSchema><SubNodes><SubNode Type='100' ID='' Name='dup'/>"
-                      "<SubNode Name='dup' ID='' Type='100'/></SubNodes></Node>"
-                      "<Node Name='second' ID='' Type=''><SubNodes><SubNode Name='more' ID='' Type='0'/></SubNodes></Node></Hexmoor>",
-              *node);
-    EXPECT_TRUE(output.boxes.empty());
-    EXPECT_EQ(node->m_strName, CString(u"first"));
-    EXPECT_EQ(node->m_strDataSchema, CString(u"<NewDataSet a=\"1\"/>"));
-    ASSERT_EQ(node->m_arrChildren.GetSize(), 3);
-    EXPECT_EQ(node->m_arrChildren[0]->m_strName, CString(u"dup"));
-    EXPECT_EQ(node->m_arrChildren[1]->m_strName, CString(u"dup"));
-    EXPECT_EQ(node->m_arrChildren[2]->m_strName, CString(u"more"));
-}
-
-TEST(HexmoorReader, ReadsUtf16AndDeclaredLegacyEncodings) {
-    const CString text = cabinetText(u"进线柜");
-    TempFolder folder;
-
-    HMProjectTree_INFO fromUtf16;
-    readBytes(folder, utf16le(text), fromUtf16);
-    EXPECT_EQ(fromUtf16.m_strName, CString(u"进线柜"));
-    EXPECT_EQ(fromUtf16.m_strCirSize, CString(u"尺"));
-
-    HMProjectTree_INFO fromBom;
-    readBytes(folder, "\xEF\xBB\xBF" + text.ToUtf8(), fromBom);
-    EXPECT_EQ(fromBom.m_strCirName, CString(u"名"));
-
-    CString declared = text;
-    declared.Replace(u"version='1.0'", u"version='1.0' encoding='GB2312'");
-    HMProjectTree_INFO fromGb;
-    readBytes(folder, *EncodeCodePage(declared.view(), "GB2312"), fromGb);
-    EXPECT_EQ(fromGb.m_strName, CString(u"进线柜"));
-    EXPECT_EQ(fromGb.m_strCirType, CString(u"型"));
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.what);
+        HMProjectTree_INFO read;
+        CapturedOutput output;
+        readBytes(folder, row.bytes, read);
+        auto expected = makeNode(row.name, u"D", u"0");
+        setCabinet(*expected, u"1", u"名", u"型", u"尺");
+        expected->m_strDataSchema = u"<NewDataSet/>";
+        EXPECT_EQ(fieldsOf(read), fieldsOf(*expected));
+        EXPECT_TRUE(output.boxes.empty());
+    }
 }
 
 TEST(HexmoorReader, LargeAndDeepDocumentsReadWhole) {
@@ -267,23 +263,4 @@ TEST(HexmoorReader, LargeAndDeepDocumentsReadWhole) {
     EXPECT_TRUE(read.m_strBoms == CString(expected));
     ASSERT_EQ(read.m_arrPrimaryBom.GetSize(), 1);
     EXPECT_EQ(read.m_arrPrimaryBom[0].m_strRowName, CString(u"deep"));
-}
-
-TEST(HexmoorReader, Gb2312LabelsAreReadAsWindowsReadsThem) {
-    // 堃 and 喆 are GBK characters outside GB2312: files labelled GB2312 carry them all the same.
-    CString declared = cabinetText(u"堃喆进线柜");
-    declared.Replace(u"version='1.0'", u"version='1.0' encoding='gb2312'");
-    const std::string bytes = *EncodeCodePage(declared.view(), "GBK");
-    TempFolder folder;
-    HMProjectTree_INFO read;
-    CapturedOutput output;
-    readBytes(folder, bytes, read);
-    EXPECT_EQ(read.m_strName, CString(u"堃喆进线柜"));
-
-    // A declaration in single bytes cannot truly say UTF-32: the bytes are read for what they are.
-    declared.Replace(u"encoding='gb2312'", u"encoding='UTF-32'");
-    HMProjectTree_INFO fromUtf32;
-    readBytes(folder, declared.ToUtf8(), fromUtf32);
-    EXPECT_EQ(fromUtf32.m_strName, CString(u"堃喆进线柜"));
-    EXPECT_TRUE(output.boxes.empty());
 }

@@ -28,7 +28,7 @@ TEST(XmlDom, SerialisesExactlyWhatWasBuiltInCallOrder) {
     document.appendChild(document.createProcessingInstruction(u"xml", u"version='1.0'"));
     const CXmlElement top = document.createElement(u"Top");
     document.appendChild(top);
-    const CXmlElement item = document.createElement(u"Item");
+    const CXmlElement item = document.createElement(u"Item-2.b");  // digits, "-" and "." after the first
     item.setAttribute(u"Zeta", u"1");
     item.setAttribute(u"Alpha", u"");
     item.setAttribute(u"Mid", u"a & b < c \"q\" 's' 中文");
@@ -37,7 +37,7 @@ TEST(XmlDom, SerialisesExactlyWhatWasBuiltInCallOrder) {
     top.appendChild(item);
     top.appendChild(document.createTextNode(u" \n"));
 
-    EXPECT_EQ(document.xml(), CString(u"<?xml version='1.0'?><Top>\n\t<Item Zeta=\"2\" Alpha=\"\" "
+    EXPECT_EQ(document.xml(), CString(u"<?xml version='1.0'?><Top>\n\t<Item-2.b Zeta=\"2\" Alpha=\"\" "
                                       u"Mid=\"a &amp; b &lt; c &quot;q&quot; 's' 中文\"/> \n</Top>"));
     EXPECT_TRUE(document.documentElement().IsSameNode(top));
 }

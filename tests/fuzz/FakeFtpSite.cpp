@@ -93,6 +93,12 @@ bool endsWith(const std::string& text, const std::string& end) {
     return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
+// Commands whose answer never changes.
+const std::map<std::string, std::string> kSimpleReplies = {
+    {"USER", "331 password please"}, {"PASS", "230 logged in"}, {"PWD", "257 \"/\" is the current folder"},
+    {"CWD", "250 done"}, {"RMD", "250 done"}, {"TYPE", "200 ok"}, {"NOOP", "200 ok"}, {"OPTS", "200 ok"},
+    {"SYST", "215 UNIX Type: L8"}, {"REST", "350 restarting"}};
+
 // The data connection of one transfer: a passive listener, then the connection the client makes to it.
 class DataChannel {
 public:
@@ -118,6 +124,19 @@ private:
     int m_listener = -1;
     int m_connection = -1;
 };
+
+// Sends the bytes over the transfer's data connection between the two replies, then closes it.
+void sendOverData(int control, DataChannel& data, std::string_view bytes, const char* start, const char* end) {
+    if (const int connection = data.connection(); connection < 0) {
+        reply(control, "425 no data connection");
+    } else {
+        reply(control, start);
+        sendAll(connection, bytes);
+        data.close();
+        reply(control, end);
+    }
+    data.close();
+}
 
 } // namespace
 
@@ -215,15 +234,15 @@ void FakeFtpSite::converse(int control) {
         const std::string command = upper(line.substr(0, blank));
         const std::string argument = blank == std::string::npos ? std::string() : line.substr(blank + 1);
 
-        if (command == "USER") reply(control, "331 password please");
-        else if (command == "PASS") reply(control, "230 logged in");
-        else if (command == "PWD") reply(control, "257 \"/\" is the current folder");
-        else if (command == "CWD" || command == "DELE" || command == "RMD" || command == "RNTO") {
-            if (command == "DELE") {
-                const std::lock_guard lock(m_filesMutex);
-                m_uploaded.erase(argument);
-                m_removed.insert(argument);
-            } else if (command == "RNTO") {
+        if (const auto simple = kSimpleReplies.find(command); simple != kSimpleReplies.end()) {
+            reply(control, simple->second);
+        } else if (command == "DELE") {
+            const std::lock_guard lock(m_filesMutex);
+            m_uploaded.erase(argument);
+            m_removed.insert(argument);
+            reply(control, "250 done");
+        } else if (command == "RNTO") {
+            {
                 const std::lock_guard lock(m_filesMutex);
                 if (const auto moved = m_uploaded.find(renameFrom); moved != m_uploaded.end()) {
                     m_uploaded[argument] = moved->second;
@@ -236,9 +255,6 @@ void FakeFtpSite::converse(int control) {
             renameFrom = argument;
             reply(control, "350 go on");
         } else if (command == "MKD") reply(control, "257 \"" + argument + "\" made");
-        else if (command == "TYPE" || command == "NOOP" || command == "OPTS") reply(control, "200 ok");
-        else if (command == "SYST") reply(control, "215 UNIX Type: L8");
-        else if (command == "REST") reply(control, "350 restarting");
         else if (command == "EPSV") {
             const int port = data.open();
             reply(control, port ? "229 Entering Extended Passive Mode (|||" + std::to_string(port) + "|)" : "425 no port");
@@ -247,34 +263,15 @@ void FakeFtpSite::converse(int control) {
             reply(control, fileAt(argument, bytes) ? "213 " + std::to_string(bytes.size()) : "550 no such file");
         } else if (command == "RETR") {
             std::string bytes;
-            if (!fileAt(argument, bytes)) {
-                reply(control, "550 no such file");
-            } else if (const int connection = data.connection(); connection < 0) {
-                reply(control, "425 no data connection");
-            } else {
-                reply(control, "150 sending");
-                sendAll(connection, bytes);
-                data.close();
-                reply(control, "226 sent");
-            }
-            data.close();
+            if (fileAt(argument, bytes)) sendOverData(control, data, bytes, "150 sending", "226 sent");
+            else reply(control, "550 no such file");
         } else if (command == "MLSD" || command == "LIST" || command == "NLST") {
             bool refused = false;
             const std::string listing = listingOf(argument, command == "MLSD", refused);
-            if (refused) {
-                reply(control, "500 unknown command");
-            } else if (const int connection = data.connection(); connection < 0) {
-                reply(control, "425 no data connection");
-            } else {
-                reply(control, "150 listing");
-                sendAll(connection, listing);
-                data.close();
-                reply(control, "226 listed");
-            }
-            data.close();
+            if (refused) reply(control, "500 unknown command");
+            else sendOverData(control, data, listing, "150 listing", "226 listed");
         } else if (command == "STOR" || command == "APPE") {
-            const int connection = data.connection();
-            if (connection < 0) {
+            if (const int connection = data.connection(); connection < 0) {
                 reply(control, "425 no data connection");
             } else {
                 reply(control, "150 receiving");

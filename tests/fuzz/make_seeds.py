@@ -186,6 +186,32 @@ write("corpus/hexmoord", "seed-odd-requests",
             b"GET /api/projects HTTP/1.1\r\nRange: bytes=0-1,2-3,4-5\r\nAuthorization: Bearer x\r\n\r\n"))
 
 
+# --- hexmoord: a body of "[" as long as a run's input may be (scripts/fuzz's max_len), standing for the
+# 16 MiB one that cost the server 1.2 GiB when its depth was judged after the whole document was built and
+# its size after it was read. With and without a session, on the login and a submit route, sized truly or
+# claiming the 16 MiB. Each must pass within the harness's 128 MB per request.
+FUZZ_MAX_LEN = 524288
+
+
+def open_brackets(path, token, claimed=None):
+    size = FUZZ_MAX_LEN
+    while True:
+        request = http("POST", path, "[" * size, token=token)
+        if claimed:
+            request = request.replace(b"Content-Length: %d" % size, b"Content-Length: %d" % claimed)
+        if len(request) <= FUZZ_MAX_LEN:
+            return request
+        size -= len(request) - FUZZ_MAX_LEN
+
+
+for route, name in (("/api/login", "login"), ("/api/submit-bom", "submit")):
+    write("findings/hexmoord", f"{name}-without-session-512k-open-brackets", open_brackets(route, token=False))
+    write("findings/hexmoord", f"{name}-with-session-512k-open-brackets", open_brackets(route, token=True))
+    write("findings/hexmoord", f"{name}-with-session-claims-16mib-of-open-brackets",
+          open_brackets(route, token=True, claimed=16 << 20))
+write("findings/hexmoord", "login-without-session-claims-16mib-of-open-brackets",
+      open_brackets("/api/login", token=False, claimed=16 << 20))
+
 # --- record groups whose every group copies one long value: a part-record drawing that ends in bad_alloc ---
 LONG_VALUE = "元件描述:" + "x" * 150000
 write("open/mtext", "record-groups-copy-a-long-value", LONG_VALUE + "\n" + "标号:K\n" * 30000)

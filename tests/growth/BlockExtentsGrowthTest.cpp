@@ -6,45 +6,30 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <initializer_list>
 #include <string>
+#include <utility>
 
 namespace {
 
-void tag(std::string& out, int code, const std::string& value) {
-    out += std::to_string(code) + "\n" + value + "\n";
+void tags(std::string& out, std::initializer_list<std::pair<int, std::string>> pairs) {
+    for (const auto& [code, value] : pairs) out += std::to_string(code) + "\n" + value + "\n";
 }
 
 // Block L0 is a unit line; block Lk holds Lk-1 twice, side by side, so it is 2^k wide and 1 high.
 // Model space holds one reference to the top block.
 std::string nestedBlocksDxf(int levels) {
     std::string out;
-    tag(out, 0, "SECTION");
-    tag(out, 2, "BLOCKS");
-    tag(out, 0, "BLOCK");
-    tag(out, 2, "L0");
-    tag(out, 0, "LINE");
-    for (const auto& [code, value] : {std::pair{10, "0"}, {20, "0"}, {11, "1"}, {21, "1"}}) tag(out, code, value);
-    tag(out, 0, "ENDBLK");
+    tags(out, {{0, "SECTION"}, {2, "BLOCKS"}, {0, "BLOCK"}, {2, "L0"}, {0, "LINE"}, {10, "0"}, {20, "0"}, {11, "1"},
+               {21, "1"}, {0, "ENDBLK"}});
     for (int level = 1; level < levels; ++level) {
-        tag(out, 0, "BLOCK");
-        tag(out, 2, "L" + std::to_string(level));
-        for (const double x : {0.0, std::ldexp(1.0, level - 1)}) {
-            tag(out, 0, "INSERT");
-            tag(out, 2, "L" + std::to_string(level - 1));
-            tag(out, 10, std::to_string(x));
-            tag(out, 20, "0");
-        }
-        tag(out, 0, "ENDBLK");
+        tags(out, {{0, "BLOCK"}, {2, "L" + std::to_string(level)}});
+        for (const double x : {0.0, std::ldexp(1.0, level - 1)})
+            tags(out, {{0, "INSERT"}, {2, "L" + std::to_string(level - 1)}, {10, std::to_string(x)}, {20, "0"}});
+        tags(out, {{0, "ENDBLK"}});
     }
-    tag(out, 0, "ENDSEC");
-    tag(out, 0, "SECTION");
-    tag(out, 2, "ENTITIES");
-    tag(out, 0, "INSERT");
-    tag(out, 2, "L" + std::to_string(levels - 1));
-    tag(out, 10, "0");
-    tag(out, 20, "0");
-    tag(out, 0, "ENDSEC");
-    tag(out, 0, "EOF");
+    tags(out, {{0, "ENDSEC"}, {0, "SECTION"}, {2, "ENTITIES"}, {0, "INSERT"}, {2, "L" + std::to_string(levels - 1)},
+               {10, "0"}, {20, "0"}, {0, "ENDSEC"}, {0, "EOF"}});
     return out;
 }
 

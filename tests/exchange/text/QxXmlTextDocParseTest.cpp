@@ -3,92 +3,76 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace {
 
-CString parseMessage(const char16_t* text) {
-    CQxXmlTextDoc doc;
-    doc.SetDoc(text);
-    EXPECT_EQ(doc.m_strDoc, CString(text));  // the text is kept whatever the walk finds
-    return doc.m_strError;
-}
+struct ParseCase {
+    const char* what;
+    std::u16string text;
+    std::u16string message;
+    std::optional<int> elements = std::nullopt;
+};
+
+const std::u16string kLongName(60, u'n');
+
+const ParseCase kParseCases[] = {
+    {"well formed, with the markup that hides tags",
+     u"<?xml version=\"1.0\"?>\r\n<!DOCTYPE r [<!ELEMENT r ANY> <!ENTITY e \"]>\">]>\r\n"
+     u"<r a=\"x>y\" b='/>'><!-- <c> --><![CDATA[</r>]]><e/><f>t &amp; u</f >"
+     u"<中文 属性=\"值\"></中文><g[1]></g[2]><h/></r>\r\n<!-- after -->",
+     u"", 6},
+    {"empty", u"", u"Empty document"},
+    {"text alone", u"just text", u"No root element"},
+    {"a comment alone", u"<?xml version=\"1.0\"?><!-- only a comment -->", u"No root element"},
+    {"two roots", u"<a/>\r\n<b></b>", u"Root element has sibling"},
+    {"end tag of no open element", u"<a></b></a>", u"No start tag for end tag 'b' at offset 3"},
+    {"names are case-sensitive", u"<a></A>", u"No start tag for end tag 'A' at offset 3"},
+    {"end tag passing an open one", u"<a><b></a>", u"End tag 'a' at offset 6 does not match start tag '.50b' at offset 3"},
+    {"element left open", u"<a>\r\n  <b>", u"Element 'b' at offset 7 not ended"},
+    {"only the first message is kept", u"<a></x><b></a>", u"No start tag for end tag 'x' at offset 3"},
+    {"names in messages stop after 50 characters", u"<a></" + kLongName + u">",
+     u"No start tag for end tag '" + kLongName.substr(0, 50) + u"' at offset 3"},
+    {"a passed start tag is closed and the walk goes on", u"<a><b><c></a><d/>",
+     u"End tag 'a' at offset 9 does not match start tag '.50c' at offset 6", 4},
+    {"an end tag takes the innermost open element of its name", u"<a><b><a><c></a></b></a>",
+     u"End tag 'a' at offset 12 does not match start tag '.50c' at offset 9", 4},
+    {"each end tag closes one element of its name", u"<a><a></a></a></a>", u"No start tag for end tag 'a' at offset 14"},
+    {"an element closed by an outer end tag is no longer open", u"<r><b><c></b></c></r>",
+     u"End tag 'b' at offset 9 does not match start tag '.50c' at offset 6", 3},
+    {"an element closed by its own end tag is no longer open", u"<r><c></c></c></r>", u"No start tag for end tag 'c' at offset 10"},
+    {"space before a tag name", u"<a>< b/></a>", u"Incorrect tag name character at offset 4"},
+    {"digit starting a tag name", u"<a><1/></a>", u"Incorrect tag name character at offset 4"},
+    {"unknown ! tag", u"<a><!x></a>", u"Incorrect ! tag at offset 5"},
+    {"half a comment opener", u"<a><!-x--></a>", u"Incorrect comment tag at offset 6"},
+    {"misspelt CDATA", u"<a><![CDATX[x]]></a>", u"Incorrect tag at offset 6"},
+    {"unterminated comment", u"<a><!-- x", u"Comment at offset 3 unterminated"},
+    {"unterminated processing instruction", u"<a><?pi x", u"Processing instruction at offset 3 unterminated"},
+    {"unterminated CDATA", u"<a><![CDATA[x</a>", u"CDATA Section at offset 3 unterminated"},
+    {"unterminated doctype", u"<!DOCTYPE a [ <!ELEMENT a ANY> <a/>", u"Doctype at offset 0 unterminated"},
+    {"unterminated end tag", u"<a></a", u"Element end tag at offset 3 unterminated"},
+    {"unterminated start tag", u"<a><b x='>", u"Element tag at offset 3 unterminated"},
+    {"a lone < at the end", u"<a>text<", u"Element tag at offset 7 unterminated"},
+};
 
 } // namespace
 
-TEST(QxXmlTextDocParse, AWellFormedDocumentHasNoMessage) {
-    CQxXmlTextDoc doc;
-    EXPECT_TRUE(doc.SetDoc(u"<?xml version=\"1.0\"?>\r\n<!DOCTYPE r [<!ELEMENT r ANY> <!ENTITY e \"]>\">]>\r\n"
-                           u"<r a=\"x>y\" b='/>'><!-- <c> --><![CDATA[</r>]]><e/><f>t &amp; u</f >"
-                           u"<中文 属性=\"值\"></中文><g[1]></g[2]><h/></r>\r\n<!-- after -->"));
-    EXPECT_EQ(doc.m_strError, CString());
-    EXPECT_EQ(doc.GetElementCount(), 6);
-}
-
-TEST(QxXmlTextDocParse, DocumentLevelMessages) {
-    EXPECT_EQ(parseMessage(u""), CString(u"Empty document"));
+TEST(QxXmlTextDocParse, MessagesAndElementCountsOfEachWalk) {
+    for (const ParseCase& row : kParseCases) {
+        SCOPED_TRACE(row.what);
+        CQxXmlTextDoc doc;
+        EXPECT_EQ(doc.SetDoc(row.text.c_str()), row.message.empty());
+        EXPECT_EQ(doc.m_strDoc, CString(row.text));  // the text is kept whatever the walk finds
+        EXPECT_EQ(doc.m_strError, CString(row.message));
+        if (row.elements) {
+            EXPECT_EQ(doc.GetElementCount(), *row.elements);
+        }
+    }
     CQxXmlTextDoc blank;
     EXPECT_FALSE(blank.SetDoc(nullptr));
     EXPECT_EQ(blank.m_strError, CString(u"Empty document"));
-    EXPECT_EQ(parseMessage(u"just text"), CString(u"No root element"));
-    EXPECT_EQ(parseMessage(u"<?xml version=\"1.0\"?><!-- only a comment -->"), CString(u"No root element"));
-    EXPECT_EQ(parseMessage(u"<a/>\r\n<b></b>"), CString(u"Root element has sibling"));
-}
-
-TEST(QxXmlTextDocParse, EndTagMessages) {
-    EXPECT_EQ(parseMessage(u"<a></b></a>"), CString(u"No start tag for end tag 'b' at offset 3"));
-    EXPECT_EQ(parseMessage(u"<a></A>"), CString(u"No start tag for end tag 'A' at offset 3"));
-    EXPECT_EQ(parseMessage(u"<a><b></a>"),
-              CString(u"End tag 'a' at offset 6 does not match start tag '.50b' at offset 3"));
-    EXPECT_EQ(parseMessage(u"<a>\r\n  <b>"), CString(u"Element 'b' at offset 7 not ended"));
-    // Only the first message of a parse is kept.
-    EXPECT_EQ(parseMessage(u"<a></x><b></a>"), CString(u"No start tag for end tag 'x' at offset 3"));
-    // Names in messages stop after 50 characters.
-    const std::u16string longName(60, u'n');
-    EXPECT_EQ(parseMessage((u"<a></" + longName + u">").c_str()),
-              CString(u"No start tag for end tag '" + longName.substr(0, 50) + u"' at offset 3"));
-}
-
-TEST(QxXmlTextDocParse, APassedStartTagIsClosedAndTheWalkGoesOn) {
-    CQxXmlTextDoc doc;
-    EXPECT_FALSE(doc.SetDoc(u"<a><b><c></a><d/>"));
-    EXPECT_EQ(doc.m_strError, CString(u"End tag 'a' at offset 9 does not match start tag '.50c' at offset 6"));
-    EXPECT_EQ(doc.GetElementCount(), 4);  // d follows the closed a at the top level: one message only
-}
-
-TEST(QxXmlTextDocParse, AnEndTagTakesTheInnermostOpenElementOfItsName) {
-    CQxXmlTextDoc doc;
-    EXPECT_FALSE(doc.SetDoc(u"<a><b><a><c></a></b></a>"));
-    EXPECT_EQ(doc.m_strError, CString(u"End tag 'a' at offset 12 does not match start tag '.50c' at offset 9"));
-    EXPECT_EQ(doc.GetElementCount(), 4);
-    // Each end tag closes one element of its name; one more finds none open.
-    EXPECT_EQ(parseMessage(u"<a><a></a></a></a>"), CString(u"No start tag for end tag 'a' at offset 14"));
-    // A closed element is no longer open to later end tags, whether its own end tag or an outer one closed it.
-    EXPECT_EQ(parseMessage(u"<r><b><c></b></c></r>"), CString(u"End tag 'b' at offset 9 does not match start tag '.50c' at offset 6"));
-    EXPECT_EQ(parseMessage(u"<r><c></c></c></r>"), CString(u"No start tag for end tag 'c' at offset 10"));
-    CQxXmlTextDoc closed;
-    closed.SetDoc(u"<r><b><c></b></c></r>");
-    EXPECT_EQ(closed.GetElementCount(), 3);
-}
-
-TEST(QxXmlTextDocParse, BadAndUnterminatedMarkup) {
-    const std::vector<std::pair<const char16_t*, const char16_t*>> cases = {
-        {u"<a>< b/></a>", u"Incorrect tag name character at offset 4"},
-        {u"<a><1/></a>", u"Incorrect tag name character at offset 4"},
-        {u"<a><!x></a>", u"Incorrect ! tag at offset 5"},
-        {u"<a><!-x--></a>", u"Incorrect comment tag at offset 6"},
-        {u"<a><![CDATX[x]]></a>", u"Incorrect tag at offset 6"},
-        {u"<a><!-- x", u"Comment at offset 3 unterminated"},
-        {u"<a><?pi x", u"Processing instruction at offset 3 unterminated"},
-        {u"<a><![CDATA[x</a>", u"CDATA Section at offset 3 unterminated"},
-        {u"<!DOCTYPE a [ <!ELEMENT a ANY> <a/>", u"Doctype at offset 0 unterminated"},
-        {u"<a></a", u"Element end tag at offset 3 unterminated"},
-        {u"<a><b x='>", u"Element tag at offset 3 unterminated"},
-        {u"<a>text<", u"Element tag at offset 7 unterminated"},
-    };
-    for (const auto& [text, message] : cases) EXPECT_EQ(parseMessage(text), CString(message)) << CString(text);
 }
 
 TEST(QxXmlTextDocParse, TheStackOfOpenElementsGrowsByTwiceAndSix) {

@@ -2,35 +2,27 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
-CString unescape(const char16_t* text) { return CQxXmlTextDoc::UnescapeText(text); }
-
-} // namespace
-
-TEST(UnescapeText, NumericReferences) {
-    EXPECT_EQ(unescape(u"&#65;&#x41;&#X41;&#0065;"), CString(u"AAAA"));
-    EXPECT_EQ(unescape(u"&#20013;&#x6587;"), CString(u"中文"));
-    EXPECT_EQ(unescape(u"a&#0;b"), CString(u"a&#0;b"));
-    EXPECT_EQ(unescape(u"&#;&#x;"), CString(u"&#;&#x;"));
-    EXPECT_EQ(unescape(u"&#65536;"), CString(u"&#65536;"));  // beyond one code unit
-}
-
-TEST(UnescapeText, NamedReferencesAndCase) {
-    EXPECT_EQ(unescape(u"&lt;tag&gt; &quot;x&quot; &apos;y&apos; &amp;"), CString(u"<tag> \"x\" 'y' &"));
-    EXPECT_EQ(unescape(u"&Alpha;&alpha;&ALPHA;"), CString(u"\u0391\u0391\u0391"));  // the capital is listed first
-    EXPECT_EQ(unescape(u"&darr;&euro;&thetasym;&nbsp;"), CString(u"\u21D3\u20AC\u03D1\u00A0"));
-    EXPECT_EQ(unescape(u"&amp;lt;"), CString(u"&lt;"));  // a decoded character is not read again
-}
-
-TEST(UnescapeText, ReferencesThatFailStayAsText) {
-    EXPECT_EQ(unescape(u"&foo; &le"), CString(u"&foo; &le"));
-    EXPECT_EQ(unescape(u"a & b; c"), CString(u"a & b; c"));
-    EXPECT_EQ(unescape(u"&abcdefghij;"), CString(u"&abcdefghij;"));   // a key of ten characters
-    EXPECT_EQ(unescape(u"&#0000000065;"), CString(u"&#0000000065;"));  // so is a long number
-    EXPECT_EQ(unescape(u"&#00000065;"), CString(u"A"));                 // nine characters still count
-    EXPECT_EQ(unescape(u"&l中t;&&lt;"), CString(u"&l中t;&<"));
-    EXPECT_EQ(unescape(u"&"), CString(u"&"));
+TEST(UnescapeText, ReferencesAreDecodedOnceAndThoseThatFailStayAsText) {
+    const struct {
+        const char* what;
+        const char16_t* text;
+        const char16_t* expected;
+    } cases[] = {
+        {"decimal and hexadecimal", u"&#65;&#x41;&#X41;&#0065;&#20013;&#x6587;", u"AAAA中文"},
+        {"zero, no digits, beyond one code unit", u"a&#0;b&#;&#x;&#65536;", u"a&#0;b&#;&#x;&#65536;"},
+        {"the five of XML", u"&lt;tag&gt; &quot;x&quot; &apos;y&apos; &amp;", u"<tag> \"x\" 'y' &"},
+        {"case folded, the capital listed first", u"&Alpha;&alpha;&ALPHA;", u"\u0391\u0391\u0391"},
+        {"HTML names", u"&darr;&euro;&thetasym;&nbsp;", u"\u21D3\u20AC\u03D1\u00A0"},
+        {"a decoded character is not read again", u"&amp;lt;", u"&lt;"},
+        {"unknown or unended names", u"&foo; &le", u"&foo; &le"},
+        {"a lone ampersand", u"a & b; c", u"a & b; c"},
+        {"a key of ten characters", u"&abcdefghij;", u"&abcdefghij;"},
+        {"so is a long number", u"&#0000000065;", u"&#0000000065;"},
+        {"nine characters still count", u"&#00000065;", u"A"},
+        {"a wide character in a name", u"&l中t;&&lt;", u"&l中t;&<"},
+        {"an ampersand at the end", u"&", u"&"},
+    };
+    for (const auto& row : cases) EXPECT_EQ(CQxXmlTextDoc::UnescapeText(row.text), CString(row.expected)) << row.what;
 }
 
 TEST(UnescapeText, LengthAndNullText) {
