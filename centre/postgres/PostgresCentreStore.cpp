@@ -17,10 +17,14 @@ constexpr long long kMigrationLock = 0x48584d4f4f52;  // "HXMOOR"
 constexpr int kProjectLockSpace = 0x484d0001;
 constexpr int kEnterpriseLockSpace = 0x484d0002;
 
-// How long a statement may wait for a lock, run, or a transaction may sit idle (a frozen server holding a
-// project's lock is cut off by the database, so the other servers go on).
-const char* const kTimeouts =
-    "SET lock_timeout = '10s'; SET statement_timeout = '60s'; SET idle_in_transaction_session_timeout = '20s'";
+std::string timeoutSettings(const PostgresTimeouts& timeouts) {
+    const auto seconds = [](int value) { return "'" + std::to_string(value) + "s'"; };
+    return "SET lock_timeout = " + seconds(timeouts.lock) + "; SET statement_timeout = " + seconds(timeouts.statement) +
+           "; SET idle_in_transaction_session_timeout = " + seconds(timeouts.idleInTransaction);
+}
+
+// The code PostgreSQL gives a statement that waited for a lock longer than lock_timeout.
+const char* const kLockNotAvailable = "55P03";
 
 CString text(const pqxx::field& field) { return field.is_null() ? CString() : CString::FromUtf8(field.c_str()); }
 std::string utf8(const CString& value) { return StoreText(value); }
@@ -74,6 +78,10 @@ const std::string kNodeColumns =
 const std::string kRevisionColumns = "SELECT id, node_id, number, kind, enterprise, \"user\", submitted FROM revisions ";
 
 [[noreturn]] void rethrowAsStoreError(const std::exception& error) {
+    // Another writer (a frozen server, say) holds what this one needs: said in words for anyone, and the
+    // connection stays good.
+    if (const auto* refused = dynamic_cast<const pqxx::sql_error*>(&error); refused && refused->sqlstate() == kLockNotAvailable)
+        throw CCentreBusyError(u"Another submit holds this project and has not finished; nothing was changed. Try again later.");
     // A lost connection or a refused statement: the transaction is gone either way.
     throw CCentreStoreError(QxFormat(u"The BOM centre database failed: %s", CString::FromUtf8(error.what())),
                             dynamic_cast<const pqxx::broken_connection*>(&error) != nullptr);
@@ -113,11 +121,11 @@ private:
     CPostgresCentreStore& m_store;
 };
 
-CPostgresCentreStore::CPostgresCentreStore(const std::string& connectionString) {
+CPostgresCentreStore::CPostgresCentreStore(const std::string& connectionString, PostgresTimeouts timeouts) {
     try {
         m_session = std::make_unique<Session>(connectionString);
         pqxx::nontransaction setup(m_session->connection);
-        setup.exec(kTimeouts);
+        setup.exec(timeoutSettings(timeouts));
     } catch (const pqxx::failure& error) {
         rethrowAsStoreError(error);
     }
