@@ -345,10 +345,15 @@ std::vector<CentreNode> CPostgresCentreStore::nodes(long long projectId) {
 }
 
 long long CPostgresCentreStore::addRevision(const CentreRevision& revision, const std::vector<CentreRow>& rows) {
+    return addSubmittedRevision(revision, rows, CString());
+}
+
+long long CPostgresCentreStore::addSubmittedRevision(const CentreRevision& revision, const std::vector<CentreRow>& rows,
+                                                     const CString& submitKey) {
     // The revision and all its rows in one statement: one round trip, however many rows.
     const pqxx::result inserted = Query(*this)(
-        "WITH revision AS (INSERT INTO revisions (node_id, number, kind, enterprise, \"user\", submitted) "
-        "VALUES ($1, $2, $3, $4, $5, $6) RETURNING id), "
+        "WITH revision AS (INSERT INTO revisions (node_id, number, kind, enterprise, \"user\", submitted, submit_key) "
+        "VALUES ($1, $2, $3, $4, $5, $6, NULLIF($14, '')) RETURNING id), "
         "kept AS (INSERT INTO bom_rows (revision_id, position, label, name, model, count, remark, code, secondary) "
         "SELECT revision.id, row.position - 1, row.label, row.name, row.model, row.count, row.remark, row.code, row.secondary "
         "FROM revision, unnest($7::text[], $8::text[], $9::text[], $10::text[], $11::text[], $12::text[], $13::boolean[]) "
@@ -357,12 +362,19 @@ long long CPostgresCentreStore::addRevision(const CentreRevision& revision, cons
         revision.nodeId, revision.number, utf8(revision.kind), utf8(revision.enterprise), utf8(revision.user),
         utf8(revision.submitted), textArray(rows, &CentreRow::label), textArray(rows, &CentreRow::name),
         textArray(rows, &CentreRow::model), textArray(rows, &CentreRow::count), textArray(rows, &CentreRow::remark),
-        textArray(rows, &CentreRow::code), secondaryArray(rows));
+        textArray(rows, &CentreRow::code), secondaryArray(rows), utf8(submitKey));
     return inserted[0][0].as<long long>();
 }
 
 std::optional<CentreRevision> CPostgresCentreStore::currentRevision(long long nodeId) {
     const pqxx::result found = Query(*this)(kRevisionColumns + "WHERE node_id = $1 ORDER BY number DESC LIMIT 1", nodeId);
+    if (found.empty()) return std::nullopt;
+    return revisionFrom(found[0]);
+}
+
+std::optional<CentreRevision> CPostgresCentreStore::revisionOfSubmit(long long nodeId, const CString& submitKey) {
+    if (submitKey.IsEmpty()) return std::nullopt;
+    const pqxx::result found = Query(*this)(kRevisionColumns + "WHERE node_id = $1 AND submit_key = $2", nodeId, utf8(submitKey));
     if (found.empty()) return std::nullopt;
     return revisionFrom(found[0]);
 }
