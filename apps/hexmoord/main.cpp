@@ -48,6 +48,13 @@ int main(int argc, char** argv) {
     long long headerSeconds = options.headerTimeout.count();
     app.add_option("--header-timeout", headerSeconds, "seconds a request's line and headers may take (default 5)")
         ->check(CLI::Range(1LL, 300LL));
+    app.add_option("--lock-timeout", options.timeouts.lock,
+                   "seconds a PostgreSQL statement waits for another writer's lock before the request gets 503 (default 10)")
+        ->check(CLI::Range(1, 600));
+    app.add_option("--idle-transaction-timeout", options.timeouts.idleInTransaction,
+                   "seconds PostgreSQL lets a transaction sit idle before it ends it, so that a frozen server does not "
+                   "hold a project for good (default 20)")
+        ->check(CLI::Range(1, 600));
     app.add_option("--trusted-proxy", options.trustedProxies,
                    "address of a reverse proxy whose X-Forwarded-For names the client (may be repeated)");
     const auto accountCommand = AddAccountCommand(app);

@@ -226,15 +226,16 @@ void CBomCentreOperations::SubmitItm(const CentreUser& who, HMProjectTree_INFO& 
     }
 }
 
-SubmitReport CBomCentreOperations::SubmitBom(const CentreUser& who, HMProjectTree_INFO& tree) {
-    return submitRevisions(who, tree, SubmitKind::Bom);
+SubmitReport CBomCentreOperations::SubmitBom(const CentreUser& who, HMProjectTree_INFO& tree, const CString& submitKey) {
+    return submitRevisions(who, tree, SubmitKind::Bom, submitKey);
 }
 
-SubmitReport CBomCentreOperations::SubmitSecondary(const CentreUser& who, HMProjectTree_INFO& tree) {
-    return submitRevisions(who, tree, SubmitKind::Secondary);
+SubmitReport CBomCentreOperations::SubmitSecondary(const CentreUser& who, HMProjectTree_INFO& tree, const CString& submitKey) {
+    return submitRevisions(who, tree, SubmitKind::Secondary, submitKey);
 }
 
-SubmitReport CBomCentreOperations::submitRevisions(const CentreUser& who, HMProjectTree_INFO& tree, SubmitKind kind) {
+SubmitReport CBomCentreOperations::submitRevisions(const CentreUser& who, HMProjectTree_INFO& tree, SubmitKind kind,
+                                                   const CString& submitKey) {
     struct Accepted {
         HMProjectTree_INFO* device;
         CString block;
@@ -280,6 +281,11 @@ SubmitReport CBomCentreOperations::submitRevisions(const CentreUser& who, HMProj
         }
         // A device's project never changes, so it may be locked after it was read.
         if (node->projectId != requiredProject) m_store.lockProject(node->projectId);
+        // The same submit sent again, its first answer lost: what it kept then is the answer.
+        if (const auto kept = m_store.revisionOfSubmit(*id, submitKey)) {
+            accepted.push_back({device, MakeCabinetXml(device->m_strID, node->name, kept->number, m_store.rows(kept->id))});
+            continue;
+        }
         int current = 0;
         std::vector<CentreRow> rows = rowsOf(*device);
         if (kind == SubmitKind::Secondary) {
@@ -293,9 +299,9 @@ SubmitReport CBomCentreOperations::submitRevisions(const CentreUser& who, HMProj
             // A new primary list replaces the rows whole: only the number of the current one is needed.
             current = revision->number;
         }
-        m_store.addRevision({0, *id, current + 1, kind == SubmitKind::Bom ? u"bom" : u"secondary", who.enterprise,
-                             who.user, now},
-                            rows);
+        m_store.addSubmittedRevision({0, *id, current + 1, kind == SubmitKind::Bom ? u"bom" : u"secondary", who.enterprise,
+                                      who.user, now},
+                                     rows, submitKey);
         accepted.push_back({device, MakeCabinetXml(device->m_strID, node->name, current + 1, rows)});
     }
     transaction.commit();

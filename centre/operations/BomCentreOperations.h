@@ -42,10 +42,12 @@ public:
 
     // Creates the project: IDs, revision 1 of every device, both blocks, and m_bChanged on every node.
     void SubmitItm(const CentreUser& who, HMProjectTree_INFO& tree);
-    // A new revision of every known device of the tree; the accepted rows go back into m_strBoms.
-    SubmitReport SubmitBom(const CentreUser& who, HMProjectTree_INFO& tree);
+    // A new revision of every known device of the tree; the accepted rows go back into m_strBoms. A submit
+    // with a key that a device's revision already carries (the same submit sent again) keeps nothing new
+    // for that device and answers with that revision.
+    SubmitReport SubmitBom(const CentreUser& who, HMProjectTree_INFO& tree, const CString& submitKey = {});
     // The same with the tree's secondary rows over the current primary rows.
-    SubmitReport SubmitSecondary(const CentreUser& who, HMProjectTree_INFO& tree);
+    SubmitReport SubmitSecondary(const CentreUser& who, HMProjectTree_INFO& tree, const CString& submitKey = {});
 
     // The current rows of one device of the project (primary first), or of all its devices when the
     // cabinet ID is empty. False, with no rows, for an unknown project or device.
@@ -57,7 +59,7 @@ public:
 
 private:
     enum class SubmitKind { Bom, Secondary };
-    SubmitReport submitRevisions(const CentreUser& who, HMProjectTree_INFO& tree, SubmitKind kind);
+    SubmitReport submitRevisions(const CentreUser& who, HMProjectTree_INFO& tree, SubmitKind kind, const CString& submitKey);
     std::optional<CentreProject> ownProject(const CentreUser& who, const CString& projectId);
     std::unique_ptr<HMProjectTree_INFO> buildTree(const CentreProject& project);
     std::vector<CentreRow> currentRows(long long nodeId, int* revision = nullptr);

@@ -26,3 +26,10 @@ public:
 private:
     bool m_locked;
 };
+
+// A writer of the store held what this operation needs longer than the store waits for it. The words are
+// fit for anyone; the store itself is sound and a later try may succeed.
+class QX_API CCentreBusyError : public CCentreStoreError {
+public:
+    explicit CCentreBusyError(const CString& message) : CCentreStoreError(message, true) {}
+};

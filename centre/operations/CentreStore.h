@@ -137,7 +137,13 @@ public:
 
     // Returns the new revision's id; the rows keep their order.
     virtual long long addRevision(const CentreRevision& revision, const std::vector<CentreRow>& rows) = 0;
+    // The same, kept with the client's key of the submit that made it, so that the submit sent again finds
+    // it; a device keeps one revision per key. A store that keeps no keys refuses a key.
+    virtual long long addSubmittedRevision(const CentreRevision& revision, const std::vector<CentreRow>& rows,
+                                           const CString& submitKey);
     virtual std::optional<CentreRevision> currentRevision(long long nodeId) = 0;
+    // The device's revision made by the submit of this key, if any; none for an empty key.
+    virtual std::optional<CentreRevision> revisionOfSubmit(long long nodeId, const CString& submitKey);
     // The node's revisions, oldest first.
     virtual std::vector<CentreRevision> revisions(long long nodeId) = 0;
     virtual std::vector<CentreRow> rows(long long revisionId) = 0;

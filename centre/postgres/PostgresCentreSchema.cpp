@@ -73,6 +73,12 @@ CREATE TABLE sessions (
 CREATE INDEX sessions_by_account ON sessions (enterprise, "user");
 CREATE INDEX sessions_by_use ON sessions (last_used);
 )sql"},
+        // Version 4: the client's key of the submit that made a revision, so that a submit sent again keeps
+        // nothing twice. Revisions made before have none.
+        {4, R"sql(
+ALTER TABLE revisions ADD COLUMN submit_key TEXT;
+CREATE UNIQUE INDEX revisions_by_submit ON revisions (node_id, submit_key);
+)sql"},
     };
     return migrations;
 }

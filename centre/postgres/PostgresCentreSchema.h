@@ -2,6 +2,8 @@
 // SQLite store, in PostgreSQL's words.
 #pragma once
 
+#include "support/Export.h"
+
 #include <vector>
 
 struct PostgresCentreMigration {
@@ -9,4 +11,4 @@ struct PostgresCentreMigration {
     const char* sql;
 };
 
-const std::vector<PostgresCentreMigration>& PostgresCentreMigrations();
+QX_API const std::vector<PostgresCentreMigration>& PostgresCentreMigrations();

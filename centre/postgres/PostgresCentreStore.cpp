@@ -17,10 +17,14 @@ constexpr long long kMigrationLock = 0x48584d4f4f52;  // "HXMOOR"
 constexpr int kProjectLockSpace = 0x484d0001;
 constexpr int kEnterpriseLockSpace = 0x484d0002;
 
-// How long a statement may wait for a lock, run, or a transaction may sit idle (a frozen server holding a
-// project's lock is cut off by the database, so the other servers go on).
-const char* const kTimeouts =
-    "SET lock_timeout = '10s'; SET statement_timeout = '60s'; SET idle_in_transaction_session_timeout = '20s'";
+std::string timeoutSettings(const PostgresTimeouts& timeouts) {
+    const auto seconds = [](int value) { return "'" + std::to_string(value) + "s'"; };
+    return "SET lock_timeout = " + seconds(timeouts.lock) + "; SET statement_timeout = " + seconds(timeouts.statement) +
+           "; SET idle_in_transaction_session_timeout = " + seconds(timeouts.idleInTransaction);
+}
+
+// The code PostgreSQL gives a statement that waited for a lock longer than lock_timeout.
+const char* const kLockNotAvailable = "55P03";
 
 CString text(const pqxx::field& field) { return field.is_null() ? CString() : CString::FromUtf8(field.c_str()); }
 std::string utf8(const CString& value) { return StoreText(value); }
@@ -74,6 +78,10 @@ const std::string kNodeColumns =
 const std::string kRevisionColumns = "SELECT id, node_id, number, kind, enterprise, \"user\", submitted FROM revisions ";
 
 [[noreturn]] void rethrowAsStoreError(const std::exception& error) {
+    // Another writer (a frozen server, say) holds what this one needs: said in words for anyone, and the
+    // connection stays good.
+    if (const auto* refused = dynamic_cast<const pqxx::sql_error*>(&error); refused && refused->sqlstate() == kLockNotAvailable)
+        throw CCentreBusyError(u"Another submit holds this project and has not finished; nothing was changed. Try again later.");
     // A lost connection or a refused statement: the transaction is gone either way.
     throw CCentreStoreError(QxFormat(u"The BOM centre database failed: %s", CString::FromUtf8(error.what())),
                             dynamic_cast<const pqxx::broken_connection*>(&error) != nullptr);
@@ -113,11 +121,11 @@ private:
     CPostgresCentreStore& m_store;
 };
 
-CPostgresCentreStore::CPostgresCentreStore(const std::string& connectionString) {
+CPostgresCentreStore::CPostgresCentreStore(const std::string& connectionString, PostgresTimeouts timeouts) {
     try {
         m_session = std::make_unique<Session>(connectionString);
         pqxx::nontransaction setup(m_session->connection);
-        setup.exec(kTimeouts);
+        setup.exec(timeoutSettings(timeouts));
     } catch (const pqxx::failure& error) {
         rethrowAsStoreError(error);
     }
@@ -337,10 +345,15 @@ std::vector<CentreNode> CPostgresCentreStore::nodes(long long projectId) {
 }
 
 long long CPostgresCentreStore::addRevision(const CentreRevision& revision, const std::vector<CentreRow>& rows) {
+    return addSubmittedRevision(revision, rows, CString());
+}
+
+long long CPostgresCentreStore::addSubmittedRevision(const CentreRevision& revision, const std::vector<CentreRow>& rows,
+                                                     const CString& submitKey) {
     // The revision and all its rows in one statement: one round trip, however many rows.
     const pqxx::result inserted = Query(*this)(
-        "WITH revision AS (INSERT INTO revisions (node_id, number, kind, enterprise, \"user\", submitted) "
-        "VALUES ($1, $2, $3, $4, $5, $6) RETURNING id), "
+        "WITH revision AS (INSERT INTO revisions (node_id, number, kind, enterprise, \"user\", submitted, submit_key) "
+        "VALUES ($1, $2, $3, $4, $5, $6, NULLIF($14, '')) RETURNING id), "
         "kept AS (INSERT INTO bom_rows (revision_id, position, label, name, model, count, remark, code, secondary) "
         "SELECT revision.id, row.position - 1, row.label, row.name, row.model, row.count, row.remark, row.code, row.secondary "
         "FROM revision, unnest($7::text[], $8::text[], $9::text[], $10::text[], $11::text[], $12::text[], $13::boolean[]) "
@@ -349,12 +362,19 @@ long long CPostgresCentreStore::addRevision(const CentreRevision& revision, cons
         revision.nodeId, revision.number, utf8(revision.kind), utf8(revision.enterprise), utf8(revision.user),
         utf8(revision.submitted), textArray(rows, &CentreRow::label), textArray(rows, &CentreRow::name),
         textArray(rows, &CentreRow::model), textArray(rows, &CentreRow::count), textArray(rows, &CentreRow::remark),
-        textArray(rows, &CentreRow::code), secondaryArray(rows));
+        textArray(rows, &CentreRow::code), secondaryArray(rows), utf8(submitKey));
     return inserted[0][0].as<long long>();
 }
 
 std::optional<CentreRevision> CPostgresCentreStore::currentRevision(long long nodeId) {
     const pqxx::result found = Query(*this)(kRevisionColumns + "WHERE node_id = $1 ORDER BY number DESC LIMIT 1", nodeId);
+    if (found.empty()) return std::nullopt;
+    return revisionFrom(found[0]);
+}
+
+std::optional<CentreRevision> CPostgresCentreStore::revisionOfSubmit(long long nodeId, const CString& submitKey) {
+    if (submitKey.IsEmpty()) return std::nullopt;
+    const pqxx::result found = Query(*this)(kRevisionColumns + "WHERE node_id = $1 AND submit_key = $2", nodeId, utf8(submitKey));
     if (found.empty()) return std::nullopt;
     return revisionFrom(found[0]);
 }

@@ -9,11 +9,19 @@
 #include <memory>
 #include <string>
 
+// How long a connection waits for a lock, lets a statement run, or lets a transaction sit idle, in seconds.
+// The idle bound cuts off a frozen server holding a project, so that the other servers go on.
+struct PostgresTimeouts {
+    int lock = 10;
+    int statement = 60;
+    int idleInTransaction = 20;
+};
+
 class QX_API CPostgresCentreStore final : public ICentreStore {
 public:
     // Connects and brings the schema up to date. Throws CCentreStoreError when the database cannot be
     // reached, or holds a schema newer than this build's.
-    explicit CPostgresCentreStore(const std::string& connectionString);
+    explicit CPostgresCentreStore(const std::string& connectionString, PostgresTimeouts timeouts = {});
     ~CPostgresCentreStore() override;
 
     // The schema version of the database: 0 for one without the centre's tables.
@@ -47,7 +55,10 @@ public:
     std::optional<CentreNode> node(long long id) override;
     std::vector<CentreNode> nodes(long long projectId) override;
     long long addRevision(const CentreRevision& revision, const std::vector<CentreRow>& rows) override;
+    long long addSubmittedRevision(const CentreRevision& revision, const std::vector<CentreRow>& rows,
+                                   const CString& submitKey) override;
     std::optional<CentreRevision> currentRevision(long long nodeId) override;
+    std::optional<CentreRevision> revisionOfSubmit(long long nodeId, const CString& submitKey) override;
     std::vector<CentreRevision> revisions(long long nodeId) override;
     std::vector<CentreRow> rows(long long revisionId) override;
 

@@ -54,13 +54,28 @@ json rowsJson(const std::vector<CentreRow>& rows) {
     return out;
 }
 
+// The client's key of one submit, the same in every sending of it: absent (an older client) or 16 to 64
+// letters, digits, '-' and '_'.
+CString submitKeyOf(const json& body) {
+    const auto key = body.find("key");
+    if (key == body.end()) return CString();
+    const bool wellFormed = key->is_string() && key->get_ref<const std::string&>().size() >= 16 &&
+                            key->get_ref<const std::string&>().size() <= 64 &&
+                            key->get_ref<const std::string&>().find_first_not_of(
+                                "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz-_") == std::string::npos;
+    if (!wellFormed) throw CCentreJsonError("the field \"key\" must be 16 to 64 letters, digits, '-' or '_'");
+    return CString::FromUtf8(key->get<std::string>());
+}
+
 void submitRoute(httplib::Server& server, ServerContext& context, const char* path,
-                 SubmitReport (CBomCentreOperations::*operation)(const CentreUser&, HMProjectTree_INFO&)) {
+                 SubmitReport (CBomCentreOperations::*operation)(const CentreUser&, HMProjectTree_INFO&, const CString&)) {
     server.Post(path, authorized(context, [operation](const CentreUser& who, const httplib::Request& request,
                                                       httplib::Response& response, CBomCentreOperations& centre, ICentreStore&) {
-                    auto tree = treeOf(body(request));
+                    const json submit = body(request);
+                    auto tree = treeOf(submit);
+                    const CString submitKey = submitKeyOf(submit);
                     requireOwnProject(centre, who, *tree);
-                    const SubmitReport report = (centre.*operation)(who, *tree);
+                    const SubmitReport report = (centre.*operation)(who, *tree, submitKey);
                     SendJson(response, 200, {{"tree", TreeToJson(*tree)}, {"report", ReportToJson(report)}});
                 }));
 }

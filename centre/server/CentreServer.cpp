@@ -60,7 +60,7 @@ httplib::Server::HandlerResponse refuse(httplib::Response& response, int status,
 
 struct CCentreServer::Impl {
     explicit Impl(CentreServerOptions chosen)
-        : options(std::move(chosen)), pool(CentreStoreOpener(options.database)), sessions(options.sessionIdleLimit),
+        : options(std::move(chosen)), pool(CentreStoreOpener(options.database, options.timeouts)), sessions(options.sessionIdleLimit),
           context{pool, sessions, throttle, !options.tlsCertificate.empty(),
                   [this](const std::string& line) { log(line); }, options.trustedProxies} {}
 

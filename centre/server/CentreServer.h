@@ -14,6 +14,7 @@
 
 struct CentreServerOptions {
     std::string database;  // what --db names (see CentreStoreOpener)
+    PostgresTimeouts timeouts;
     std::string tlsCertificate;
     std::string tlsKey;
     std::chrono::seconds sessionIdleLimit{8 * 60 * 60};

@@ -42,7 +42,8 @@ void SendError(httplib::Response& response, int status, const std::string& messa
 inline const char* const kStoreUnavailable = "the BOM centre's database is not available now; try again later";
 
 // Runs `work(centre, store)` with a lent store. Malformed input gives 400, CNotFound 404, a refusal of the
-// centre 422, a failing store 503 (logged); the store of a failure is not lent again.
+// centre 422, a failing store 503 (logged); the store of a failure is not lent again. A store that waited
+// too long for another writer's lock gives 503 with its own words and Retry-After.
 template <typename Work>
 void RunWithStore(ServerContext& context, httplib::Response& response, Work&& work) {
     try {
@@ -50,6 +51,8 @@ void RunWithStore(ServerContext& context, httplib::Response& response, Work&& wo
         try {
             CBomCentreOperations centre(lease.store());
             work(centre, lease.store());
+        } catch (const CCentreBusyError&) {
+            throw;  // the store is sound: it goes back to the pool
         } catch (const CCentreStoreError&) {
             lease.discard();
             throw;
@@ -60,6 +63,10 @@ void RunWithStore(ServerContext& context, httplib::Response& response, Work&& wo
         SendError(response, 400, std::string("malformed JSON: ") + error.what());
     } catch (const CCentreJsonError& error) {
         SendError(response, 400, std::string("malformed request: ") + error.what());
+    } catch (const CCentreBusyError& error) {
+        context.log("store busy: " + error.message().ToUtf8());
+        response.set_header("Retry-After", "5");
+        SendError(response, 503, error.message().ToUtf8());
     } catch (const CCentreStoreError& error) {
         context.log("store failed: " + error.message().ToUtf8());
         SendError(response, 503, kStoreUnavailable);

@@ -1,7 +1,6 @@
 #include "centre/server/StorePool.h"
 
 #include "centre/sqlite/SqliteCentreStore.h"
-#include "centre/postgres/PostgresCentreStore.h"
 
 CStorePool::Lease::~Lease() {
     if (m_discard) return;
@@ -29,9 +28,11 @@ bool IsPostgresConnectionString(const std::string& database) {
            database.find('=') != std::string::npos;
 }
 
-CStorePool::Opener CentreStoreOpener(const std::string& database) {
+CStorePool::Opener CentreStoreOpener(const std::string& database, PostgresTimeouts timeouts) {
     if (IsPostgresConnectionString(database))
-        return [database]() -> std::unique_ptr<ICentreStore> { return std::make_unique<CPostgresCentreStore>(database); };
+        return [database, timeouts]() -> std::unique_ptr<ICentreStore> {
+            return std::make_unique<CPostgresCentreStore>(database, timeouts);
+        };
     // SQLite's lock is not fair: under a server's many workers a writer may wait longer than one person's
     // client would, so a server waits longer before it gives up.
     return [database]() -> std::unique_ptr<ICentreStore> { return std::make_unique<CSqliteCentreStore>(database, 30000); };

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "centre/operations/CentreStore.h"
+#include "centre/postgres/PostgresCentreStore.h"
 
 #include <functional>
 #include <memory>
@@ -44,6 +45,6 @@ private:
 };
 
 // The store a server's --db names: a PostgreSQL connection string ("postgresql://…", "postgres://…", or
-// key=value words), else the path of a SQLite file.
-QX_API CStorePool::Opener CentreStoreOpener(const std::string& database);
+// key=value words), else the path of a SQLite file. The time-outs bound a PostgreSQL connection's waits.
+QX_API CStorePool::Opener CentreStoreOpener(const std::string& database, PostgresTimeouts timeouts = {});
 QX_API bool IsPostgresConnectionString(const std::string& database);

@@ -267,13 +267,20 @@ std::vector<CentreNode> CSqliteCentreStore::nodes(long long projectId) {
 }
 
 long long CSqliteCentreStore::addRevision(const CentreRevision& revision, const std::vector<CentreRow>& rows) {
-    m_db->prepare("INSERT INTO revisions (node_id, number, kind, enterprise, user, submitted) VALUES (?1, ?2, ?3, ?4, ?5, ?6)")
+    return addSubmittedRevision(revision, rows, CString());
+}
+
+long long CSqliteCentreStore::addSubmittedRevision(const CentreRevision& revision, const std::vector<CentreRow>& rows,
+                                                   const CString& submitKey) {
+    m_db->prepare("INSERT INTO revisions (node_id, number, kind, enterprise, user, submitted, submit_key) "
+                  "VALUES (?1, ?2, ?3, ?4, ?5, ?6, NULLIF(?7, ''))")
         .bind(1, revision.nodeId)
         .bind(2, static_cast<long long>(revision.number))
         .bind(3, revision.kind)
         .bind(4, revision.enterprise)
         .bind(5, revision.user)
         .bind(6, revision.submitted)
+        .bind(7, submitKey)
         .run();
     const long long id = m_db->lastInsertId();
     // One statement for every row, bound afresh for each.
@@ -300,6 +307,15 @@ std::optional<CentreRevision> CSqliteCentreStore::currentRevision(long long node
     const std::string text = sql(kRevisionColumns, "WHERE node_id = ?1 ORDER BY number DESC LIMIT 1");
     auto lookup = m_db->prepare(text.c_str());
     lookup.bind(1, nodeId);
+    if (!lookup.step()) return std::nullopt;
+    return revisionFrom(lookup);
+}
+
+std::optional<CentreRevision> CSqliteCentreStore::revisionOfSubmit(long long nodeId, const CString& submitKey) {
+    if (submitKey.IsEmpty()) return std::nullopt;
+    const std::string text = sql(kRevisionColumns, "WHERE node_id = ?1 AND submit_key = ?2");
+    auto lookup = m_db->prepare(text.c_str());
+    lookup.bind(1, nodeId).bind(2, submitKey);
     if (!lookup.step()) return std::nullopt;
     return revisionFrom(lookup);
 }

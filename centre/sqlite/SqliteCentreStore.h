@@ -11,7 +11,7 @@
 class SqliteStore;
 
 // The schema version this build writes.
-constexpr int kCentreSchemaVersion = 3;
+constexpr int kCentreSchemaVersion = 4;
 // How long an operation waits for a store that another process holds.
 constexpr int kCentreBusyTimeoutMs = 5000;
 
@@ -52,7 +52,10 @@ public:
     std::optional<CentreNode> node(long long id) override;
     std::vector<CentreNode> nodes(long long projectId) override;
     long long addRevision(const CentreRevision& revision, const std::vector<CentreRow>& rows) override;
+    long long addSubmittedRevision(const CentreRevision& revision, const std::vector<CentreRow>& rows,
+                                   const CString& submitKey) override;
     std::optional<CentreRevision> currentRevision(long long nodeId) override;
+    std::optional<CentreRevision> revisionOfSubmit(long long nodeId, const CString& submitKey) override;
     std::vector<CentreRevision> revisions(long long nodeId) override;
     std::vector<CentreRow> rows(long long revisionId) override;
 

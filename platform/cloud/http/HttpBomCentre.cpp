@@ -10,8 +10,22 @@
 
 using nlohmann::json;
 
+#include <random>
+
 namespace {
 
+// A submit's own key, made once and sent with every sending of it (libcurl's resend, the repeat after a
+// silent login): the centre keeps a submit once however often it arrives. 128 random bits.
+std::string newSubmitKey() {
+    std::random_device source;
+    static const char* hex = "0123456789abcdef";
+    std::string key;
+    for (int i = 0; i < 4; ++i) {
+        const unsigned bits = source();
+        for (int shift = 0; shift < 32; shift += 4) key += hex[(bits >> shift) & 15];
+    }
+    return key;
+}
 
 // An ID as a path segment: digits only, else it names nothing the server has.
 std::optional<std::string> idSegment(const CString& id) {
@@ -189,7 +203,9 @@ HMProjectTree_INFO* CHttpBomCentre::getOneCabProjectInfo() {
 // module holds pointers to.
 bool CHttpBomCentre::submitTree(const char* path, HMProjectTree_INFO& tree, const char16_t* operation) {
     if (!isLogin()) return false;
-    const json request{{"tree", TreeToJson(tree)}};
+    json request{{"tree", TreeToJson(tree)}};
+    // A new project is guarded by its name, which a second sending finds taken; revisions by the key.
+    if (std::string(path) != "/api/submit-itm") request["key"] = newSubmitKey();
     const auto reply = call("POST", path, &request);
     if (!reply) {
         if (m_lastStatus != 404) return false;
