@@ -1,6 +1,7 @@
 // The cabinet groups of a primary diagram: counting a circuit's parts, master symbols, drawers and groups,
 // the filter of secondary rows, the marker, and the scan's treatment of the host's state.
 #include "AssemblyFixtures.h"
+#include "RecordTexts.h"
 #include "drawing/access/QxDwgOpen.h"
 #include "drawing/assembly/CircuitMarker.h"
 #include "drawing/assembly/CircuitRows.h"
@@ -11,6 +12,8 @@
 #include "drawing/model/DrawingBuilder.h"
 #include "drawing/primary/CircuitBom.h"
 #include "support/XDataHelpers.h"
+
+#include <sstream>
 
 namespace {
 
@@ -24,11 +27,20 @@ struct CircuitTableColumns {
     }
 };
 
-CString partsText(const CReferSourcePartArray& parts) {
-    CString text;
-    for (const CReferSourcePartBomInfo* part : parts)
-        text += part->m_strType + u"/" + part->m_strCode + u"/" + part->m_strName + u"/" + part->m_strCount + u";";
-    return text;
+// Each vertex as x,y with its bulge and widths, then layer|colour|visibility.
+CString polylineText(const AcDbPolyline& line) {
+    std::ostringstream text;
+    for (unsigned i = 0; i < line.numVerts(); ++i) {
+        AcGePoint2d p;
+        double bulge = 0, start = 0, end = 0;
+        line.getPointAt(i, p);
+        line.getBulgeAt(i, bulge);
+        line.getWidthsAt(i, start, end);
+        text << (i ? ";" : "") << p.x << "," << p.y << " b" << bulge << " w" << start << "," << end;
+    }
+    text << "|" << line.layer() << "|" << line.colorIndex() << "|"
+         << (line.visibility() == AcDb::kInvisible ? "invisible" : "visible");
+    return CString(text.str());
 }
 
 AcDbObjectId blockNamed(AcDbDatabase* database, const CString& name) {
@@ -145,90 +157,44 @@ TEST(LinkedSymbolsTest, CountsOnlyLinksThatRunBothWays) {
     EXPECT_TRUE(handles.IsEmpty());
 }
 
-TEST_F(AssemblyTest, ScanMakesGroupsDrawersAndCountedRows) {
-    layOutStation();
-    QxScanPrimaryDiagram(station());
-    ASSERT_EQ(g_arrCircuits.GetSize(), 7);
-    ASSERT_EQ(g_arrReferGroups.GetSize(), 6);
-
-    const CReferSourceGroupInfo& k01 = *g_arrReferGroups[0];
-    EXPECT_EQ(k01.m_strName, u"K01");
-    EXPECT_EQ(k01.m_strUse, u"进线");  // the first circuit's
-    EXPECT_EQ(k01.m_strType, u"KYN28");
-    EXPECT_TRUE(k01.m_arrParts.IsEmpty());
-    EXPECT_TRUE(k01.m_strDrawing.IsEmpty());
-    ASSERT_EQ(k01.m_arrDrawers.GetSize(), 2);
-
-    // Drawer 1: nested symbols; an empty code takes the type. The secondary row that the primary diagram
-    // counts is left out, and the moved path resolved below the primary drawing's folder.
-    const CDrawerInfo& first = *k01.m_arrDrawers[0];
-    EXPECT_EQ(first.m_strName, u"1");
-    EXPECT_EQ(partsText(first.m_arrParts), u"NSX100/C100/断路器/1;CT-1/CT-1/互感器/1;");
-    EXPECT_EQ(first.m_strDrawing, station() + u"Secondary\\S1.dwg");
-    EXPECT_EQ(first.m_strTitleNo, u"S-001");
-    EXPECT_EQ(first.m_strTitleName, u"进线二次");
-    ASSERT_EQ(first.m_arrDwgBoms.GetSize(), 1);
-    EXPECT_EQ(first.m_arrDwgBoms[0]->Labels, (CStringArray{u"1KA"}));
-    EXPECT_EQ(first.m_arrDwgBoms[0]->Counts, (CStringArray{u"2"}));
-    EXPECT_EQ(first.m_arrDwgBoms[0]->Extras.GetSize(), 1);
-
-    // Drawer 2: the marker's record; its part filters a row of other case; no title: the file name.
-    const CDrawerInfo& second = *k01.m_arrDrawers[1];
-    EXPECT_EQ(second.m_strName, u"2");
-    EXPECT_EQ(partsText(second.m_arrParts), u"RX-1/R1/继电器/1;");
-    EXPECT_EQ(second.m_strTitleNo, u"S2");
-    EXPECT_TRUE(second.m_strTitleName.IsEmpty());
-    EXPECT_EQ(second.m_arrDwgBoms[0]->Labels, (CStringArray{u"2HL"}));
-
-    const CReferSourceGroupInfo& k02 = *g_arrReferGroups[1];
-    EXPECT_EQ(k02.m_strName, u"K02");
-    EXPECT_TRUE(k02.m_arrDrawers.IsEmpty());
-    EXPECT_EQ(partsText(k02.m_arrParts), u"X1/E1/N1/3;");
-    EXPECT_EQ(k02.m_strTitleNo, u"S-003");
-    EXPECT_EQ(k02.m_arrDwgBoms[0]->Labels, (CStringArray{u"3KA"}));
-
-    // One master symbol: count once; no master: count twice. No drawing: no rows and no titles.
-    EXPECT_EQ(partsText(g_arrReferGroups[2]->m_arrParts), u"AD16/L1/指示灯/1;");
-    EXPECT_EQ(partsText(g_arrReferGroups[3]->m_arrParts), u"AD16/L1/指示灯/2;");
-    EXPECT_TRUE(g_arrReferGroups[3]->m_arrDwgBoms.IsEmpty());
-    EXPECT_TRUE(g_arrReferGroups[3]->m_strTitleNo.IsEmpty());
-    EXPECT_EQ(g_arrReferGroups[4]->m_strName, u"K05");
-    EXPECT_EQ(g_arrReferGroups[5]->m_strName, u"K05");
-    EXPECT_EQ(g_arrReferGroups[5]->m_strUse, u"备用二");
-}
-
-TEST_F(AssemblyTest, ScanAddsTheMarkerToCircuitBlocksOnlyWhereItIsMissing) {
+TEST_F(AssemblyTest, ScanMakesGroupsDrawersAndCountedRowsAndAddsMissingMarkers) {
     layOutStation();
     const CString primary = station() + u"一次系统图.dwg";
     QxScanPrimaryDiagram(station());
+    ASSERT_EQ(g_arrCircuits.GetSize(), 7);
+    std::vector<CString> groups;
+    for (const CReferSourceGroupInfo* group : g_arrReferGroups) groups.push_back(RecordText(*group));
+    // K01 takes its first circuit's use. One master symbol: count once; no master: count twice. No drawing:
+    // no rows and no titles.
+    EXPECT_EQ(groups, (std::vector<CString>{
+                          u"K01|进线|KYN28||||||drawers 2",
+                          u"K02|计量|KYN28|X1/E1/N1/3;|" + station() + u"Secondary\\S3.dwg|S-003|计量二次|[3KA 1 1]|drawers 0",
+                          u"K03|指示|KYN28|AD16/L1/指示灯/1;|||||drawers 0",
+                          u"K04|指示|KYN28|AD16/L1/指示灯/2;|||||drawers 0",
+                          u"K05|备用一|KYN28||||||drawers 0",
+                          u"K05|备用二|KYN28||||||drawers 0"}));
+    // Drawer 1: nested symbols; an empty code takes the type. The secondary row that the primary diagram
+    // counts is left out, and the moved path resolved below the primary drawing's folder. Drawer 2: the
+    // marker's record; its part filters a row of other case; no title: the file name.
+    std::vector<CString> drawers;
+    for (const CDrawerInfo* drawer : g_arrReferGroups[0]->m_arrDrawers) drawers.push_back(RecordText(*drawer));
+    EXPECT_EQ(drawers, (std::vector<CString>{
+                           u"1|||NSX100/C100/断路器/1;CT-1/CT-1/互感器/1;|" + station() +
+                               u"Secondary\\S1.dwg|S-001|进线二次|[1KA 2 1]",
+                           u"2|||RX-1/R1/继电器/1;|" + station() + u"Secondary\\S2.dwg|S2||[2HL 3 1]"}));
+
+    // The marker goes into each circuit block that has none, in the editor's document, not on disk.
     ASSERT_TRUE(QxIsDwgOpen(primary));
     AcDbDatabase* database = nullptr;
     ASSERT_FALSE(QxOpenDwgDatabase(primary, 1, database));  // the editor's document holds it
-
     const auto added = markersOf(database, u"CIR_A");
     ASSERT_EQ(added.size(), 1u);
-    const AcDbPolyline& marker = *added[0];
-    AcGePoint2d p0, p1;
-    double bulge = 0, start = 0, end = 0;
-    marker.getPointAt(0, p0);
-    marker.getPointAt(1, p1);
-    marker.getBulgeAt(1, bulge);
-    marker.getWidthsAt(0, start, end);
-    EXPECT_EQ(p0.x, 9.5);  // the block's origin is (10, 20)
-    EXPECT_EQ(p1.x, 10.5);
-    EXPECT_EQ(p0.y, 20.0);
-    EXPECT_EQ(bulge, 1.0);
-    EXPECT_EQ(start, 2.0);
-    EXPECT_EQ(end, 2.0);
-    EXPECT_EQ(marker.layer(), u"0");
-    EXPECT_EQ(marker.colorIndex(), 1);
-    EXPECT_EQ(marker.visibility(), AcDb::kInvisible);
-
+    // The block's origin is (10, 20): points, bulge and widths of a dot of diameter 1, invisible, red, layer 0.
+    EXPECT_EQ(polylineText(*added[0]), u"9.5,20 b1 w2,2;10.5,20 b1 w2,2|0|1|invisible");
     EXPECT_EQ(markersOf(database, u"CIR_B").size(), 1u);      // had one
     EXPECT_EQ(markersOf(database, u"CIR_PLAIN").size(), 1u);  // K02 and both K05 share it
     EXPECT_TRUE(markersOf(database, u"SYMBOL").empty());      // symbols carry no marker
     EXPECT_EQ(acDocManagerPtr()->mdiActiveDocument()->lockCount(), 0);
-    // The file on disk is not written.
     EXPECT_EQ(m_folder.readFile("Station/一次系统图.dwg"), AssemblyFixture("primary.dxf"));
 }
 
@@ -241,10 +207,10 @@ TEST_F(AssemblyTest, CircuitsSharingABlockKeepTheirNestedPartsInEveryScan) {
         QxScanPrimaryDiagram(folder);
         ASSERT_EQ(g_arrReferGroups.GetSize(), 3) << "command " << command;
         for (int i = 0; i < 2; ++i)
-            EXPECT_EQ(partsText(g_arrReferGroups[i]->m_arrParts), u"NSX100/C100/断路器/1;CT-1/T1/互感器/1;")
+            EXPECT_EQ(PartsText(g_arrReferGroups[i]->m_arrParts), u"NSX100/C100/断路器/1;CT-1/T1/互感器/1;")
                 << g_arrReferGroups[i]->m_strName << ", command " << command;
         // A master that does not list its symbols back gives them no key: both count.
-        EXPECT_EQ(partsText(g_arrReferGroups[2]->m_arrParts), u"AD16/L1/指示灯/2;");
+        EXPECT_EQ(PartsText(g_arrReferGroups[2]->m_arrParts), u"AD16/L1/指示灯/2;");
         AcDbDatabase* database = nullptr;
         QxOpenDwgDatabase(folder + u"shared.dwg", 1, database);
         ASSERT_NE(database, nullptr);

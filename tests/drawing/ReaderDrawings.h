@@ -11,6 +11,17 @@
 struct BomColumnsRead {
     CStringArray names, types, counts, codes, prices, kinds, labels, notes, extras;
     int size() const { return names.GetSize(); }
+
+    // Each row as label|type|name|count|note|code|price|kind|extra; columns of unequal length show as such.
+    std::vector<CString> rows() const {
+        for (const CStringArray* column : {&types, &counts, &codes, &prices, &kinds, &labels, &notes, &extras})
+            if (column->GetSize() != size()) return {u"columns of unequal length"};
+        std::vector<CString> texts;
+        for (int i = 0; i < size(); ++i)
+            texts.push_back(labels[i] + u"|" + types[i] + u"|" + names[i] + u"|" + counts[i] + u"|" + notes[i] + u"|" +
+                            codes[i] + u"|" + prices[i] + u"|" + kinds[i] + u"|" + extras[i]);
+        return texts;
+    }
 };
 
 // A block definition with a square of the given side, so that its references have extents.

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 namespace {
 
 const std::vector<CString> kAllKeys = {HORSIZE_OF_DRAWING, VERSIZE_OF_DRAWING, HORNUM_OF_TABLE, VERNUM_OF_TABLE, u"X1"};
@@ -53,6 +55,13 @@ struct TitleChoice {
     CString number, name;
 };
 
+std::string cellText(const TitleCell& cell) {
+    std::ostringstream text;
+    text << cell.Name << "|" << cell.X1 << "|" << cell.Y1 << "|" << cell.X2 << "|" << cell.Y2 << "|" << cell.Param1
+         << "|" << cell.Param2 << "|" << cell.Value;
+    return text.str();
+}
+
 CStringArray Items(std::initializer_list<CString> items) {
     CStringArray out;
     for (const CString& item : items) out.Add(item);
@@ -61,55 +70,28 @@ CStringArray Items(std::initializer_list<CString> items) {
 
 } // namespace
 
-TEST(TitleCellTableTest, CellLinesHaveEightFields) {
-    const TitleCell cell = ParseTitleCellLine(u"图号|10|20.5|30|5|1|2|a|b");
-    EXPECT_EQ(cell.Name, u"图号");
-    EXPECT_EQ(cell.X1, 10.0);
-    EXPECT_EQ(cell.Y1, 20.5);
-    EXPECT_EQ(cell.X2, 30.0);
-    EXPECT_EQ(cell.Y2, 5.0);
-    EXPECT_EQ(cell.Param1, 1.0);
-    EXPECT_EQ(cell.Param2, 2.0);
-    EXPECT_EQ(cell.Value, u"a|b");
-
+TEST(TitleCellTableTest, CellLinesHaveEightFieldsAndMarkersFrameThem) {
+    EXPECT_EQ(cellText(ParseTitleCellLine(u"图号|10|20.5|30|5|1|2|a|b")), "图号|10|20.5|30|5|1|2|a|b");
     // Junk reads as 0, a number with junk behind it as the number.
-    const TitleCell junk = ParseTitleCellLine(u"图名|abc|12mm| 7|||");
-    EXPECT_EQ(junk.X1, 0.0);
-    EXPECT_EQ(junk.Y1, 12.0);
-    EXPECT_EQ(junk.X2, 7.0);
-    EXPECT_EQ(junk.Value, u"");
-
+    EXPECT_EQ(cellText(ParseTitleCellLine(u"图名|abc|12mm| 7|||")), "图名|0|12|7|0|0|0|");
     // A short line: the numbers not reached stay 0 and the rest is the value.
-    const TitleCell shortLine = ParseTitleCellLine(u"图号|10|20");
-    EXPECT_EQ(shortLine.X1, 10.0);
-    EXPECT_EQ(shortLine.X2, 0.0);
-    EXPECT_EQ(shortLine.Y2, 0.0);
-    EXPECT_EQ(shortLine.Value, u"20");
-}
+    EXPECT_EQ(cellText(ParseTitleCellLine(u"图号|10|20")), "图号|10|0|0|0|0|0|20");
 
-TEST(TitleCellTableTest, MarkersFrameTheCellLines) {
     const TitleCellTable table = ParseTitleCellTable(
         Items({u"a|1|1|1|1|1|1|", u"$beginetitle", u"sheet|1", u"no bar", u"图号|10|20|30|5|0|0|", u"$EndTitle",
                u"图名|1|2|3|4|0|0|"}),
         {100, 50, 0});
-    ASSERT_EQ(table.Cells.GetSize(), 1);
-    EXPECT_EQ(table.Cells[0].Name, u"图号");
     // Insertion point (100, 50) and cell 10|20|30|5: x from 110 to 130, y from 55 to 70.
-    EXPECT_EQ(table.Cells[0].X1, 110.0);
-    EXPECT_EQ(table.Cells[0].X2, 130.0);
-    EXPECT_EQ(table.Cells[0].Y1, 70.0);
-    EXPECT_EQ(table.Cells[0].Y2, 55.0);
-
+    ASSERT_EQ(table.Cells.GetSize(), 1);
+    EXPECT_EQ(cellText(table.Cells[0]), "图号|110|70|130|55|0|0|");
     const TitleCellTable noMarkers = ParseTitleCellTable(Items({u"图号|1|2|3|4|0|0|", u"图名|1|2|3|4|0|0|"}), {});
     EXPECT_EQ(noMarkers.Cells.GetSize(), 2);
-}
 
-TEST(TitleCellTableTest, TheTableHoldsAHundredCells) {
     CStringArray items;
     for (int i = 0; i < 150; ++i) items.Add(CString(u"cell|") + CString(std::to_string(i)) + u"|0|0|0|0|0|");
-    const TitleCellTable table = ParseTitleCellTable(items, {});
-    ASSERT_EQ(table.Cells.GetSize(), TitleCellTable::kMaxCells);
-    EXPECT_EQ(table.Cells[99].X1, 99.0);
+    const TitleCellTable full = ParseTitleCellTable(items, {});
+    ASSERT_EQ(full.Cells.GetSize(), TitleCellTable::kMaxCells);
+    EXPECT_EQ(full.Cells[99].X1, 99.0);
 }
 
 TEST_F(TitleBlockTest, TextOnAnEdgeLiesOutsideAndTheFirstInsideWins) {
@@ -138,7 +120,7 @@ TEST_F(TitleBlockTest, FirstMatchingCellDecidesEvenWhenEmpty) {
     EXPECT_EQ(name, u"");
 }
 
-TEST_F(TitleBlockTest, BlocksThatAreNoTitleBlocksOrHaveNoTable) {
+TEST_F(TitleBlockTest, BlocksThatAreNoTitleBlocksOrHaveNoTableAndTheStrictTest) {
     CString number = u"stale", name = u"stale";
     // HORBEGIN_OF_TABLE alone is not enough for the reader.
     const AcDbObjectId begin = addTitle({0, 0, 0}, u"N", u"M", {HORBEGIN_OF_TABLE});
@@ -151,6 +133,15 @@ TEST_F(TitleBlockTest, BlocksThatAreNoTitleBlocksOrHaveNoTable) {
     EXPECT_FALSE(readBlock(noCells, number, name));
     AcDbObjectPointer<AcDbBlockReference> reference(noCells, AcDb::kForRead);
     EXPECT_FALSE(QxReadTitleBlock(nullptr, reference.get(), number, name));
+
+    // The strict test needs all five keys.
+    const AcDbObjectId withoutX1 =
+        addBlockWithKeys({0, 0, 0}, {HORSIZE_OF_DRAWING, VERSIZE_OF_DRAWING, HORNUM_OF_TABLE, VERNUM_OF_TABLE});
+    AcDbObjectPointer<AcDbEntity> all(addBlockWithKeys({0, 0, 0}, kAllKeys), AcDb::kForRead);
+    AcDbObjectPointer<AcDbEntity> fewer(withoutX1, AcDb::kForRead);
+    EXPECT_TRUE(QxIsTitleBlock(all.get()));
+    EXPECT_FALSE(QxIsTitleBlock(fewer.get()));
+    EXPECT_FALSE(QxIsTitleBlock(nullptr));
 }
 
 TEST(TitleBlockChoiceTest, PrimaryWinsWiringIsPassedOverBeginKeyBlockIsEmptyOtherBlocksAreNone) {
@@ -179,15 +170,4 @@ TEST(TitleBlockChoiceTest, PrimaryWinsWiringIsPassedOverBeginKeyBlockIsEmptyOthe
     CString number = u"stale", name = u"stale";
     EXPECT_FALSE(QxGetDwgTitle(nullptr, number, name));
     EXPECT_EQ(number, u"");
-}
-
-TEST_F(TitleBlockTest, StrictTestNeedsAllFiveKeys) {
-    const AcDbObjectId all = addBlockWithKeys({0, 0, 0}, kAllKeys);
-    const AcDbObjectId withoutX1 =
-        addBlockWithKeys({0, 0, 0}, {HORSIZE_OF_DRAWING, VERSIZE_OF_DRAWING, HORNUM_OF_TABLE, VERNUM_OF_TABLE});
-    AcDbObjectPointer<AcDbEntity> first(all, AcDb::kForRead);
-    AcDbObjectPointer<AcDbEntity> second(withoutX1, AcDb::kForRead);
-    EXPECT_TRUE(QxIsTitleBlock(first.get()));
-    EXPECT_FALSE(QxIsTitleBlock(second.get()));
-    EXPECT_FALSE(QxIsTitleBlock(nullptr));
 }
