@@ -25,6 +25,17 @@ struct CircuitTableColumns {
              const CStringArray& k) {
         return QxAddCircuitRows(keys, types, codes, names, counts, key, t, c, n, k);
     }
+    bool add(const CString& key, const CString& count) { return add(key, {u"T2"}, {u"c2"}, {u"m"}, {count}); }
+    // Each row as type/code/name/count and its master keys, or what is wrong with the columns.
+    std::vector<CString> rows() const {
+        for (const CStringArray* column : {&codes, &names, &counts})
+            if (column->GetSize() != types.GetSize()) return {u"columns of unequal length"};
+        if (keys.GetSize() != types.GetSize()) return {u"keys of another length"};
+        std::vector<CString> texts;
+        for (int i = 0; i < types.GetSize(); ++i)
+            texts.push_back(types[i] + u"/" + codes[i] + u"/" + names[i] + u"/" + counts[i] + u" [" + Joined(keys[i]) + u"]");
+        return texts;
+    }
 };
 
 // Each vertex as x,y with its bulge and widths, then layer|colour|visibility.
@@ -68,50 +79,35 @@ std::vector<const AcDbPolyline*> markersOf(AcDbDatabase* database, const CString
 
 TEST(CircuitRowsTest, PartsOfOneCircuitAddUpIgnoringCaseUnlessOneMasterHoldsThem) {
     CircuitTableColumns table;
+    // A row without type and code is passed over; one with a code alone is kept.
     ASSERT_TRUE(table.add(u"", {u"abc", u"", u"T2", u""}, {u"c1", u"", u"c2", u"c9"}, {u"n", u"x", u"m", u"k"},
                           {u"2", u"5", u"1", u"1"}));
-    // A row without type and code is passed over; one with a code alone is kept.
-    EXPECT_EQ(table.types, (CStringArray{u"abc", u"T2", u""}));
-    EXPECT_EQ(table.codes[2], u"c9");
     ASSERT_TRUE(table.add(u"", {u"ABC"}, {u"C1"}, {u"N"}, {u"3"}));
-    EXPECT_EQ(table.counts, (CStringArray{u"5", u"1", u"1"}));
-    EXPECT_EQ(table.types[0], u"abc");
-
+    EXPECT_EQ(table.rows(), (std::vector<CString>{u"abc/c1/n/5 [,]", u"T2/c2/m/1 []", u"/c9/k/1 []"}));
     // References of one master count once; a count of 0 or no number adds nothing.
-    ASSERT_TRUE(table.add(u"M1", {u"T2"}, {u"c2"}, {u"m"}, {u"1"}));
-    ASSERT_TRUE(table.add(u"M1", {u"T2"}, {u"c2"}, {u"m"}, {u"1"}));
-    ASSERT_TRUE(table.add(u"", {u"T2"}, {u"c2"}, {u"m"}, {u"0"}));
-    ASSERT_TRUE(table.add(u"", {u"T2"}, {u"c2"}, {u"m"}, {u"x"}));
-    EXPECT_EQ(table.counts[1], u"2");
-    EXPECT_EQ(table.keys[1], (CStringArray{u"", u"M1", u"", u""}));
-
+    for (const auto& [key, count] : {std::pair{u"M1", u"1"}, {u"M1", u"1"}, {u"", u"0"}, {u"", u"x"}})
+        ASSERT_TRUE(table.add(key, count));
+    EXPECT_EQ(table.rows()[1], u"T2/c2/m/2 [,M1,,]");
     // A negative count in the table is taken as 0.
     table.counts[1] = u"-7";
-    ASSERT_TRUE(table.add(u"", {u"T2"}, {u"c2"}, {u"m"}, {u"4"}));
-    EXPECT_EQ(table.counts[1], u"4");
-}
+    ASSERT_TRUE(table.add(u"", u"4"));
+    EXPECT_EQ(table.rows()[1], u"T2/c2/m/4 [,M1,,,]");
 
-TEST(CircuitRowsTest, ColumnsOfUnequalLengthAddNothing) {
-    CircuitTableColumns table;
+    // Columns of unequal length add nothing, nor does a table whose keys were lost.
     EXPECT_FALSE(table.add(u"", {u"a", u"b"}, {u"c"}, {u"n", u"m"}, {u"1", u"1"}));
-    EXPECT_TRUE(table.types.IsEmpty());
-    ASSERT_TRUE(table.add(u"", {u"a"}, {u"c"}, {u"n"}, {u"1"}));
     table.keys.RemoveAll();
     EXPECT_FALSE(table.add(u"", {u"z"}, {u"z"}, {u"z"}, {u"1"}));
-    EXPECT_EQ(table.types.GetSize(), 1);
+    EXPECT_EQ(table.types.GetSize(), 3);
 }
 
 TEST(CircuitNumberTest, SplitsCabinetAndDrawerAtTheFirstBrackets) {
-    CString cabinet, drawer;
-    ASSERT_TRUE(QxSplitCircuitNo(u"K03(2)", cabinet, drawer));
-    EXPECT_EQ(cabinet, u"K03");
-    EXPECT_EQ(drawer, u"2");
-    ASSERT_TRUE(QxSplitCircuitNo(u"K03((2))", cabinet, drawer));
-    EXPECT_EQ(drawer, u"(2");
-    ASSERT_TRUE(QxSplitCircuitNo(u"K03()2)", cabinet, drawer));
-    EXPECT_EQ(drawer, u"2");  // ")" goes from both ends
-    for (const char16_t* plain : {u"K03", u"(2)", u"K03)", u"K03(2", u")K03(2", u""})
-        EXPECT_FALSE(QxSplitCircuitNo(plain, cabinet, drawer)) << CString(plain);
+    // ")" goes from both ends of the drawer.
+    for (const auto& [number, parts] :
+         {std::pair{u"K03(2)", u"K03|2"}, {u"K03((2))", u"K03|(2"}, {u"K03()2)", u"K03|2"}, {u"K03", u"none"},
+          {u"(2)", u"none"}, {u"K03)", u"none"}, {u"K03(2", u"none"}, {u")K03(2", u"none"}, {u"", u"none"}}) {
+        CString cabinet, drawer;
+        EXPECT_EQ(QxSplitCircuitNo(number, cabinet, drawer) ? cabinet + u"|" + drawer : CString(u"none"), parts);
+    }
 }
 
 TEST(ReferGroupsTest, DrawersJoinTheFirstGroupOfTheirCabinetNamedExactly) {
@@ -123,11 +119,12 @@ TEST(ReferGroupsTest, DrawersJoinTheFirstGroupOfTheirCabinetNamedExactly) {
     }
     CReferSourceGroupArray groups;
     QxBuildReferGroups(circuits, groups, u"\\nowhere\\primary.dwg");
-    ASSERT_EQ(groups.GetSize(), 3);
-    EXPECT_EQ(groups[0]->m_arrDrawers.GetSize(), 1);
-    EXPECT_TRUE(groups[1]->m_arrDrawers.IsEmpty());
-    EXPECT_EQ(groups[2]->m_strName, u"k05");
-    EXPECT_EQ(groups[2]->m_arrDrawers.GetSize(), 1);
+    std::vector<CString> texts;  // each group's name and its drawers' names
+    for (const CReferSourceGroupInfo* group : groups) {
+        texts.push_back(group->m_strName + u":");
+        for (const CDrawerInfo* drawer : group->m_arrDrawers) texts.back() += drawer->m_strName;
+    }
+    EXPECT_EQ(texts, (std::vector<CString>{u"K05:1", u"K05:", u"k05:2"}));
     QxFreeReferGroups(groups);
     QxFreeCircuits(circuits);
 }
@@ -143,18 +140,16 @@ TEST(LinkedSymbolsTest, CountsOnlyLinksThatRunBothWays) {
     builder.setXDataLinks(a, QX_SYMB1_TYPEHANDLE, {master});
     builder.setXDataLinks(b, QX_SYMB1_TYPEHANDLE, {other, master});
     builder.setXDataLinks(stranger, QX_SYMB1_TYPEHANDLE, {other});
-
-    CStringArray handles{u"stale"};
-    const CString masterHandle = master.handle().text();
-    QxGetLinkedSymbols(&builder.database(), masterHandle, QX_SYMB1_TYPEHANDLE, handles);
-    EXPECT_EQ(handles, (CStringArray{a.handle().text(), b.handle().text()}));
+    auto linked = [&builder](const CString& handle) {
+        CStringArray handles{u"stale"};
+        QxGetLinkedSymbols(&builder.database(), handle, QX_SYMB1_TYPEHANDLE, handles);
+        return handles;
+    };
+    EXPECT_EQ(linked(master.handle().text()), (CStringArray{a.handle().text(), b.handle().text()}));
     // Each end of a two-way link finds the other.
-    QxGetLinkedSymbols(&builder.database(), a.handle().text(), QX_SYMB1_TYPEHANDLE, handles);
-    EXPECT_EQ(handles, (CStringArray{masterHandle}));
-    QxGetLinkedSymbols(&builder.database(), stranger.handle().text(), QX_SYMB1_TYPEHANDLE, handles);
-    EXPECT_TRUE(handles.IsEmpty());
-    QxGetLinkedSymbols(&builder.database(), u"FFFFFF", QX_SYMB1_TYPEHANDLE, handles);
-    EXPECT_TRUE(handles.IsEmpty());
+    EXPECT_EQ(linked(a.handle().text()), (CStringArray{master.handle().text()}));
+    EXPECT_TRUE(linked(stranger.handle().text()).IsEmpty());
+    EXPECT_TRUE(linked(u"FFFFFF").IsEmpty());
 }
 
 TEST_F(AssemblyTest, ScanMakesGroupsDrawersAndCountedRowsAndAddsMissingMarkers) {
@@ -269,14 +264,18 @@ TEST_F(AssemblyTest, ScanRestoresTheWorkingDatabaseAndCurrentDocument) {
 
 TEST_F(AssemblyTest, ReferDrawingNeedsOneExistingFile) {
     layOutStation();
+    m_folder.writeFile("Station/Secondary/Broken.dwg", "AC1032 not DXF");
+    m_folder.writeFile("Station/Secondary/S4.dwg", AssemblyFixture("sec_s4.dxf"));
+    const CString folder = station() + u"Secondary\\";
     CDrawerInfo drawer;
     drawer.m_strTitleNo = u"kept";
-    drawer.m_strDrawing = station() + u"Secondary\\S1.dwg|" + station() + u"Secondary\\S2.dwg";
-    QxReadReferDrawing(drawer);
-    drawer.m_strDrawing = station() + u"Secondary\\";
-    QxReadReferDrawing(drawer);
-    EXPECT_TRUE(drawer.m_arrDwgBoms.IsEmpty());
-    EXPECT_EQ(drawer.m_strTitleNo, u"kept");
+    auto readFrom = [&drawer](const CString& path) {
+        drawer.m_strDrawing = path;
+        QxReadReferDrawing(drawer);
+        return RecordText(drawer);
+    };
+    EXPECT_EQ(readFrom(folder + u"S1.dwg|" + folder + u"S2.dwg"), u"||||" + folder + u"S1.dwg|" + folder + u"S2.dwg|kept||");
+    EXPECT_EQ(readFrom(folder), u"||||" + folder + u"|kept||");
 
     // Read twice: the rows are replaced, not added. The filter compares code and type ignoring case; a
     // part of the same code and another type filters nothing.
@@ -286,25 +285,11 @@ TEST_F(AssemblyTest, ReferDrawingNeedsOneExistingFile) {
         part->m_strCode = code;
         drawer.m_arrParts.Add(part);
     }
-    drawer.m_strDrawing = station() + u"Secondary\\S1.dwg";
-    QxReadReferDrawing(drawer);
-    QxReadReferDrawing(drawer);
-    ASSERT_EQ(drawer.m_arrDwgBoms.GetSize(), 1);
-    EXPECT_EQ(drawer.m_arrDwgBoms[0]->Labels, (CStringArray{u"1QF"}));
+    readFrom(folder + u"S1.dwg");
+    EXPECT_EQ(readFrom(folder + u"S1.dwg"), u"|||rx-1/r1//;NSX-2/C100//;|" + folder + u"S1.dwg|S-001|进线二次|[1QF 1 1]");
     EXPECT_EQ(drawer.m_arrDwgBoms[0]->Path, drawer.m_strDrawing);
-
-    // A drawing that does not open gives no rows, and its file name stands in for the titles.
-    m_folder.writeFile("Station/Secondary/Broken.dwg", "AC1032 not DXF");
-    drawer.m_strDrawing = station() + u"Secondary\\Broken.dwg";
-    QxReadReferDrawing(drawer);
-    ASSERT_EQ(drawer.m_arrDwgBoms.GetSize(), 1);
-    EXPECT_TRUE(drawer.m_arrDwgBoms[0]->Labels.IsEmpty());
-    EXPECT_EQ(drawer.m_strTitleNo, u"Broken");
-    EXPECT_TRUE(drawer.m_strTitleName.IsEmpty());
-    // A title without a number: its name stands in.
-    m_folder.writeFile("Station/Secondary/S4.dwg", AssemblyFixture("sec_s4.dxf"));
-    drawer.m_strDrawing = station() + u"Secondary\\S4.dwg";
-    QxReadReferDrawing(drawer);
-    EXPECT_EQ(drawer.m_strTitleNo, u"只有图名");
-    EXPECT_EQ(drawer.m_strTitleName, u"只有图名");
+    // A drawing that does not open gives no rows, and its file name stands in for the titles; a title
+    // without a number: its name stands in.
+    EXPECT_EQ(readFrom(folder + u"Broken.dwg"), u"|||rx-1/r1//;NSX-2/C100//;|" + folder + u"Broken.dwg|Broken||[  0]");
+    EXPECT_EQ(readFrom(folder + u"S4.dwg"), u"|||rx-1/r1//;NSX-2/C100//;|" + folder + u"S4.dwg|只有图名|只有图名|[  0]");
 }
