@@ -101,22 +101,13 @@ TEST_F(PrimaryDiagramTest, HeadTextsByTheirLabels) {
     for (AcDbObjectId id : {primary, busbar, secondaryOld, secondary, mtext})
         b.setXDataStrings(id, QX_SYS_HEAD_ITEMNAME, {u""});
 
-    bool found1 = false, foundBus = false, found2 = false;
-    CString text1, textBus, text2;
-    AcDbObjectId id1, id2, idBus;
-    ASSERT_TRUE(QxReadSysHead(&b.database(), found1, foundBus, found2, text1, textBus, text2, id1, id2, idBus));
-    EXPECT_TRUE(found1 && foundBus && found2);
-    EXPECT_EQ(text1, u"10kV");
-    EXPECT_EQ(textBus, u"TMY3x(80x8)");
     // The last text of an item wins; a full-width colon is no ":".
-    EXPECT_EQ(text2, u"：DC110V");
-    EXPECT_EQ(id1, primary);
-    EXPECT_EQ(id2, secondary);
-    EXPECT_EQ(idBus, busbar);
-
-    EXPECT_FALSE(QxReadSysHead(nullptr, found1, foundBus, found2, text1, textBus, text2, id1, id2, idBus));
-    EXPECT_FALSE(found1 || foundBus || found2);
-    EXPECT_TRUE(text1.IsEmpty() && id1.isNull() && id2.isNull() && idBus.isNull());
+    const HeadRead read = ReadHead(&b.database());
+    EXPECT_EQ(read.text, u"1|111|10kV|TMY3x(80x8)|：DC110V");
+    EXPECT_EQ((std::vector<AcDbObjectId>{read.id1, read.id2, read.idBus}), (std::vector<AcDbObjectId>{primary, secondary, busbar}));
+    const HeadRead none = ReadHead(nullptr);
+    EXPECT_EQ(none.text, u"0|000|||");
+    EXPECT_TRUE(none.id1.isNull() && none.id2.isNull() && none.idBus.isNull());
 }
 
 TEST_F(PrimaryDiagramTest, CircuitFieldsFromAttributesAndRows) {

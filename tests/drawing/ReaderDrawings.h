@@ -3,6 +3,7 @@
 #pragma once
 
 #include "drawing/model/DrawingBuilder.h"
+#include "drawing/primary/SysHead.h"
 #include "support/CArray.h"
 
 #include <vector>
@@ -41,4 +42,22 @@ inline void AddTextRecord(DrawingBuilder& b, AcDbObjectId object, const CString&
     ResItems items;
     for (const CString& line : lines) items.push_back(ResItem::text(1, line));
     b.addXrecord(object, entry, items);
+}
+
+// The head table as read: result|found flags (1, bus, 2)|text1|textBus|text2, then the three ids.
+struct HeadRead {
+    CString text;
+    AcDbObjectId id1, id2, idBus;
+};
+
+inline HeadRead ReadHead(AcDbDatabase* database) {
+    bool found1 = true, foundBus = true, found2 = true;
+    CString text1 = u"stale", textBus = u"stale", text2 = u"stale";
+    HeadRead read;
+    const bool result = QxReadSysHead(database, found1, foundBus, found2, text1, textBus, text2, read.id1, read.id2,
+                                      read.idBus);
+    auto flag = [](bool value) { return value ? u"1" : u"0"; };
+    read.text = CString(flag(result)) + u"|" + flag(found1) + flag(foundBus) + flag(found2) + u"|" + text1 + u"|" +
+                textBus + u"|" + text2;
+    return read;
 }

@@ -35,13 +35,7 @@ TEST(ReaderFixturesTest, HeadCircuitsAndTheirBoms) {
     const CString path = ReaderFixture("primary_diagram.dxf");
     const QxDwgDatabase drawing(path, 1);
     ASSERT_TRUE(drawing);
-    bool found1 = false, foundBus = false, found2 = false;
-    CString text1, textBus, text2;
-    AcDbObjectId id1, id2, idBus;
-    QxReadSysHead(drawing.get(), found1, foundBus, found2, text1, textBus, text2, id1, id2, idBus);
-    EXPECT_EQ(text1, u"10kV");
-    EXPECT_EQ(textBus, u"TMY3x(80x8)");
-    EXPECT_EQ(text2, u"DC220V");
+    EXPECT_EQ(ReadHead(drawing.get()).text, u"1|111|10kV|TMY3x(80x8)|DC220V");
 
     CString number, name;
     EXPECT_TRUE(QxGetDwgTitle(drawing.get(), number, name));
