@@ -32,9 +32,18 @@ struct TitleDrawing {
         return title;
     }
 
-    bool readBlock(AcDbObjectId title, CString& number, CString& name) {
+    // result|number|name, read into texts that were not empty before.
+    CString readBlock(AcDbObjectId title, AcDbDatabase* database) {
         AcDbObjectPointer<AcDbBlockReference> reference(title, AcDb::kForRead);
-        return QxReadTitleBlock(&b.database(), reference.get(), number, name);
+        CString number = u"stale", name = u"stale";
+        const bool result = QxReadTitleBlock(database, reference.get(), number, name);
+        return (result ? u"true|" : u"false|") + number + u"|" + name;
+    }
+    CString readBlock(AcDbObjectId title) { return readBlock(title, &b.database()); }
+    static CString readTitle(AcDbDatabase* database) {
+        CString number = u"stale", name = u"stale";
+        const bool result = QxGetDwgTitle(database, number, name);
+        return (result ? u"true|" : u"false|") + number + u"|" + name;
     }
 
     DrawingBuilder b;
@@ -51,8 +60,7 @@ struct TitleSpec {
 struct TitleChoice {
     const char* what;
     std::vector<TitleSpec> titles;  // one title block above the other
-    bool found;
-    CString number, name;
+    CString title;  // result|number|name
 };
 
 std::string cellText(const TitleCell& cell) {
@@ -103,36 +111,25 @@ TEST_F(TitleBlockTest, TextOnAnEdgeLiesOutsideAndTheFirstInsideWins) {
     b.addText(u"{\\H2;A-01}", {111, 60, 0});
     b.addText(u"second", {112, 60, 0});
     b.addMText(u"{\\H2;名称}", {159.9, 69.9, 0});
-    CString number, name;
-    ASSERT_TRUE(readBlock(title, number, name));
     // Text is taken as stored, MText is cleaned.
-    EXPECT_EQ(number, u"{\\H2;A-01}");
-    EXPECT_EQ(name, u"名称");
+    EXPECT_EQ(readBlock(title), u"true|{\\H2;A-01}|名称");
 }
 
 TEST_F(TitleBlockTest, FirstMatchingCellDecidesEvenWhenEmpty) {
     const AcDbObjectId title = addBlockWithKeys({0, 0, 0}, kAllKeys);
     AddTextRecord(b, title, CORVANE_TITLE, {u"图号|10|20|30|5|0|0|", u"图纸编号|40|20|60|5|0|0|", u"图号|10"});
     b.addText(u"in the second cell", {50, 10, 0});
-    CString number, name;
-    EXPECT_TRUE(readBlock(title, number, name));
-    EXPECT_EQ(number, u"");
-    EXPECT_EQ(name, u"");
+    EXPECT_EQ(readBlock(title), u"true||");
 }
 
 TEST_F(TitleBlockTest, BlocksThatAreNoTitleBlocksOrHaveNoTableAndTheStrictTest) {
-    CString number = u"stale", name = u"stale";
     // HORBEGIN_OF_TABLE alone is not enough for the reader.
-    const AcDbObjectId begin = addTitle({0, 0, 0}, u"N", u"M", {HORBEGIN_OF_TABLE});
-    EXPECT_FALSE(readBlock(begin, number, name));
-    EXPECT_EQ(number, u"");
-    const AcDbObjectId noTable = addBlockWithKeys({0, 0, 0}, {HORSIZE_OF_DRAWING});
-    EXPECT_FALSE(readBlock(noTable, number, name));
+    EXPECT_EQ(readBlock(addTitle({0, 0, 0}, u"N", u"M", {HORBEGIN_OF_TABLE})), u"false||");
+    EXPECT_EQ(readBlock(addBlockWithKeys({0, 0, 0}, {HORSIZE_OF_DRAWING})), u"false||");
     const AcDbObjectId noCells = addBlockWithKeys({0, 0, 0}, {VERNUM_OF_TABLE});
     AddTextRecord(b, noCells, CORVANE_TITLE, {u"$BEGINETITLE", u"A3|x", u"$ENDTITLE"});
-    EXPECT_FALSE(readBlock(noCells, number, name));
-    AcDbObjectPointer<AcDbBlockReference> reference(noCells, AcDb::kForRead);
-    EXPECT_FALSE(QxReadTitleBlock(nullptr, reference.get(), number, name));
+    EXPECT_EQ(readBlock(noCells), u"false||");
+    EXPECT_EQ(readBlock(noCells, nullptr), u"false||");
 
     // The strict test needs all five keys.
     const AcDbObjectId withoutX1 =
@@ -146,13 +143,12 @@ TEST_F(TitleBlockTest, BlocksThatAreNoTitleBlocksOrHaveNoTableAndTheStrictTest) 
 
 TEST(TitleBlockChoiceTest, PrimaryWinsWiringIsPassedOverBeginKeyBlockIsEmptyOtherBlocksAreNone) {
     const std::vector<TitleChoice> cases = {
-        {"primary wins over wiring", {{u"YC-01", u"一次接线图"}, {u"BZ-01", u"布置图"}}, true, u"YC-01", u"一次接线图"},
-        {"wiring is passed over", {{u"DZ-01", u"端子接线图"}, {u"BZ-01", u"布置图"}}, true, u"BZ-01", u"布置图"},
-        {"only a wiring title gives false with its texts", {{u"DZ-01", u"端子接线图"}}, false, u"DZ-01", u"端子接线图"},
-        {"only the begin key is accepted empty", {{u"N", u"M", {HORBEGIN_OF_TABLE}}, {u"LATER", u"布置图"}}, true, u"",
-         u""},
+        {"primary wins over wiring", {{u"YC-01", u"一次接线图"}, {u"BZ-01", u"布置图"}}, u"true|YC-01|一次接线图"},
+        {"wiring is passed over", {{u"DZ-01", u"端子接线图"}, {u"BZ-01", u"布置图"}}, u"true|BZ-01|布置图"},
+        {"only a wiring title gives false with its texts", {{u"DZ-01", u"端子接线图"}}, u"false|DZ-01|端子接线图"},
+        {"only the begin key is accepted empty", {{u"N", u"M", {HORBEGIN_OF_TABLE}}, {u"LATER", u"布置图"}}, u"true||"},
         // A block with other xdata is no title block, its cells and texts notwithstanding.
-        {"no title block", {{u"HD", u"布置图", {u"X1"}}}, false, u"", u""},
+        {"no title block", {{u"HD", u"布置图", {u"X1"}}}, u"false||"},
     };
     for (const TitleChoice& c : cases) {
         SCOPED_TRACE(c.what);
@@ -162,12 +158,7 @@ TEST(TitleBlockChoiceTest, PrimaryWinsWiringIsPassedOverBeginKeyBlockIsEmptyOthe
             d.addTitle({0, y, 0}, title.number, title.name, title.keys);
             y += 100;
         }
-        CString number = u"stale", name = u"stale";
-        EXPECT_EQ(QxGetDwgTitle(&d.b.database(), number, name), c.found);
-        EXPECT_EQ(number, c.number);
-        EXPECT_EQ(name, c.name);
+        EXPECT_EQ(TitleDrawing::readTitle(&d.b.database()), c.title);
     }
-    CString number = u"stale", name = u"stale";
-    EXPECT_FALSE(QxGetDwgTitle(nullptr, number, name));
-    EXPECT_EQ(number, u"");
+    EXPECT_EQ(TitleDrawing::readTitle(nullptr), u"false||");
 }
