@@ -1,6 +1,7 @@
 // The cabinet groups of a primary diagram: counting a circuit's parts, master symbols, drawers and groups,
 // the filter of secondary rows, the marker, and the scan's treatment of the host's state.
 #include "AssemblyFixtures.h"
+#include "DxfFixtures.h"
 #include "RecordTexts.h"
 #include "drawing/access/QxDwgOpen.h"
 #include "drawing/assembly/CircuitMarker.h"
@@ -11,7 +12,6 @@
 #include "drawing/assembly/ReferGroups.h"
 #include "drawing/model/DrawingBuilder.h"
 #include "drawing/primary/CircuitBom.h"
-#include "support/XDataHelpers.h"
 
 #include <sstream>
 
@@ -93,8 +93,11 @@ TEST(CircuitRowsTest, PartsOfOneCircuitAddUpIgnoringCaseUnlessOneMasterHoldsThem
     ASSERT_TRUE(table.add(u"", u"4"));
     EXPECT_EQ(table.rows()[1], u"T2/c2/m/4 [,M1,,,]");
 
-    // Columns of unequal length add nothing, nor does a table whose keys were lost.
+    // Columns of unequal length add nothing, nor does a table that lost a column's rows or its keys.
     EXPECT_FALSE(table.add(u"", {u"a", u"b"}, {u"c"}, {u"n", u"m"}, {u"1", u"1"}));
+    CircuitTableColumns shortCounts = table;
+    shortCounts.counts.RemoveAt(0);
+    EXPECT_FALSE(shortCounts.add(u"", {u"z"}, {u"z"}, {u"z"}, {u"1"}));
     table.keys.RemoveAll();
     EXPECT_FALSE(table.add(u"", {u"z"}, {u"z"}, {u"z"}, {u"1"}));
     EXPECT_EQ(table.types.GetSize(), 3);
@@ -190,6 +193,9 @@ TEST_F(AssemblyTest, ScanMakesGroupsDrawersAndCountedRowsAndAddsMissingMarkers) 
     EXPECT_EQ(markersOf(database, u"CIR_PLAIN").size(), 1u);  // K02 and both K05 share it
     EXPECT_TRUE(markersOf(database, u"SYMBOL").empty());      // symbols carry no marker
     EXPECT_EQ(acDocManagerPtr()->mdiActiveDocument()->lockCount(), 0);
+    QxActivateDwg(primary);
+    EXPECT_EQ(acDocManagerPtr()->curDocument()->fileName(), primary);
+    EXPECT_TRUE(acDocManagerPtr()->curDocument()->SentCommands().IsEmpty());  // opened, never saved
     EXPECT_EQ(m_folder.readFile("Station/一次系统图.dwg"), AssemblyFixture("primary.dxf"));
 }
 
@@ -211,7 +217,7 @@ TEST_F(AssemblyTest, CircuitsSharingABlockKeepTheirNestedPartsInEveryScan) {
         ASSERT_NE(database, nullptr);
         const auto markers = markersOf(database, u"CIR_SHARED");
         ASSERT_EQ(markers.size(), 1u);
-        EXPECT_TRUE(HasXData(markers[0], u"QX_CIRCUIT1_ADDEDMARKER"));
+        EXPECT_EQ(FirstXDataText(markers[0], u"QX_CIRCUIT1_ADDEDMARKER"), u"QX_CIRCUIT1_ADDEDMARKER");
     }
 }
 

@@ -173,9 +173,11 @@ TEST_F(DrawingAccessTest, LocksCommandsVariablesAndWorkingDatabase) {
     EXPECT_EQ(document->lockCount(), 1);
     EXPECT_TRUE(QxUnlockCurDoc());
     EXPECT_FALSE(QxUnlockCurDoc());  // nothing left to unlock
+    // One document: nothing to lock or unlock, and both succeed.
     QxSetVarInt(u"SDI", 1);
     EXPECT_TRUE(QxLockCurDoc());
     EXPECT_EQ(document->lockCount(), 0);
+    EXPECT_TRUE(QxUnlockCurDoc());
 
     QxSendCommand(u"");
     QxSendCommand(u"xmmanage\n");
