@@ -1,6 +1,8 @@
 // The cabinet groups of a primary diagram: counting a circuit's parts, master symbols, drawers and groups,
 // the filter of secondary rows, the marker, and the scan's treatment of the host's state.
 #include "AssemblyFixtures.h"
+#include "DxfFixtures.h"
+#include "RecordTexts.h"
 #include "drawing/access/QxDwgOpen.h"
 #include "drawing/assembly/CircuitMarker.h"
 #include "drawing/assembly/CircuitRows.h"
@@ -10,7 +12,8 @@
 #include "drawing/assembly/ReferGroups.h"
 #include "drawing/model/DrawingBuilder.h"
 #include "drawing/primary/CircuitBom.h"
-#include "support/XDataHelpers.h"
+
+#include <sstream>
 
 namespace {
 
@@ -22,13 +25,33 @@ struct CircuitTableColumns {
              const CStringArray& k) {
         return QxAddCircuitRows(keys, types, codes, names, counts, key, t, c, n, k);
     }
+    bool add(const CString& key, const CString& count) { return add(key, {u"T2"}, {u"c2"}, {u"m"}, {count}); }
+    // Each row as type/code/name/count and its master keys, or what is wrong with the columns.
+    std::vector<CString> rows() const {
+        for (const CStringArray* column : {&codes, &names, &counts})
+            if (column->GetSize() != types.GetSize()) return {u"columns of unequal length"};
+        if (keys.GetSize() != types.GetSize()) return {u"keys of another length"};
+        std::vector<CString> texts;
+        for (int i = 0; i < types.GetSize(); ++i)
+            texts.push_back(types[i] + u"/" + codes[i] + u"/" + names[i] + u"/" + counts[i] + u" [" + Joined(keys[i]) + u"]");
+        return texts;
+    }
 };
 
-CString partsText(const CReferSourcePartArray& parts) {
-    CString text;
-    for (const CReferSourcePartBomInfo* part : parts)
-        text += part->m_strType + u"/" + part->m_strCode + u"/" + part->m_strName + u"/" + part->m_strCount + u";";
-    return text;
+// Each vertex as x,y with its bulge and widths, then layer|colour|visibility.
+CString polylineText(const AcDbPolyline& line) {
+    std::ostringstream text;
+    for (unsigned i = 0; i < line.numVerts(); ++i) {
+        AcGePoint2d p;
+        double bulge = 0, start = 0, end = 0;
+        line.getPointAt(i, p);
+        line.getBulgeAt(i, bulge);
+        line.getWidthsAt(i, start, end);
+        text << (i ? ";" : "") << p.x << "," << p.y << " b" << bulge << " w" << start << "," << end;
+    }
+    text << "|" << line.layer() << "|" << line.colorIndex() << "|"
+         << (line.visibility() == AcDb::kInvisible ? "invisible" : "visible");
+    return CString(text.str());
 }
 
 AcDbObjectId blockNamed(AcDbDatabase* database, const CString& name) {
@@ -56,50 +79,38 @@ std::vector<const AcDbPolyline*> markersOf(AcDbDatabase* database, const CString
 
 TEST(CircuitRowsTest, PartsOfOneCircuitAddUpIgnoringCaseUnlessOneMasterHoldsThem) {
     CircuitTableColumns table;
+    // A row without type and code is passed over; one with a code alone is kept.
     ASSERT_TRUE(table.add(u"", {u"abc", u"", u"T2", u""}, {u"c1", u"", u"c2", u"c9"}, {u"n", u"x", u"m", u"k"},
                           {u"2", u"5", u"1", u"1"}));
-    // A row without type and code is passed over; one with a code alone is kept.
-    EXPECT_EQ(table.types, (CStringArray{u"abc", u"T2", u""}));
-    EXPECT_EQ(table.codes[2], u"c9");
     ASSERT_TRUE(table.add(u"", {u"ABC"}, {u"C1"}, {u"N"}, {u"3"}));
-    EXPECT_EQ(table.counts, (CStringArray{u"5", u"1", u"1"}));
-    EXPECT_EQ(table.types[0], u"abc");
-
+    EXPECT_EQ(table.rows(), (std::vector<CString>{u"abc/c1/n/5 [,]", u"T2/c2/m/1 []", u"/c9/k/1 []"}));
     // References of one master count once; a count of 0 or no number adds nothing.
-    ASSERT_TRUE(table.add(u"M1", {u"T2"}, {u"c2"}, {u"m"}, {u"1"}));
-    ASSERT_TRUE(table.add(u"M1", {u"T2"}, {u"c2"}, {u"m"}, {u"1"}));
-    ASSERT_TRUE(table.add(u"", {u"T2"}, {u"c2"}, {u"m"}, {u"0"}));
-    ASSERT_TRUE(table.add(u"", {u"T2"}, {u"c2"}, {u"m"}, {u"x"}));
-    EXPECT_EQ(table.counts[1], u"2");
-    EXPECT_EQ(table.keys[1], (CStringArray{u"", u"M1", u"", u""}));
-
+    for (const auto& [key, count] : {std::pair{u"M1", u"1"}, {u"M1", u"1"}, {u"", u"0"}, {u"", u"x"}})
+        ASSERT_TRUE(table.add(key, count));
+    EXPECT_EQ(table.rows()[1], u"T2/c2/m/2 [,M1,,]");
     // A negative count in the table is taken as 0.
     table.counts[1] = u"-7";
-    ASSERT_TRUE(table.add(u"", {u"T2"}, {u"c2"}, {u"m"}, {u"4"}));
-    EXPECT_EQ(table.counts[1], u"4");
-}
+    ASSERT_TRUE(table.add(u"", u"4"));
+    EXPECT_EQ(table.rows()[1], u"T2/c2/m/4 [,M1,,,]");
 
-TEST(CircuitRowsTest, ColumnsOfUnequalLengthAddNothing) {
-    CircuitTableColumns table;
+    // Columns of unequal length add nothing, nor does a table that lost a column's rows or its keys.
     EXPECT_FALSE(table.add(u"", {u"a", u"b"}, {u"c"}, {u"n", u"m"}, {u"1", u"1"}));
-    EXPECT_TRUE(table.types.IsEmpty());
-    ASSERT_TRUE(table.add(u"", {u"a"}, {u"c"}, {u"n"}, {u"1"}));
+    CircuitTableColumns shortCounts = table;
+    shortCounts.counts.RemoveAt(0);
+    EXPECT_FALSE(shortCounts.add(u"", {u"z"}, {u"z"}, {u"z"}, {u"1"}));
     table.keys.RemoveAll();
     EXPECT_FALSE(table.add(u"", {u"z"}, {u"z"}, {u"z"}, {u"1"}));
-    EXPECT_EQ(table.types.GetSize(), 1);
+    EXPECT_EQ(table.types.GetSize(), 3);
 }
 
 TEST(CircuitNumberTest, SplitsCabinetAndDrawerAtTheFirstBrackets) {
-    CString cabinet, drawer;
-    ASSERT_TRUE(QxSplitCircuitNo(u"K03(2)", cabinet, drawer));
-    EXPECT_EQ(cabinet, u"K03");
-    EXPECT_EQ(drawer, u"2");
-    ASSERT_TRUE(QxSplitCircuitNo(u"K03((2))", cabinet, drawer));
-    EXPECT_EQ(drawer, u"(2");
-    ASSERT_TRUE(QxSplitCircuitNo(u"K03()2)", cabinet, drawer));
-    EXPECT_EQ(drawer, u"2");  // ")" goes from both ends
-    for (const char16_t* plain : {u"K03", u"(2)", u"K03)", u"K03(2", u")K03(2", u""})
-        EXPECT_FALSE(QxSplitCircuitNo(plain, cabinet, drawer)) << CString(plain);
+    // ")" goes from both ends of the drawer.
+    for (const auto& [number, parts] :
+         {std::pair{u"K03(2)", u"K03|2"}, {u"K03((2))", u"K03|(2"}, {u"K03()2)", u"K03|2"}, {u"K03", u"none"},
+          {u"(2)", u"none"}, {u"K03)", u"none"}, {u"K03(2", u"none"}, {u")K03(2", u"none"}, {u"", u"none"}}) {
+        CString cabinet, drawer;
+        EXPECT_EQ(QxSplitCircuitNo(number, cabinet, drawer) ? cabinet + u"|" + drawer : CString(u"none"), parts);
+    }
 }
 
 TEST(ReferGroupsTest, DrawersJoinTheFirstGroupOfTheirCabinetNamedExactly) {
@@ -111,11 +122,12 @@ TEST(ReferGroupsTest, DrawersJoinTheFirstGroupOfTheirCabinetNamedExactly) {
     }
     CReferSourceGroupArray groups;
     QxBuildReferGroups(circuits, groups, u"\\nowhere\\primary.dwg");
-    ASSERT_EQ(groups.GetSize(), 3);
-    EXPECT_EQ(groups[0]->m_arrDrawers.GetSize(), 1);
-    EXPECT_TRUE(groups[1]->m_arrDrawers.IsEmpty());
-    EXPECT_EQ(groups[2]->m_strName, u"k05");
-    EXPECT_EQ(groups[2]->m_arrDrawers.GetSize(), 1);
+    std::vector<CString> texts;  // each group's name and its drawers' names
+    for (const CReferSourceGroupInfo* group : groups) {
+        texts.push_back(group->m_strName + u":");
+        for (const CDrawerInfo* drawer : group->m_arrDrawers) texts.back() += drawer->m_strName;
+    }
+    EXPECT_EQ(texts, (std::vector<CString>{u"K05:1", u"K05:", u"k05:2"}));
     QxFreeReferGroups(groups);
     QxFreeCircuits(circuits);
 }
@@ -131,104 +143,59 @@ TEST(LinkedSymbolsTest, CountsOnlyLinksThatRunBothWays) {
     builder.setXDataLinks(a, QX_SYMB1_TYPEHANDLE, {master});
     builder.setXDataLinks(b, QX_SYMB1_TYPEHANDLE, {other, master});
     builder.setXDataLinks(stranger, QX_SYMB1_TYPEHANDLE, {other});
-
-    CStringArray handles{u"stale"};
-    const CString masterHandle = master.handle().text();
-    QxGetLinkedSymbols(&builder.database(), masterHandle, QX_SYMB1_TYPEHANDLE, handles);
-    EXPECT_EQ(handles, (CStringArray{a.handle().text(), b.handle().text()}));
+    auto linked = [&builder](const CString& handle) {
+        CStringArray handles{u"stale"};
+        QxGetLinkedSymbols(&builder.database(), handle, QX_SYMB1_TYPEHANDLE, handles);
+        return handles;
+    };
+    EXPECT_EQ(linked(master.handle().text()), (CStringArray{a.handle().text(), b.handle().text()}));
     // Each end of a two-way link finds the other.
-    QxGetLinkedSymbols(&builder.database(), a.handle().text(), QX_SYMB1_TYPEHANDLE, handles);
-    EXPECT_EQ(handles, (CStringArray{masterHandle}));
-    QxGetLinkedSymbols(&builder.database(), stranger.handle().text(), QX_SYMB1_TYPEHANDLE, handles);
-    EXPECT_TRUE(handles.IsEmpty());
-    QxGetLinkedSymbols(&builder.database(), u"FFFFFF", QX_SYMB1_TYPEHANDLE, handles);
-    EXPECT_TRUE(handles.IsEmpty());
+    EXPECT_EQ(linked(a.handle().text()), (CStringArray{master.handle().text()}));
+    EXPECT_TRUE(linked(stranger.handle().text()).IsEmpty());
+    EXPECT_TRUE(linked(u"FFFFFF").IsEmpty());
 }
 
-TEST_F(AssemblyTest, ScanMakesGroupsDrawersAndCountedRows) {
-    layOutStation();
-    QxScanPrimaryDiagram(station());
-    ASSERT_EQ(g_arrCircuits.GetSize(), 7);
-    ASSERT_EQ(g_arrReferGroups.GetSize(), 6);
-
-    const CReferSourceGroupInfo& k01 = *g_arrReferGroups[0];
-    EXPECT_EQ(k01.m_strName, u"K01");
-    EXPECT_EQ(k01.m_strUse, u"进线");  // the first circuit's
-    EXPECT_EQ(k01.m_strType, u"KYN28");
-    EXPECT_TRUE(k01.m_arrParts.IsEmpty());
-    EXPECT_TRUE(k01.m_strDrawing.IsEmpty());
-    ASSERT_EQ(k01.m_arrDrawers.GetSize(), 2);
-
-    // Drawer 1: nested symbols; an empty code takes the type. The secondary row that the primary diagram
-    // counts is left out, and the moved path resolved below the primary drawing's folder.
-    const CDrawerInfo& first = *k01.m_arrDrawers[0];
-    EXPECT_EQ(first.m_strName, u"1");
-    EXPECT_EQ(partsText(first.m_arrParts), u"NSX100/C100/断路器/1;CT-1/CT-1/互感器/1;");
-    EXPECT_EQ(first.m_strDrawing, station() + u"Secondary\\S1.dwg");
-    EXPECT_EQ(first.m_strTitleNo, u"S-001");
-    EXPECT_EQ(first.m_strTitleName, u"进线二次");
-    ASSERT_EQ(first.m_arrDwgBoms.GetSize(), 1);
-    EXPECT_EQ(first.m_arrDwgBoms[0]->Labels, (CStringArray{u"1KA"}));
-    EXPECT_EQ(first.m_arrDwgBoms[0]->Counts, (CStringArray{u"2"}));
-    EXPECT_EQ(first.m_arrDwgBoms[0]->Extras.GetSize(), 1);
-
-    // Drawer 2: the marker's record; its part filters a row of other case; no title: the file name.
-    const CDrawerInfo& second = *k01.m_arrDrawers[1];
-    EXPECT_EQ(second.m_strName, u"2");
-    EXPECT_EQ(partsText(second.m_arrParts), u"RX-1/R1/继电器/1;");
-    EXPECT_EQ(second.m_strTitleNo, u"S2");
-    EXPECT_TRUE(second.m_strTitleName.IsEmpty());
-    EXPECT_EQ(second.m_arrDwgBoms[0]->Labels, (CStringArray{u"2HL"}));
-
-    const CReferSourceGroupInfo& k02 = *g_arrReferGroups[1];
-    EXPECT_EQ(k02.m_strName, u"K02");
-    EXPECT_TRUE(k02.m_arrDrawers.IsEmpty());
-    EXPECT_EQ(partsText(k02.m_arrParts), u"X1/E1/N1/3;");
-    EXPECT_EQ(k02.m_strTitleNo, u"S-003");
-    EXPECT_EQ(k02.m_arrDwgBoms[0]->Labels, (CStringArray{u"3KA"}));
-
-    // One master symbol: count once; no master: count twice. No drawing: no rows and no titles.
-    EXPECT_EQ(partsText(g_arrReferGroups[2]->m_arrParts), u"AD16/L1/指示灯/1;");
-    EXPECT_EQ(partsText(g_arrReferGroups[3]->m_arrParts), u"AD16/L1/指示灯/2;");
-    EXPECT_TRUE(g_arrReferGroups[3]->m_arrDwgBoms.IsEmpty());
-    EXPECT_TRUE(g_arrReferGroups[3]->m_strTitleNo.IsEmpty());
-    EXPECT_EQ(g_arrReferGroups[4]->m_strName, u"K05");
-    EXPECT_EQ(g_arrReferGroups[5]->m_strName, u"K05");
-    EXPECT_EQ(g_arrReferGroups[5]->m_strUse, u"备用二");
-}
-
-TEST_F(AssemblyTest, ScanAddsTheMarkerToCircuitBlocksOnlyWhereItIsMissing) {
+TEST_F(AssemblyTest, ScanMakesGroupsDrawersAndCountedRowsAndAddsMissingMarkers) {
     layOutStation();
     const CString primary = station() + u"一次系统图.dwg";
     QxScanPrimaryDiagram(station());
+    ASSERT_EQ(g_arrCircuits.GetSize(), 7);
+    std::vector<CString> groups;
+    for (const CReferSourceGroupInfo* group : g_arrReferGroups) groups.push_back(RecordText(*group));
+    // K01 takes its first circuit's use. One master symbol: count once; no master: count twice. No drawing:
+    // no rows and no titles.
+    EXPECT_EQ(groups, (std::vector<CString>{
+                          u"K01|进线|KYN28||||||drawers 2",
+                          u"K02|计量|KYN28|X1/E1/N1/3;|" + station() + u"Secondary\\S3.dwg|S-003|计量二次|[3KA 1 1]|drawers 0",
+                          u"K03|指示|KYN28|AD16/L1/指示灯/1;|||||drawers 0",
+                          u"K04|指示|KYN28|AD16/L1/指示灯/2;|||||drawers 0",
+                          u"K05|备用一|KYN28||||||drawers 0",
+                          u"K05|备用二|KYN28||||||drawers 0"}));
+    // Drawer 1: nested symbols; an empty code takes the type. The secondary row that the primary diagram
+    // counts is left out, and the moved path resolved below the primary drawing's folder. Drawer 2: the
+    // marker's record; its part filters a row of other case; no title: the file name.
+    std::vector<CString> drawers;
+    for (const CDrawerInfo* drawer : g_arrReferGroups[0]->m_arrDrawers) drawers.push_back(RecordText(*drawer));
+    EXPECT_EQ(drawers, (std::vector<CString>{
+                           u"1|||NSX100/C100/断路器/1;CT-1/CT-1/互感器/1;|" + station() +
+                               u"Secondary\\S1.dwg|S-001|进线二次|[1KA 2 1]",
+                           u"2|||RX-1/R1/继电器/1;|" + station() + u"Secondary\\S2.dwg|S2||[2HL 3 1]"}));
+
+    // The marker goes into each circuit block that has none, in the editor's document, not on disk.
     ASSERT_TRUE(QxIsDwgOpen(primary));
     AcDbDatabase* database = nullptr;
     ASSERT_FALSE(QxOpenDwgDatabase(primary, 1, database));  // the editor's document holds it
-
     const auto added = markersOf(database, u"CIR_A");
     ASSERT_EQ(added.size(), 1u);
-    const AcDbPolyline& marker = *added[0];
-    AcGePoint2d p0, p1;
-    double bulge = 0, start = 0, end = 0;
-    marker.getPointAt(0, p0);
-    marker.getPointAt(1, p1);
-    marker.getBulgeAt(1, bulge);
-    marker.getWidthsAt(0, start, end);
-    EXPECT_EQ(p0.x, 9.5);  // the block's origin is (10, 20)
-    EXPECT_EQ(p1.x, 10.5);
-    EXPECT_EQ(p0.y, 20.0);
-    EXPECT_EQ(bulge, 1.0);
-    EXPECT_EQ(start, 2.0);
-    EXPECT_EQ(end, 2.0);
-    EXPECT_EQ(marker.layer(), u"0");
-    EXPECT_EQ(marker.colorIndex(), 1);
-    EXPECT_EQ(marker.visibility(), AcDb::kInvisible);
-
+    // The block's origin is (10, 20): points, bulge and widths of a dot of diameter 1, invisible, red, layer 0.
+    EXPECT_EQ(polylineText(*added[0]), u"9.5,20 b1 w2,2;10.5,20 b1 w2,2|0|1|invisible");
     EXPECT_EQ(markersOf(database, u"CIR_B").size(), 1u);      // had one
     EXPECT_EQ(markersOf(database, u"CIR_PLAIN").size(), 1u);  // K02 and both K05 share it
     EXPECT_TRUE(markersOf(database, u"SYMBOL").empty());      // symbols carry no marker
     EXPECT_EQ(acDocManagerPtr()->mdiActiveDocument()->lockCount(), 0);
-    // The file on disk is not written.
+    QxActivateDwg(primary);
+    EXPECT_EQ(acDocManagerPtr()->curDocument()->fileName(), primary);
+    EXPECT_TRUE(acDocManagerPtr()->curDocument()->SentCommands().IsEmpty());  // opened, never saved
     EXPECT_EQ(m_folder.readFile("Station/一次系统图.dwg"), AssemblyFixture("primary.dxf"));
 }
 
@@ -241,16 +208,16 @@ TEST_F(AssemblyTest, CircuitsSharingABlockKeepTheirNestedPartsInEveryScan) {
         QxScanPrimaryDiagram(folder);
         ASSERT_EQ(g_arrReferGroups.GetSize(), 3) << "command " << command;
         for (int i = 0; i < 2; ++i)
-            EXPECT_EQ(partsText(g_arrReferGroups[i]->m_arrParts), u"NSX100/C100/断路器/1;CT-1/T1/互感器/1;")
+            EXPECT_EQ(PartsText(g_arrReferGroups[i]->m_arrParts), u"NSX100/C100/断路器/1;CT-1/T1/互感器/1;")
                 << g_arrReferGroups[i]->m_strName << ", command " << command;
         // A master that does not list its symbols back gives them no key: both count.
-        EXPECT_EQ(partsText(g_arrReferGroups[2]->m_arrParts), u"AD16/L1/指示灯/2;");
+        EXPECT_EQ(PartsText(g_arrReferGroups[2]->m_arrParts), u"AD16/L1/指示灯/2;");
         AcDbDatabase* database = nullptr;
         QxOpenDwgDatabase(folder + u"shared.dwg", 1, database);
         ASSERT_NE(database, nullptr);
         const auto markers = markersOf(database, u"CIR_SHARED");
         ASSERT_EQ(markers.size(), 1u);
-        EXPECT_TRUE(HasXData(markers[0], u"QX_CIRCUIT1_ADDEDMARKER"));
+        EXPECT_EQ(FirstXDataText(markers[0], u"QX_CIRCUIT1_ADDEDMARKER"), u"QX_CIRCUIT1_ADDEDMARKER");
     }
 }
 
@@ -303,14 +270,18 @@ TEST_F(AssemblyTest, ScanRestoresTheWorkingDatabaseAndCurrentDocument) {
 
 TEST_F(AssemblyTest, ReferDrawingNeedsOneExistingFile) {
     layOutStation();
+    m_folder.writeFile("Station/Secondary/Broken.dwg", "AC1032 not DXF");
+    m_folder.writeFile("Station/Secondary/S4.dwg", AssemblyFixture("sec_s4.dxf"));
+    const CString folder = station() + u"Secondary\\";
     CDrawerInfo drawer;
     drawer.m_strTitleNo = u"kept";
-    drawer.m_strDrawing = station() + u"Secondary\\S1.dwg|" + station() + u"Secondary\\S2.dwg";
-    QxReadReferDrawing(drawer);
-    drawer.m_strDrawing = station() + u"Secondary\\";
-    QxReadReferDrawing(drawer);
-    EXPECT_TRUE(drawer.m_arrDwgBoms.IsEmpty());
-    EXPECT_EQ(drawer.m_strTitleNo, u"kept");
+    auto readFrom = [&drawer](const CString& path) {
+        drawer.m_strDrawing = path;
+        QxReadReferDrawing(drawer);
+        return RecordText(drawer);
+    };
+    EXPECT_EQ(readFrom(folder + u"S1.dwg|" + folder + u"S2.dwg"), u"||||" + folder + u"S1.dwg|" + folder + u"S2.dwg|kept||");
+    EXPECT_EQ(readFrom(folder), u"||||" + folder + u"|kept||");
 
     // Read twice: the rows are replaced, not added. The filter compares code and type ignoring case; a
     // part of the same code and another type filters nothing.
@@ -320,25 +291,11 @@ TEST_F(AssemblyTest, ReferDrawingNeedsOneExistingFile) {
         part->m_strCode = code;
         drawer.m_arrParts.Add(part);
     }
-    drawer.m_strDrawing = station() + u"Secondary\\S1.dwg";
-    QxReadReferDrawing(drawer);
-    QxReadReferDrawing(drawer);
-    ASSERT_EQ(drawer.m_arrDwgBoms.GetSize(), 1);
-    EXPECT_EQ(drawer.m_arrDwgBoms[0]->Labels, (CStringArray{u"1QF"}));
+    readFrom(folder + u"S1.dwg");
+    EXPECT_EQ(readFrom(folder + u"S1.dwg"), u"|||rx-1/r1//;NSX-2/C100//;|" + folder + u"S1.dwg|S-001|进线二次|[1QF 1 1]");
     EXPECT_EQ(drawer.m_arrDwgBoms[0]->Path, drawer.m_strDrawing);
-
-    // A drawing that does not open gives no rows, and its file name stands in for the titles.
-    m_folder.writeFile("Station/Secondary/Broken.dwg", "AC1032 not DXF");
-    drawer.m_strDrawing = station() + u"Secondary\\Broken.dwg";
-    QxReadReferDrawing(drawer);
-    ASSERT_EQ(drawer.m_arrDwgBoms.GetSize(), 1);
-    EXPECT_TRUE(drawer.m_arrDwgBoms[0]->Labels.IsEmpty());
-    EXPECT_EQ(drawer.m_strTitleNo, u"Broken");
-    EXPECT_TRUE(drawer.m_strTitleName.IsEmpty());
-    // A title without a number: its name stands in.
-    m_folder.writeFile("Station/Secondary/S4.dwg", AssemblyFixture("sec_s4.dxf"));
-    drawer.m_strDrawing = station() + u"Secondary\\S4.dwg";
-    QxReadReferDrawing(drawer);
-    EXPECT_EQ(drawer.m_strTitleNo, u"只有图名");
-    EXPECT_EQ(drawer.m_strTitleName, u"只有图名");
+    // A drawing that does not open gives no rows, and its file name stands in for the titles; a title
+    // without a number: its name stands in.
+    EXPECT_EQ(readFrom(folder + u"Broken.dwg"), u"|||rx-1/r1//;NSX-2/C100//;|" + folder + u"Broken.dwg|Broken||[  0]");
+    EXPECT_EQ(readFrom(folder + u"S4.dwg"), u"|||rx-1/r1//;NSX-2/C100//;|" + folder + u"S4.dwg|只有图名|只有图名|[  0]");
 }

@@ -14,6 +14,16 @@ namespace {
 struct CircuitBomRead {
     bool result = false;
     CStringArray types, codes, names, counts, prices, newAddInfo;
+
+    // result|types|codes|names|counts|prices|info, each item followed by ";" so that an empty item shows.
+    CString text() const {
+        CString out = result ? u"true" : u"false";
+        for (const CStringArray* column : {&types, &codes, &names, &counts, &prices, &newAddInfo}) {
+            out += u"|";
+            for (const CString& item : *column) out += item + u";";
+        }
+        return out;
+    }
 };
 
 class CircuitBomTest : public testing::Test {
@@ -67,15 +77,8 @@ TEST_F(CircuitBomTest, RecordOnTheReference) {
                    u"数量", u"3", u"单价", u"1", u"单价", u"2", u"单价", u"3"});
     AddTextRecord(b, panel, QX_CIRCUI1_NewAddInfo, {u"a", u"b"});
     addNestedSymbol(m_panel, u"NESTED", u"N-1", u"");
-    const CircuitBomRead read = bomOf(panel);
-    EXPECT_TRUE(read.result);
-    EXPECT_EQ(read.types, CStringArray({u"VS1\u221A", u"CT"}));
-    EXPECT_EQ(read.codes, CStringArray({u"DL-1"}));
-    EXPECT_EQ(read.names, CStringArray({u"断路器"}));
-    EXPECT_EQ(read.counts, CStringArray({u"1", u"3"}));
     // Only the prices are evened out to the types.
-    EXPECT_EQ(read.prices, CStringArray({u"1", u"2"}));
-    EXPECT_EQ(read.newAddInfo, CStringArray({u"a", u"b"}));
+    EXPECT_EQ(bomOf(panel).text(), u"true|VS1\u221A;CT;|DL-1;|断路器;|1;3;|1;2;|a;b;");
 }
 
 TEST_F(CircuitBomTest, EmptyRecordStopsTheSearchInTheDefinition) {
@@ -85,18 +88,12 @@ TEST_F(CircuitBomTest, EmptyRecordStopsTheSearchInTheDefinition) {
     addNestedSymbol(m_panel, u"NESTED", u"N-1", u"");
     const AcDbObjectId marker = addMarker(m_panel);
     AddTextRecord(b, marker, QX_CIRCUI1_BOMRECORD, {u"型号", u"MARKER"});
-    EXPECT_TRUE(bomOf(panel).types.IsEmpty());
+    EXPECT_EQ(bomOf(panel).text(), u"true||||||");
 
     // The reference's own symbol attributes then give the row; as a first-class symbol it wants no marker.
     b.setXDataStrings(panel, QX_SYMB1_TYPE, {u"OWN"});
     b.setXDataStrings(panel, QX_SYMB1_NAME, {u"自身"});
-    const CircuitBomRead own = bomOf(panel);
-    EXPECT_FALSE(own.result);
-    EXPECT_EQ(own.types, CStringArray({u"OWN"}));
-    EXPECT_EQ(own.codes, CStringArray({u""}));
-    EXPECT_EQ(own.names, CStringArray({u"自身"}));
-    EXPECT_EQ(own.counts, CStringArray({u"1"}));
-    EXPECT_EQ(own.prices, CStringArray({u""}));
+    EXPECT_EQ(bomOf(panel).text(), u"false|OWN;|;|自身;|1;|;|");
 }
 
 TEST_F(CircuitBomTest, MarkerInTheDefinitionHoldsTheRecord) {
@@ -110,12 +107,7 @@ TEST_F(CircuitBomTest, MarkerInTheDefinitionHoldsTheRecord) {
     AddTextRecord(b, marker, QX_CIRCUI1_NewAddInfo, {u"info"});
     b.setXDataStrings(marker, QX_CIRCUIT1_ADDEDMARKER, {u""});  // added, but since given a record
     AddTextRecord(b, addMarker(m_panel), QX_CIRCUI1_BOMRECORD, {u"型号", u"SECOND"});  // only the first is read
-    const CircuitBomRead read = bomOf(addPanel(m_panel));
-    EXPECT_TRUE(read.result);
-    EXPECT_EQ(read.types, CStringArray({u"MARKED"}));
-    EXPECT_EQ(read.counts, CStringArray({u"4"}));
-    EXPECT_EQ(read.prices, CStringArray({u""}));
-    EXPECT_EQ(read.newAddInfo, CStringArray({u"info"}));
+    EXPECT_EQ(bomOf(addPanel(m_panel)).text(), u"true|MARKED;|||4;|;|info;");
 }
 
 TEST_F(CircuitBomTest, EmptyMarkerEndsTheDefinition) {
@@ -123,9 +115,7 @@ TEST_F(CircuitBomTest, EmptyMarkerEndsTheDefinition) {
     addMarker(m_panel);
     const AcDbObjectId panel = addPanel(m_panel);
     b.setXDataStrings(panel, QX_SYMB1_CODE, {u"OWN-CODE"});
-    const CircuitBomRead read = bomOf(panel);
-    EXPECT_EQ(read.types, CStringArray({u""}));
-    EXPECT_EQ(read.codes, CStringArray({u"OWN-CODE"}));
+    EXPECT_EQ(bomOf(panel).text(), u"false|;|OWN-CODE;|;|1;|;|");
 }
 
 TEST_F(CircuitBomTest, NestedSymbolsWithoutMarker) {
@@ -134,18 +124,11 @@ TEST_F(CircuitBomTest, NestedSymbolsWithoutMarker) {
     addNestedSymbol(m_panel, u"", u"CT-1", u"");
     const AcDbObjectId panel = addPanel(m_panel);
     b.setXDataStrings(panel, QX_SYMB1_TYPE, {u"OWN"});
-    const CircuitBomRead read = bomOf(panel);
-    EXPECT_EQ(read.types, CStringArray({u"VS1", u""}));
-    EXPECT_EQ(read.codes, CStringArray({u"", u"CT-1"}));
-    EXPECT_EQ(read.names, CStringArray({u"断路器", u""}));
-    EXPECT_EQ(read.counts, CStringArray({u"1", u"1"}));
-    EXPECT_EQ(read.prices, CStringArray({u"", u""}));
+    EXPECT_EQ(bomOf(panel).text(), u"false|VS1;;|;CT-1;|断路器;;|1;1;|;;|");
 }
 
 TEST_F(CircuitBomTest, NothingAnywhereGivesNoRowsAndTheResultTellsCircuitBlocksFromOthers) {
-    const CircuitBomRead read = bomOf(addPanel(m_panel));
-    EXPECT_TRUE(read.result);
-    EXPECT_TRUE(read.types.IsEmpty() && read.codes.IsEmpty() && read.counts.IsEmpty() && read.prices.IsEmpty());
+    EXPECT_EQ(bomOf(addPanel(m_panel)).text(), u"true||||||");
     // A reference to a block the drawing does not define has no definition to consult.
     EXPECT_TRUE(bomOf(b.addInsert(AcDbObjectId::kNull, {0, 0, 0})).types.IsEmpty());
     CStringArray t, c, n, k, p, i;

@@ -84,43 +84,41 @@ CString rowsText(const BomRows& rows) {
 
 class DeviceMergeTest : public AssemblyTest {
 protected:
+    // Merges the device: result|cabinet count|primary rows|secondary rows.
+    static CString merged(HMProjectTree_INFO& device) {
+        const bool result = QxMergeDeviceBom(&device);
+        return CString(result ? u"true|" : u"false|") + CString(std::to_string(device.m_nCabCount)) + u"|" +
+               rowsText(device.m_arrPrimaryBom) + u"|" + rowsText(device.m_arrSecondaryBom);
+    }
+    static CString merged(const CString& numbers) {
+        HMProjectTree_INFO device;
+        device.m_strCirNo = numbers;
+        return merged(device);
+    }
+
     HMProjectTree_INFO node;
     CapturedOutput output;
 
-    CString message(const char16_t* format) const { return QxFormat(format, CString(u"K01"), CString(u"K02")); }
 };
 
 } // namespace
 
 TEST_F(DeviceMergeTest, CabinetListsOfEitherCommaMergeTheFirstGroupOnce) {
     // Without any group the list still sets the cabinet count.
-    node.m_strCirNo = u"K01,K02";
-    EXPECT_TRUE(QxMergeDeviceBom(&node));
-    EXPECT_EQ(node.m_nCabCount, 2);
+    EXPECT_EQ(merged(u"K01,K02"), u"true|2||");
     addGroup(u"K01", {{u"T1", u"n1", u"1"}}, {{u"s", u"S", u"1"}});
     addGroup(u"K02", {{u"T1", u"n1", u"1", u"other code"}}, {{u"s", u"S", u"9"}});
     addGroup(u"K03", {{u"T9", u"n9", u"1"}});
-    for (const char16_t* numbers : {u"K01，K02", u"K01,K02", u"K01,K01", u"K02,K01,"}) {
-        HMProjectTree_INFO device;
-        device.m_strCirNo = numbers;
-        EXPECT_TRUE(QxMergeDeviceBom(&device)) << CString(numbers);
-        // Counts are those of one cabinet; drawing rows that differ do not fail the check.
-        EXPECT_EQ(rowsText(device.m_arrPrimaryBom), u"n1/T1/1;");
-        EXPECT_EQ(device.m_nCabCount, CString(numbers) == u"K02,K01," ? 3 : 2);
-    }
+    // Counts are those of one cabinet; drawing rows that differ do not fail the check.
+    for (const auto& [numbers, cabinets] : {std::pair{u"K01，K02", u"2"}, {u"K01,K02", u"2"}, {u"K01,K01", u"2"},
+                                            {u"K02,K01,", u"3"}})
+        EXPECT_EQ(merged(numbers), u"true|" + CString(cabinets) + u"|n1/T1/1;|s/S/1;") << CString(numbers);
     EXPECT_TRUE(output.boxes.empty());
     EXPECT_FALSE(g_bBomCheckFailed);
-
     // The whole text is a name too; a name that no group has merges nothing and passes.
     addGroup(u"K05,K06", {{u"T5", u"n5", u"1"}});
-    node.m_strCirNo = u"K05,K06";
-    EXPECT_TRUE(QxMergeDeviceBom(&node));
-    EXPECT_EQ(rowsText(node.m_arrPrimaryBom), u"n5/T5/1;");
-    HMProjectTree_INFO none;
-    none.m_strCirNo = u"K99";
-    EXPECT_TRUE(QxMergeDeviceBom(&none));
-    EXPECT_TRUE(none.m_arrPrimaryBom.IsEmpty());
-    EXPECT_EQ(none.m_nCabCount, 1);
+    EXPECT_EQ(merged(u"K05,K06"), u"true|2|n5/T5/1;|");
+    EXPECT_EQ(merged(u"K99"), u"true|1||");
 }
 
 TEST_F(DeviceMergeTest, OwnRowsWinOverDrawerRowsAndPartsRemoveOneSecondaryRow) {
@@ -128,69 +126,55 @@ TEST_F(DeviceMergeTest, OwnRowsWinOverDrawerRowsAndPartsRemoveOneSecondaryRow) {
     addDrawer(group, u"1", {{u"T1", u"n1", u"2"}}, {{u"drawer", u"D", u"1"}});
     addDrawer(group, u"2", {{u"T1", u"n1", u"3"}}, {{u"drawer", u"D", u"1"}});
     node.m_strCirNo = u"K01";
-    node.m_arrSecondaryBom.Add(row(u"n1", u"T1", u"1"));
-    node.m_arrSecondaryBom.Add(row(u"own", u"O", u"1"));
-    node.m_arrSecondaryBom.Add(row(u"n1", u"T1", u"1"));
-    node.m_arrSecondaryBom.Add(row(u"n1", u"T1", u"1"));
-    ASSERT_TRUE(QxMergeDeviceBom(&node));
-    EXPECT_EQ(rowsText(node.m_arrPrimaryBom), u"n1/T1/5;");
+    for (const auto& [name, model] : {std::pair{u"n1", u"T1"}, {u"own", u"O"}, {u"n1", u"T1"}, {u"n1", u"T1"}})
+        node.m_arrSecondaryBom.Add(row(name, model, u"1"));
     // Each part added removes one row of its name and model, even one of the device's own drawings.
-    EXPECT_EQ(rowsText(node.m_arrSecondaryBom), u"own/O/1;n1/T1/1;");
+    EXPECT_EQ(merged(node), u"true|1|n1/T1/5;|own/O/1;n1/T1/1;");
 }
 
 TEST_F(DeviceMergeTest, WithoutOwnRowsEveryDrawerOfTheGroupAddsItsRows) {
     CReferSourceGroupInfo& group = addGroup(u"K01", {{u"ignored", u"g", u"1"}}, {{u"ignored", u"g", u"1"}});
     addDrawer(group, u"1", {}, {{u"a", u"A", u"2"}, {u"b", u"B", u"abc"}});
     addDrawer(group, u"2", {}, {{u"a", u"A", u"3"}, {u"b", u"B", u"2"}});
-    node.m_strCirNo = u"K01";
-    ASSERT_TRUE(QxMergeDeviceBom(&node));
     // The group's own parts and rows are ignored once it has drawers; "abc" adds as 0.
-    EXPECT_EQ(rowsText(node.m_arrSecondaryBom), u"a/A/5;b/B/2;");
-    EXPECT_TRUE(node.m_arrPrimaryBom.IsEmpty());
+    EXPECT_EQ(merged(u"K01"), u"true|1||a/A/5;b/B/2;");
 }
 
 TEST_F(DeviceMergeTest, PlainGroupsOfOneNameFillTheRowsOnceAndAddTheirParts) {
     addGroup(u"K01", {{u"T1", u"n1", u"1"}}, {{u"r", u"R", u"1"}, {u"r", u"R", u"2"}});
     addGroup(u"K01", {{u"T1", u"n1", u"2"}, {u"T2", u"n2", u"x"}, {u"T3", u"n1", u"4"}}, {{u"late", u"L", u"1"}});
     node.m_strCirNo = u"K01";
-    ASSERT_TRUE(QxMergeDeviceBom(&node));
-    // Rows of a plain group are appended as they are, without adding up.
-    EXPECT_EQ(rowsText(node.m_arrSecondaryBom), u"r/R/1;r/R/2;");
-    // A row the add rule appends keeps its count text as it stands; another model is another row.
-    EXPECT_EQ(rowsText(node.m_arrPrimaryBom), u"n1/T1/3;n2/T2/x;n1/T3/4;");
-    EXPECT_EQ(node.m_arrPrimaryBom[0].m_strRowCode, u"T1");
-    EXPECT_TRUE(node.m_arrPrimaryBom[0].m_strRowLabel.IsEmpty());
+    // Rows of a plain group are appended as they are, without adding up. A row the add rule appends keeps
+    // its count text as it stands; another model is another row.
+    EXPECT_EQ(merged(node), u"true|1|n1/T1/3;n2/T2/x;n1/T3/4;|r/R/1;r/R/2;");
+    EXPECT_EQ(node.m_arrPrimaryBom[0], row(u"n1", u"T1", u"3", u"T1"));
 }
 
 TEST_F(DeviceMergeTest, EachFailureOfTheCheckShowsItsMessageAndRaisesTheFlag) {
     struct Case {
-        const char16_t* message;
+        const char16_t* difference;  // the part of the message that names what differs
         std::function<void(CReferSourceGroupInfo&)> change;
     };
+    const char16_t* count = u"一次元件条目数量不同";
+    const char16_t* content = u"一次元件内容不一样";
+    const char16_t* drawing = u"关联二次明细文件不同";
     const std::vector<Case> cases{
-        {u"屏柜 %s 和屏柜 %s 内容应该一致，但是现在不一致，一次元件条目数量不同，请检查一次系统图。",
-         [](CReferSourceGroupInfo& b) { addParts(b, {{u"T9", u"n9", u"1"}}); }},
-        {u"屏柜 %s 和屏柜 %s 内容应该一致，但是现在不一致，一次元件内容不一样，请检查一次系统图。",
-         [](CReferSourceGroupInfo& b) { b.m_arrParts[0]->m_strCount = u"2"; }},
-        {u"屏柜 %s 和屏柜 %s 内容应该一致，但是现在不一致，关联二次明细文件不同，请检查一次系统图。",
-         [](CReferSourceGroupInfo& b) { b.m_strTitleName = u"other"; }},
-        {u"屏柜 %s 和屏柜 %s 内容应该一致，但是现在不一致，抽屉数量不同，请检查一次系统图。",
-         [](CReferSourceGroupInfo& b) { addDrawer(b, u"3", {}); }},
+        {count, [](CReferSourceGroupInfo& b) { addParts(b, {{u"T9", u"n9", u"1"}}); }},
+        {content, [](CReferSourceGroupInfo& b) { b.m_arrParts[0]->m_strCount = u"2"; }},
+        {drawing, [](CReferSourceGroupInfo& b) { b.m_strTitleName = u"other"; }},
+        {u"抽屉数量不同", [](CReferSourceGroupInfo& b) { addDrawer(b, u"3", {}); }},
         // Titles are compared before the number of drawers.
-        {u"屏柜 %s 和屏柜 %s 内容应该一致，但是现在不一致，关联二次明细文件不同，请检查一次系统图。",
-         [](CReferSourceGroupInfo& b) {
+        {drawing, [](CReferSourceGroupInfo& b) {
              b.m_strTitleNo = u"S-2";
              addDrawer(b, u"3", {});
          }},
         // A second drawer with fewer parts than the first.
-        {u"屏柜 %s 和屏柜 %s 内容应该一致，但是现在不一致，一次元件内容不一样，请检查一次系统图。",
-         [](CReferSourceGroupInfo& b) {
+        {content, [](CReferSourceGroupInfo& b) {
              CReferSourcePartArray& parts = b.m_arrDrawers[0]->m_arrParts;
              delete parts[1];
              parts.RemoveAt(1);
          }},
-        {u"屏柜 %s 和屏柜 %s 内容应该一致，但是现在不一致，关联二次明细文件不同，请检查一次系统图。",
-         [](CReferSourceGroupInfo& b) { b.m_arrDrawers[1]->m_strDrawing = u"D:\\other.dwg"; }},
+        {drawing, [](CReferSourceGroupInfo& b) { b.m_arrDrawers[1]->m_strDrawing = u"D:\\other.dwg"; }},
     };
     for (const Case& c : cases) {
         QxFreeReferGroups(g_arrReferGroups);
@@ -208,7 +192,8 @@ TEST_F(DeviceMergeTest, EachFailureOfTheCheckShowsItsMessageAndRaisesTheFlag) {
         device.m_strCirNo = u"K01,K02";
         EXPECT_FALSE(QxMergeDeviceBom(&device));
         ASSERT_EQ(output.boxes.size(), 1u);
-        EXPECT_EQ(output.boxes[0].text, message(c.message));
+        EXPECT_EQ(output.boxes[0].text, u"屏柜 K01 和屏柜 K02 内容应该一致，但是现在不一致，" + CString(c.difference) +
+                                             u"，请检查一次系统图。");
         EXPECT_EQ(output.boxes[0].caption, u"Corvane");
         EXPECT_EQ(output.boxes[0].style, 64u);
         EXPECT_TRUE(g_bBomCheckFailed);
@@ -236,9 +221,7 @@ TEST_F(DeviceMergeTest, DeviceRowsComeFromItsOwnDrawingsOncePerMergedLabel) {
     rows.Add(row(u"stale", u"S", u"1"));
     QxGetDeviceSecondaryRows(station() + u"K01\\K01.prj", rows);
     // 1KA and 2KA share one table row of count 2: it is taken once.
-    ASSERT_EQ(rows.GetSize(), 2);
-    EXPECT_EQ(rows[0], row(u"继电器", u"RX-1", u"2", u"R1", u"1KA"));
-    EXPECT_EQ(rows[1], row(u"断路器", u"NSX100", u"1", u"C100", u"4QF"));
+    EXPECT_EQ(rows, (BomRows{row(u"继电器", u"RX-1", u"2", u"R1", u"1KA"), row(u"断路器", u"NSX100", u"1", u"C100", u"4QF")}));
 
     // Only the row taken just before is compared: a row between lets the repeat through.
     QxGetDeviceSecondaryRows(station() + u"K02\\K02.prj", rows);
@@ -260,14 +243,7 @@ TEST_F(DeviceMergeTest, ScannedProjectGivesTheDeviceItsRows) {
     QxScanPrimaryDiagram(station());
     node.m_strCirNo = u"K01";
     QxGetDeviceSecondaryRows(station() + u"K01\\K01.prj", node.m_arrSecondaryBom);
-    ASSERT_TRUE(QxMergeDeviceBom(&node));
-    EXPECT_EQ(rowsText(node.m_arrPrimaryBom), u"断路器/NSX100/1;互感器/CT-1/1;继电器/RX-1/1;");
     // The device's own rows keep the drawers' rows out; the primary parts each remove one.
-    EXPECT_TRUE(node.m_arrSecondaryBom.IsEmpty());
-
-    HMProjectTree_INFO k02;
-    k02.m_strCirNo = u"K02";
-    ASSERT_TRUE(QxMergeDeviceBom(&k02));
-    EXPECT_EQ(rowsText(k02.m_arrSecondaryBom), u"继电器/RX-1/1;");
-    EXPECT_EQ(rowsText(k02.m_arrPrimaryBom), u"N1/X1/3;");
+    EXPECT_EQ(merged(node), u"true|1|断路器/NSX100/1;互感器/CT-1/1;继电器/RX-1/1;|");
+    EXPECT_EQ(merged(u"K02"), u"true|1|N1/X1/3;|继电器/RX-1/1;");
 }

@@ -144,12 +144,9 @@ TEST_F(DrawingAccessTest, OpenInEditorSavesInDefaultFormatAndKeepsBackupsByIsave
     m_folder.writeFile("a/Primary.bak", "old");
     QxOpenDwgInEditor(path(u"a\\Primary.dwg"), false, true, false);
     const CStringArray& sent = acDocManagerPtr()->mdiActiveDocument()->SentCommands();
-    ASSERT_EQ(sent.GetSize(), 5);
-    EXPECT_EQ(sent[0], u"setvar FILEDIA 0 ");
-    EXPECT_EQ(sent[1], u"setvar CMDECHO 0 ");
-    EXPECT_EQ(sent[2], u"saveas\n2004\n" + path(u"a\\Primary.dwg") + u"\ny\n");
-    EXPECT_EQ(sent[3], u"setvar CMDECHO 1 ");
-    EXPECT_EQ(sent[4], u"setvar FILEDIA 1 ");
+    EXPECT_EQ(sent, (CStringArray{u"setvar FILEDIA 0 ", u"setvar CMDECHO 0 ",
+                                  u"saveas\n2004\n" + path(u"a\\Primary.dwg") + u"\ny\n", u"setvar CMDECHO 1 ",
+                                  u"setvar FILEDIA 1 "}));
     int saveBackup = 0;
     ASSERT_TRUE(QxGetVarInt(u"ISAVEBAK", saveBackup));
     EXPECT_EQ(saveBackup, 1);
@@ -176,9 +173,11 @@ TEST_F(DrawingAccessTest, LocksCommandsVariablesAndWorkingDatabase) {
     EXPECT_EQ(document->lockCount(), 1);
     EXPECT_TRUE(QxUnlockCurDoc());
     EXPECT_FALSE(QxUnlockCurDoc());  // nothing left to unlock
+    // One document: nothing to lock or unlock, and both succeed.
     QxSetVarInt(u"SDI", 1);
     EXPECT_TRUE(QxLockCurDoc());
     EXPECT_EQ(document->lockCount(), 0);
+    EXPECT_TRUE(QxUnlockCurDoc());
 
     QxSendCommand(u"");
     QxSendCommand(u"xmmanage\n");
@@ -238,9 +237,7 @@ TEST_F(DrawingAccessTest, ReadingObjectsAsTheExtractionDoes) {
     ASSERT_TRUE(QxGetXRecordChain(ref, u"OTHER", chain));
     QxChainToStrings(chain, strings);
     acutRelRb(chain);
-    EXPECT_EQ(strings.GetSize(), 3);
-    EXPECT_EQ(strings[0], u"型号");
-    EXPECT_EQ(strings[2], u"only text");  // the real item is passed over
+    EXPECT_EQ(strings, (CStringArray{u"型号", u"A", u"only text"}));  // the real item is passed over
 
     // An entry of any class counts for QxHasXRecord.
     EXPECT_TRUE(QxHasXRecord(ref, u"plain"));

@@ -4,7 +4,9 @@
 #include "drawing/model/DrawingBuilder.h"
 #include "support/FileSystem.h"
 
+#include <cmath>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -48,4 +50,37 @@ inline ResItems XrecordItems(AcDbObjectId dictionaryId, const CString& entry) {
     if (dictionary->getAt(entry, id) != Acad::eOk) return {};
     AcDbObjectPointer<AcDbXrecord> record(id, AcDb::kForRead);
     return record ? record->items() : ResItems{};
+}
+
+// A coordinate rounded to six decimals, without the sign of a negative zero, for texts that compare.
+inline double Rounded(double value) { return std::round(value * 1e6) / 1e6 + 0.0; }
+
+// A polyline's vertices as "x,y bBulge", separated by ";", then "closed" or "open".
+inline std::string PolylineText(const AcDbPolyline& line) {
+    std::ostringstream text;
+    text.precision(12);
+    for (unsigned i = 0; i < line.numVerts(); ++i) {
+        AcGePoint2d p;
+        double bulge = 0;
+        line.getPointAt(i, p);
+        line.getBulgeAt(i, bulge);
+        text << (i ? ";" : "") << Rounded(p.x) << "," << Rounded(p.y) << " b" << Rounded(bulge);
+    }
+    text << (line.isClosed() ? " closed" : " open");
+    return text.str();
+}
+
+// Extents as "x0,y0 x1,y1", or "none".
+inline std::string ExtentsText(const AcDbExtents& e) {
+    if (!e.isValid()) return "none";
+    std::ostringstream text;
+    text.precision(12);
+    text << Rounded(e.minPoint().x) << "," << Rounded(e.minPoint().y) << " " << Rounded(e.maxPoint().x) << ","
+         << Rounded(e.maxPoint().y);
+    return text.str();
+}
+
+inline std::string ExtentsText(const AcDbEntity* entity) {
+    AcDbExtents e;
+    return entity && entity->getGeomExtents(e) == Acad::eOk ? ExtentsText(e) : "none";
 }

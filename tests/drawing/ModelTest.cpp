@@ -60,20 +60,13 @@ TEST(AcDbObjectTest, XDataByApplicationIgnoringCase) {
 
     AcDbObjectPointer<AcDbMText> text(id, AcDb::kForRead);
     ASSERT_EQ(text.openStatus(), Acad::eOk);
-    ResbufPtr chain(text->xData(u"qx_symb1_type"));
-    ASSERT_NE(chain, nullptr);
-    EXPECT_EQ(chain->restype, 1001);
-    EXPECT_EQ(CString(chain->resval.rstring), u"QX_SYMB1_TYPE");
-    ASSERT_NE(chain->rbnext, nullptr);
-    EXPECT_EQ(chain->rbnext->restype, 1000);
-    EXPECT_EQ(CString(chain->rbnext->resval.rstring), u"断路器");
+    // The chain of one application, found ignoring case, and of all of them.
+    EXPECT_EQ(FromRbChain(ResbufPtr(text->xData(u"qx_symb1_type")).get()),
+              (ResItems{ResItem::text(1001, u"QX_SYMB1_TYPE"), ResItem::text(1000, u"断路器"), ResItem::text(1000, u"second")}));
     EXPECT_EQ(text->xData(u"MISSING"), nullptr);
-
-    const ResItems all = FromRbChain(ResbufPtr(text->xData()).get());
-    ASSERT_EQ(all.size(), 6u);
-    EXPECT_EQ(all[3].asText(), u"OTHER");
-    EXPECT_EQ(all[4].asInteger(), 7);
-    EXPECT_EQ(all[5].asPoint(), (AcGePoint3d{1, 2, 3}));
+    EXPECT_EQ(FromRbChain(ResbufPtr(text->xData()).get()),
+              (ResItems{ResItem::text(1001, u"QX_SYMB1_TYPE"), ResItem::text(1000, u"断路器"), ResItem::text(1000, u"second"),
+                        ResItem::text(1001, u"OTHER"), ResItem::integer(1070, 7), ResItem::point(1010, {1, 2, 3})}));
 
     // A chain naming an application with no items removes that application's xdata only.
     ResbufPtr removal(ToRbChain({ResItem::text(1001, u"qx_symb1_type")}));
@@ -118,11 +111,7 @@ TEST(AcDbDictionaryTest, LooksUpIgnoringCaseButNotBlanksAndKeepsOrder) {
     ASSERT_EQ(dictionary->getAt(u"second", object, AcDb::kForRead), Acad::eOk);
     resbuf* chain = nullptr;
     ASSERT_EQ(AcDbXrecord::cast(object)->rbChain(chain), Acad::eOk);
-    ResbufPtr owned(chain);
-    ASSERT_NE(chain, nullptr);
-    EXPECT_EQ(chain->restype, 1);
-    EXPECT_EQ(CString(chain->resval.rstring), u"x");
-    EXPECT_EQ(chain->rbnext, nullptr);
+    EXPECT_EQ(FromRbChain(ResbufPtr(chain).get()), (ResItems{ResItem::text(1, u"x")}));
 }
 
 TEST(ResbufTest, ChainsKeepEveryKindOfValue) {

@@ -1,6 +1,7 @@
 // Part records of drawings: the groups of a label record and what they inherit, which rows count, the
 // merge by location and label across drawings, components, and the drawing's location.
 #include "AssemblyFixtures.h"
+#include "RecordTexts.h"
 #include "drawing/bom/BomTableKeys.h"
 #include "drawing/model/DrawingBuilder.h"
 #include "drawing/parts/DwgLocation.h"
@@ -62,6 +63,16 @@ struct PartsOf {
     }
 };
 
+// Each device record followed by its rows.
+std::vector<CString> partsText(const CPartBomDataBaseArray& parts) {
+    std::vector<CString> texts;
+    for (const CPartBomDataBase* part : parts) {
+        texts.push_back(RecordText(*part));
+        for (const COnePartBom* row : part->PartBoms) texts.push_back(RecordText(*row));
+    }
+    return texts;
+}
+
 } // namespace
 
 TEST(RecordGroupsTest, GroupsOpenAtEachLabelAndInheritWhatTheyDoNotState) {
@@ -102,32 +113,13 @@ TEST(PartRecordsTest, LabelGroupsBecomeRecordsWithTheRowsFields) {
     ASSERT_TRUE(read.read(builder));
     ASSERT_EQ(read.parts.GetSize(), 2);  // the label " " is passed over
 
-    const CPartBomDataBase& first = *read.parts[0];
-    EXPECT_EQ(first.Location, u"+A1");
-    EXPECT_EQ(first.Label, u"1KA");
-    EXPECT_EQ(first.MergedLabels, u"1KA,2KA");
-    EXPECT_EQ(first.SeqNo, u"3");
-    EXPECT_EQ(first.ElementOrderNo, u"3");  // empty: the sequence number
-    EXPECT_EQ(first.WireStampBlock, u"STAMP");
-    ASSERT_EQ(first.PartBoms.GetSize(), 1);
-    const COnePartBom& row = *first.PartBoms[0];
-    EXPECT_EQ(row.No, u"12");
-    EXPECT_EQ(row.Type, u"RX-1");
-    EXPECT_EQ(row.Code, u"R1");
-    EXPECT_EQ(row.Price, u"9.5");
-    EXPECT_EQ(row.DeviceType, u"继电器类");
-    EXPECT_EQ(row.Note, u"备注");
-    EXPECT_EQ(row.Label, u"1KA");
-    EXPECT_EQ(row.Handle, anchor.handle().text());
-    EXPECT_EQ(row.Path, u"X:\\d.dwg");
-    EXPECT_EQ(row.PathFlag, 1);
-    EXPECT_EQ(row.DwgLocation, u"+A1");
-
-    const CPartBomDataBase& second = *read.parts[1];
-    EXPECT_EQ(second.Label, u"2KA");
-    EXPECT_EQ(second.BoardNo, u"B1");  // inherited
-    EXPECT_EQ(second.ElementOrderNo, u"9");
-    EXPECT_EQ(second.PartBoms[0]->Label, u"2KA");
+    // An empty element order number takes the sequence number; the second label inherits the board.
+    EXPECT_EQ(partsText(read.parts),
+              (std::vector<CString>{u"1KA|+A1|1KA,2KA|3|B1|3|STAMP|rows 1",
+                                    u"12|RX-1|R1|继电器|1|9.5|继电器类|备注|1KA|X:\\d.dwg|1|+A1",
+                                    u"2KA|+A1|1KA,2KA|3|B1|9|STAMP|rows 1",
+                                    u"12|RX-1|R1|继电器|1|9.5|继电器类|备注|2KA|X:\\d.dwg|1|+A1"}));
+    EXPECT_EQ(read.parts[0]->PartBoms[0]->Handle, anchor.handle().text());
 }
 
 TEST(PartRecordsTest, RowsCountOnlyWithALinkedNumberOfDigits) {
@@ -164,25 +156,20 @@ TEST(PartRecordsTest, SameRowOnceAndTheLocationCellMovesTheDevice) {
     addRow(builder, wanted);  // another note: another row
     wanted.location = u"+B2";
     addRow(builder, wanted);
-    // A type cell that does not link back gives no type text, but its code and price are read.
     wanted.location = u"+C3";
     wanted.code = u"R9";
     wanted.typeLinksBack = false;
     addRow(builder, wanted);
     PartsOf read;
     read.read(builder);
-    ASSERT_EQ(read.parts.GetSize(), 3);
-    const COnePartBom& unlinked = *read.parts[2]->PartBoms[0];
-    EXPECT_EQ(unlinked.Type, u"");
-    EXPECT_EQ(unlinked.Code, u"R9");
-    EXPECT_EQ(unlinked.Price, u"9.5");
-    EXPECT_EQ(unlinked.DeviceType, u"继电器类");
-    ASSERT_EQ(read.parts[0]->PartBoms.GetSize(), 2);
-    EXPECT_EQ(read.parts[0]->PartBoms[0]->Count, u"1");
-    EXPECT_TRUE(read.parts[0]->PartBoms[0]->Code.IsEmpty());
-    EXPECT_EQ(read.parts[0]->PartBoms[1]->Note, u"另");
-    EXPECT_EQ(read.parts[1]->Location, u"+B2");
-    EXPECT_EQ(read.parts[1]->PartBoms[0]->DwgLocation, u"+A1");
+    // A type cell that does not link back gives no type text, but its code and price are read.
+    EXPECT_EQ(partsText(read.parts), (std::vector<CString>{u"1KA|+A1||||||rows 2",
+                                                           u"1|RX-1||继电器|1|9.5|继电器类||1KA|X:\\d.dwg|1|+A1",
+                                                           u"1|rx-1||继电器|7|9.5|继电器类|另|1KA|X:\\d.dwg|1|+A1",
+                                                           u"1KA|+B2||||||rows 1",
+                                                           u"1|rx-1||继电器|7|9.5|继电器类|另|1KA|X:\\d.dwg|1|+A1",
+                                                           u"1KA|+C3||||||rows 1",
+                                                           u"1||R9|继电器|7|9.5|继电器类|另|1KA|X:\\d.dwg|1|+A1"}));
 }
 
 TEST(PartRecordsTest, ComponentsLandOnTheFirstRowOfTheirLabel) {
@@ -195,17 +182,11 @@ TEST(PartRecordsTest, ComponentsLandOnTheFirstRowOfTheirLabel) {
     addRow(builder, wanted);
     PartsOf read;
     read.read(builder);
-    ASSERT_EQ(read.parts.GetSize(), 1);
-    ASSERT_EQ(read.parts[0]->PartBoms.GetSize(), 2);
-    const auto& components = read.parts[0]->PartBoms[0]->Components;
-    ASSERT_EQ(components.GetSize(), 2);  // the one of label 9XX is dropped
-    EXPECT_EQ(components[0]->Name, u"线圈");
-    EXPECT_EQ(components[0]->Type, u"T1");
-    EXPECT_EQ(components[0]->Code, u"C1");
-    EXPECT_EQ(components[0]->Count, u"2");
-    EXPECT_EQ(components[1]->Name, u"触点");
-    EXPECT_TRUE(components[1]->Type.IsEmpty());  // each cell's record starts afresh
-    EXPECT_TRUE(read.parts[0]->PartBoms[1]->Components.IsEmpty());
+    // The one of label 9XX is dropped; each cell's record starts afresh.
+    EXPECT_EQ(partsText(read.parts),
+              (std::vector<CString>{u"1KA|+A1||||||rows 2",
+                                    u"1|RX-1|R1|继电器|1|9.5|继电器类||1KA|X:\\d.dwg|1|+A1|线圈/T1/C1/2|触点///",
+                                    u"1|RX-2|R1|继电器|1|9.5|继电器类||1KA|X:\\d.dwg|1|+A1"}));
 }
 
 TEST(DwgLocationTest, TheItemBehindTheCaption) {
@@ -237,27 +218,17 @@ TEST_F(AssemblyTest, PartsOfSeveralDrawingsMergeByLocationAndLabel) {
     EXPECT_FALSE(CGetPartInfo().GetPartsOfDwgs({}, parts));
     ASSERT_TRUE(CGetPartInfo().GetPartsOfDwgs({folder + u"A.dwg", folder + u"broken.dwg", folder + u"B.dwg"}, parts));
 
-    ASSERT_EQ(parts.GetSize(), 3);
-    EXPECT_EQ(parts[0]->Label, u"1KA");
-    EXPECT_EQ(parts[0]->Location, u"+A1");
-    EXPECT_EQ(parts[1]->Label, u"2KA");
-    EXPECT_EQ(parts[1]->WireStampBlock, u"STAMP");  // inherited from the 1KA group
-    EXPECT_EQ(parts[2]->Label, u"4QF");
-    EXPECT_EQ(parts[2]->Location, u"+B2");
-
     // The later drawing adds its row to the earlier drawing's device, and its component lands on the
-    // earlier drawing's row.
-    ASSERT_EQ(parts[0]->PartBoms.GetSize(), 2);
-    const COnePartBom& early = *parts[0]->PartBoms[0];
-    EXPECT_EQ(early.Path, folder + u"A.dwg");
-    EXPECT_EQ(early.No, u"1");
-    EXPECT_EQ(early.Price, u"12.5");
-    EXPECT_EQ(parts[0]->PartBoms[1]->Path, folder + u"B.dwg");
-    EXPECT_EQ(parts[0]->PartBoms[1]->Type, u"RX-2");
-    ASSERT_EQ(early.Components.GetSize(), 2);
-    EXPECT_EQ(early.Components[1]->Name, u"触点");
-    EXPECT_EQ(early.Components[1]->Count, u"4");
-
+    // earlier drawing's row; 2KA inherits the stamp of the 1KA group.
+    const CString a = u"|继电器类||1KA|" + folder + u"A.dwg|1|+A1";
+    EXPECT_EQ(partsText(parts),
+              (std::vector<CString>{u"1KA|+A1|1KA,2KA|1|B1|1|STAMP|rows 2",
+                                    u"1|RX-1|R1|继电器|2|12.5" + a + u"|线圈/T1/C1/1|触点/T2/C2/4",
+                                    u"4|RX-2|R2|继电器|1|12.5|继电器类||1KA|" + folder + u"B.dwg|1|+A1",
+                                    u"2KA|+A1|1KA,2KA|2|B1|2|STAMP|rows 1",
+                                    u"1|RX-1|R1|继电器|2|12.5|继电器类||2KA|" + folder + u"A.dwg|1|+A1",
+                                    u"4QF|+B2||||||rows 1",
+                                    u"3|NSX100|C100|断路器|1|12.5|继电器类||4QF|" + folder + u"A.dwg|1|+A1"}));
     QxFreePartBoms(parts);
     EXPECT_TRUE(parts.IsEmpty());
 }

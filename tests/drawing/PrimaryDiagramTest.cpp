@@ -1,6 +1,7 @@
 // Primary diagrams: the head table, the value and number rules, circuit records and their identity,
 // the row texts, and the secondary drawings resolved in a moved project folder.
 #include "ReaderDrawings.h"
+#include "RecordTexts.h"
 #include "common/TempFolder.h"
 #include "drawing/bom/BlockKinds.h"
 #include "drawing/primary/CircuitKeys.h"
@@ -100,22 +101,13 @@ TEST_F(PrimaryDiagramTest, HeadTextsByTheirLabels) {
     for (AcDbObjectId id : {primary, busbar, secondaryOld, secondary, mtext})
         b.setXDataStrings(id, QX_SYS_HEAD_ITEMNAME, {u""});
 
-    bool found1 = false, foundBus = false, found2 = false;
-    CString text1, textBus, text2;
-    AcDbObjectId id1, id2, idBus;
-    ASSERT_TRUE(QxReadSysHead(&b.database(), found1, foundBus, found2, text1, textBus, text2, id1, id2, idBus));
-    EXPECT_TRUE(found1 && foundBus && found2);
-    EXPECT_EQ(text1, u"10kV");
-    EXPECT_EQ(textBus, u"TMY3x(80x8)");
     // The last text of an item wins; a full-width colon is no ":".
-    EXPECT_EQ(text2, u"：DC110V");
-    EXPECT_EQ(id1, primary);
-    EXPECT_EQ(id2, secondary);
-    EXPECT_EQ(idBus, busbar);
-
-    EXPECT_FALSE(QxReadSysHead(nullptr, found1, foundBus, found2, text1, textBus, text2, id1, id2, idBus));
-    EXPECT_FALSE(found1 || foundBus || found2);
-    EXPECT_TRUE(text1.IsEmpty() && id1.isNull() && id2.isNull() && idBus.isNull());
+    const HeadRead read = ReadHead(&b.database());
+    EXPECT_EQ(read.text, u"1|111|10kV|TMY3x(80x8)|：DC110V");
+    EXPECT_EQ((std::vector<AcDbObjectId>{read.id1, read.id2, read.idBus}), (std::vector<AcDbObjectId>{primary, secondary, busbar}));
+    const HeadRead none = ReadHead(nullptr);
+    EXPECT_EQ(none.text, u"0|000|||");
+    EXPECT_TRUE(none.id1.isNull() && none.id2.isNull() && none.idBus.isNull());
 }
 
 TEST_F(PrimaryDiagramTest, CircuitFieldsFromAttributesAndRows) {
@@ -128,35 +120,16 @@ TEST_F(PrimaryDiagramTest, CircuitFieldsFromAttributesAndRows) {
             u"＠车总装2|||C2", u"＠柜总装|||G1", u"＠车总装号3|||dropped", u"no bars", u"＠|||empty name",
             u"＠回路名称|||later wins"});
     read();
-    ASSERT_EQ(circuits.GetSize(), 1);
-    const CCir1Attrubute& c = *circuits[0];
-    EXPECT_EQ(c.No, u"K03(2)");
-    EXPECT_EQ(c.GroupCode, u"Group");
-    EXPECT_EQ(c.Use, u"进线");
-    EXPECT_EQ(c.Type, u"KYN28");
-    EXPECT_EQ(c.Cir1Voltage, u"10kV");
-    EXPECT_EQ(c.Cir2Voltage, u"DC220V");
-    EXPECT_EQ(c.MuXianType, u"TMY");
-    EXPECT_EQ(c.TankCirNo, u"7");
-    EXPECT_EQ(c.CabinetOrder, u"3");
-    EXPECT_EQ(c.RatedCurrent, u"1250");
-    EXPECT_EQ(c.CircuitName, u"later wins");
-    EXPECT_EQ(c.CircuitPower, u"500kW");
-    EXPECT_EQ(c.CarAssembly1, u"C1");
-    EXPECT_EQ(c.CarAssembly2, u"C2");
-    EXPECT_EQ(c.CabinetAssembly, u"G1");
-    EXPECT_EQ(c.SecondaryDrawings, u"");
-    EXPECT_EQ(c.DwgPaths, CStringArray({kPrimaryPath}));
-    EXPECT_EQ(c.DwgFlags, CArray<int>({1}));
-    EXPECT_EQ(c.Handles, CStringArray({handleOf(panel)}));
+    const CString fields = u"K03(2)|Group|进线|KYN28|10kV|DC220V|TMY|7|3|1250|C1|C2|G1|later wins|500kW||";
+    EXPECT_EQ(RecordTexts(circuits), (std::vector<CString>{fields + kPrimaryPath + u"|1|" + handleOf(panel)}));
 
     // Records already in the array take part in the search of the next drawing.
     read(u"\\other\\copy.dwg");
-    ASSERT_EQ(circuits.GetSize(), 1);
-    EXPECT_EQ(circuits[0]->DwgPaths, CStringArray({kPrimaryPath, u"\\other\\copy.dwg"}));
+    EXPECT_EQ(RecordTexts(circuits),
+              (std::vector<CString>{fields + kPrimaryPath + u",\\other\\copy.dwg|11|" + handleOf(panel) + u"," + handleOf(panel)}));
 }
 
-TEST_F(PrimaryDiagramTest, IdentityIgnoresCaseOfTypeButNotOfNumber) {
+TEST_F(PrimaryDiagramTest, IdentityIgnoresCaseOfTypeButNotOfNumberAndTheFirstEntityDecides) {
     CircuitAttributes a;
     const AcDbObjectId first = addCircuit(a, {u"＠回路名称|||first"});
     CircuitAttributes upper = a;
@@ -165,22 +138,18 @@ TEST_F(PrimaryDiagramTest, IdentityIgnoresCaseOfTypeButNotOfNumber) {
     const AcDbObjectId second = addCircuit(upper, {u"＠回路名称|||second"});
     CircuitAttributes otherNumber = a;
     otherNumber.no = u"k01";
-    addCircuit(otherNumber);
+    const AcDbObjectId third = addCircuit(otherNumber);
     CircuitAttributes otherGroup = a;
     otherGroup.group = u"＠g1";
-    addCircuit(otherGroup);
+    const AcDbObjectId fourth = addCircuit(otherGroup);
     read();
-    ASSERT_EQ(circuits.GetSize(), 3);
-    const CCir1Attrubute& c = *circuits[0];
-    EXPECT_EQ(c.Handles, CStringArray({handleOf(first), handleOf(second)}));
-    EXPECT_EQ(c.DwgPaths.GetSize(), 2);
-    EXPECT_EQ(c.DwgFlags.GetSize(), 2);
-    // The first entity of a circuit decides its fields.
-    EXPECT_EQ(c.Type, u"KYN28");
-    EXPECT_EQ(c.TankCirNo, u"1");
-    EXPECT_EQ(c.CircuitName, u"first");
-    EXPECT_EQ(circuits[1]->No, u"k01");
-    EXPECT_EQ(circuits[2]->GroupCode, u"g1");
+    const CString tail = u"|||||||||" + kPrimaryPath + u"|1|";
+    EXPECT_EQ(RecordTexts(circuits),
+              (std::vector<CString>{
+                  u"K01|G1|进线|KYN28|10kV|DC220V|TMY|1||||||first|||" + kPrimaryPath + u"," + kPrimaryPath + u"|11|" +
+                      handleOf(first) + u"," + handleOf(second),
+                  u"k01|G1|进线|KYN28|10kV|DC220V|TMY|1" + tail + handleOf(third),
+                  u"K01|g1|进线|KYN28|10kV|DC220V|TMY|1" + tail + handleOf(fourth)}));
 }
 
 TEST_F(PrimaryDiagramTest, UnnumberedBlocksWithAPathAndANumberedText) {
@@ -202,16 +171,12 @@ TEST_F(PrimaryDiagramTest, UnnumberedBlocksWithAPathAndANumberedText) {
     b.setXDataStrings(numbered, QX_Circuit1_No, {u"K09"});
     read();
     // Each such block gets its own record with empty strings.
-    ASSERT_EQ(circuits.GetSize(), 3);
-    EXPECT_EQ(circuits[0]->Handles, CStringArray({handleOf(plain)}));
-    EXPECT_EQ(circuits[0]->Use, u"");
-    EXPECT_EQ(circuits[1]->Handles, CStringArray({handleOf(same)}));
-    EXPECT_EQ(circuits[2]->No, u"K09");
-    EXPECT_EQ(circuits[2]->Use, u"");
-    EXPECT_EQ(circuits[2]->Handles, CStringArray({handleOf(numbered)}));
+    const CString empty = u"||||||||||||||||" + kPrimaryPath + u"|1|";
+    EXPECT_EQ(RecordTexts(circuits), (std::vector<CString>{empty + handleOf(plain), empty + handleOf(same),
+                                                           u"K09" + empty + handleOf(numbered)}));
 }
 
-TEST_F(PrimaryDiagramTest, VoltageAnnotationWinsOverTheSecondaryRow) {
+TEST_F(PrimaryDiagramTest, SecondaryDrawingsFromTheVoltageAnnotationOrTheRowAndReadWhole) {
     CircuitAttributes a;
     a.v2 = u"＠DC220V『D:\\old\\K01.dwg』";
     addCircuit(a, {u"＠二次原理图|||D:\\old\\row.dwg"});
@@ -222,26 +187,19 @@ TEST_F(PrimaryDiagramTest, VoltageAnnotationWinsOverTheSecondaryRow) {
     CircuitAttributes c3 = b2;
     c3.no = u"K03";
     addCircuit(c3, {u"x＠二次原理图『D:\\a.dwg』|||『ignored』"});
-    read();
-    ASSERT_EQ(circuits.GetSize(), 3);
-    EXPECT_EQ(circuits[0]->SecondaryDrawings, u"D:\\old\\K01.dwg");
-    EXPECT_EQ(circuits[1]->SecondaryDrawings, u"D:\\old\\row.dwg");
-    // The annotation of the whole row text wins over its value.
-    EXPECT_EQ(circuits[2]->SecondaryDrawings, u"D:\\a.dwg|||『ignored");
-}
-
-TEST_F(PrimaryDiagramTest, ManyMarksAndHugeListsAreReadWhole) {
-    CircuitAttributes a;
-    a.no = u"1＠2＠3＠K01『a『b』』";
+    // Many marks and a huge list.
+    CircuitAttributes many;
+    many.no = u"1＠2＠3＠K01『a『b』』";
     CString list;
     for (int i = 0; i < 400; ++i) list += CString(u"|D:\\old\\piece") + CString(std::to_string(i)) + u".dwg";
-    a.v2 = u"＠DC『" + list.Mid(1) + u"』";
-    addCircuit(a, {u"＠＠＠柜排列|||『『x"});
+    many.v2 = u"＠DC『" + list.Mid(1) + u"』";
+    addCircuit(many, {u"＠＠＠柜排列|||『『x"});
     read();
-    ASSERT_EQ(circuits.GetSize(), 1);
-    EXPECT_EQ(circuits[0]->No, u"2＠3＠K01(1)");
-    EXPECT_EQ(circuits[0]->CabinetOrder, u"");
-    EXPECT_EQ(circuits[0]->SecondaryDrawings, list.Mid(1));
+    std::vector<CString> found;
+    for (const CCir1Attrubute* c : circuits) found.push_back(c->No + u"|" + c->CabinetOrder + u"|" + c->SecondaryDrawings);
+    // The annotation wins over the row; the annotation of the whole row text wins over its value.
+    EXPECT_EQ(found, (std::vector<CString>{u"K01||D:\\old\\K01.dwg", u"K02||D:\\old\\row.dwg",
+                                           u"K03||D:\\a.dwg|||『ignored", u"2＠3＠K01(1)||" + list.Mid(1)}));
 }
 
 TEST(SecondaryDrawingListTest, MovedProjectFolderIsSearched) {

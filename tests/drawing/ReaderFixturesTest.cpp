@@ -25,30 +25,17 @@ TEST(ReaderFixturesTest, BomTableOfASecondaryDrawing) {
     BomColumnsRead c;
     ASSERT_TRUE(QxGetDwgBomRows(ReaderFixture("K01/K01_secondary.dwg"), c.names, c.types, c.counts, c.codes, c.prices,
                                 c.kinds, c.labels, c.notes, c.extras));
-    ASSERT_EQ(c.size(), 3);
-    EXPECT_EQ(c.labels, CStringArray({u"1QF", u"1KA", u""}));
-    EXPECT_EQ(c.types, CStringArray({u"DZ47-60/2P", u"JL-8GA", u"{\\fArial;NSX100F}"}));
-    EXPECT_EQ(c.codes, CStringArray({u"ZK-0601", u"JL-8GA", u"SK-100"}));
-    EXPECT_EQ(c.prices, CStringArray({u"12.5", u"", u""}));
     // The second row's name cell has no back link.
-    EXPECT_EQ(c.names, CStringArray({u"微型断路器", u"", u"塑壳断路器"}));
-    EXPECT_EQ(c.counts, CStringArray({u"2", u"3", u"1"}));
-    EXPECT_EQ(c.notes, CStringArray({u"", u"过流", u""}));
-    EXPECT_EQ(c.kinds, CStringArray({u"Symb2", u"Symb2", u"Symb1"}));
-    EXPECT_EQ(c.extras, CStringArray({u"", u"", u""}));
+    EXPECT_EQ(c.rows(), (std::vector<CString>{u"1QF|DZ47-60/2P|微型断路器|2||ZK-0601|12.5|Symb2|",
+                                              u"1KA|JL-8GA||3|过流|JL-8GA||Symb2|",
+                                              u"|{\\fArial;NSX100F}|塑壳断路器|1||SK-100||Symb1|"}));
 }
 
 TEST(ReaderFixturesTest, HeadCircuitsAndTheirBoms) {
     const CString path = ReaderFixture("primary_diagram.dxf");
     const QxDwgDatabase drawing(path, 1);
     ASSERT_TRUE(drawing);
-    bool found1 = false, foundBus = false, found2 = false;
-    CString text1, textBus, text2;
-    AcDbObjectId id1, id2, idBus;
-    QxReadSysHead(drawing.get(), found1, foundBus, found2, text1, textBus, text2, id1, id2, idBus);
-    EXPECT_EQ(text1, u"10kV");
-    EXPECT_EQ(textBus, u"TMY3x(80x8)");
-    EXPECT_EQ(text2, u"DC220V");
+    EXPECT_EQ(ReadHead(drawing.get()).text, u"1|111|10kV|TMY3x(80x8)|DC220V");
 
     CString number, name;
     EXPECT_TRUE(QxGetDwgTitle(drawing.get(), number, name));
