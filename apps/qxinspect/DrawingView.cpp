@@ -77,7 +77,7 @@ json dictionaryJson(AcDbObjectId id, std::unordered_set<AcDbObjectId>& onPath) {
 json xdataJson(const AcDbObject& object) {
     json out = json::array();
     for (const XDataApp& app : object.xDataApps())
-        out.push_back({{"application", utf8(app.name)}, {"items", itemsJson(app.items)}});
+        out.push_back({{"application", utf8(app.name)}, {"items", itemsJson(app.items.copy())}});
     return out;
 }
 

@@ -26,7 +26,7 @@ AcDbObjectId DxfBuilder::adopt(std::unique_ptr<AcDbObject> object, AcDbHandle ha
     return id;
 }
 
-void DxfBuilder::attachCommon(AcDbObject& object, const DxfCommonGroups& common, std::vector<XDataApp> xdata,
+void DxfBuilder::attachCommon(AcDbObject& object, const DxfCommonGroups& common, XDataList xdata,
                               bool isEntity) {
     // Entities keep the record they are appended to.
     if (!common.owner.isNull() && !isEntity) m_owners.push_back({&object, common.owner});

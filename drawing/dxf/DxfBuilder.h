@@ -47,7 +47,7 @@ private:
     // Takes an object in under its handle, or keeps it until finish() when it has none or a taken one.
     AcDbObjectId adopt(std::unique_ptr<AcDbObject> object, AcDbHandle handle);
     // Owner, extension dictionary and xdata of a record.
-    void attachCommon(AcDbObject& object, const DxfCommonGroups& common, std::vector<XDataApp> xdata,
+    void attachCommon(AcDbObject& object, const DxfCommonGroups& common, XDataList xdata,
                       bool isEntity = false);
     AcDbBlockTableRecord* recordNamed(const CString& name, AcDbHandle handle);
     AcDbBlockTableRecord* layoutForEntity(const AcDbEntity& entity, AcDbHandle owner);

@@ -98,6 +98,11 @@ ResItems ReadResItems(const std::vector<DxfTag>& tags, size_t begin, size_t end,
     ResItems items;
     // At most one item a tag: made to measure in one allocation rather than grown.
     items.reserve(end - begin);
+    AppendResItems(tags, begin, end, values, items);
+    return items;
+}
+
+void AppendResItems(const std::vector<DxfTag>& tags, size_t begin, size_t end, DxfValues& values, ResItems& items) {
     for (size_t i = begin; i < end; ++i) {
         const DxfTag& tag = tags[i];
         const auto code = static_cast<short>(tag.code);
@@ -124,16 +129,14 @@ ResItems ReadResItems(const std::vector<DxfTag>& tags, size_t begin, size_t end,
         }
         }
     }
-    return items;
 }
 
-std::vector<XDataApp> ReadXData(const DxfRecord& record, size_t begin, DxfValues& values, DxfNames& names) {
-    std::vector<XDataApp> apps;
+XDataList ReadXData(const DxfRecord& record, size_t begin, DxfValues& values, DxfNames& names) {
     const auto& tags = record.tags;
-    // The list is made to measure: it stays with the object for the life of the drawing.
-    size_t count = 0;
-    for (size_t k = begin; k < tags.size(); ++k) count += tags[k].code == 1001 ? 1 : 0;
-    apps.reserve(count);
+    std::vector<XDataList::Run> runs;
+    ResItems items;
+    // At most one item a tag: made to measure rather than grown; the list copies them into its own block.
+    items.reserve(tags.size() > begin ? tags.size() - begin : 0);
     size_t i = begin;
     while (i < tags.size()) {
         if (tags[i].code != 1001) {
@@ -142,11 +145,14 @@ std::vector<XDataApp> ReadXData(const DxfRecord& record, size_t begin, DxfValues
         }
         size_t end = i + 1;
         while (end < tags.size() && tags[end].code != 1001) ++end;
-        ResItems items = ReadResItems(tags, i + 1, end, values);
+        const size_t before = items.size();
+        AppendResItems(tags, i + 1, end, values, items);
         // Only groups of 1000 and above belong to xdata; anything else behind a 1001 is passed over.
-        std::erase_if(items, [](const ResItem& item) { return item.code() < 1000; });
-        apps.push_back({names.name(tags[i].value), std::move(items)});
+        items.erase(std::remove_if(items.begin() + static_cast<std::ptrdiff_t>(before), items.end(),
+                                   [](const ResItem& item) { return item.code() < 1000; }),
+                    items.end());
+        runs.push_back({&names.name(tags[i].value), items.size() - before});
         i = end;
     }
-    return apps;
+    return XDataList(runs, std::move(items));
 }

@@ -65,8 +65,10 @@ DxfCommonGroups ReadCommonGroups(const DxfRecord& record);
 // Items of xrecord data or xdata, tags [begin, end): x, y and z of a point join into one item, handles
 // are normalised to upper-case hexadecimal without leading zeros.
 ResItems ReadResItems(const std::vector<DxfTag>& tags, size_t begin, size_t end, DxfValues& values);
+// The same, appended to `items`.
+void AppendResItems(const std::vector<DxfTag>& tags, size_t begin, size_t end, DxfValues& values, ResItems& items);
 // The xdata of a record, from its first 1001 tag on, per application in order.
-std::vector<XDataApp> ReadXData(const DxfRecord& record, size_t begin, DxfValues& values, DxfNames& names);
+XDataList ReadXData(const DxfRecord& record, size_t begin, DxfValues& values, DxfNames& names);
 
 // Accumulates a point from the groups base, base + 10 and base + 20.
 bool TakePointGroup(const DxfTag& tag, int base, AcGePoint3d& point, DxfValues& values);

@@ -14,8 +14,9 @@ DxfLoadStatus readRecords(DxfLoader& loader, size_t sizeHint, AcDbDatabase& data
         DxfBuilder builder(database);
         // The drawing's objects are cut from the database's arena; the builder emptied the database first.
         const AcDbArenaScope arena(database.arena());
-        // Drawings hold roughly one object for every two hundred bytes.
-        database.reserveObjects(sizeHint / 200);
+        // Drawings hold roughly one object for every two to three hundred bytes: the table is made for the
+        // fewer, and grows once when there are more.
+        database.reserveObjects(sizeHint / 256);
         DxfRecord record;
         while (loader.next(record)) {
             if (file != nullptr) file->releaseBefore(record.type.data());

@@ -73,22 +73,23 @@ resbuf* AcDbObject::xData(const char16_t* application) const {
 }
 
 void AcDbObject::setXDataItems(const CString& application, ResItems items) {
-    const auto it = std::find_if(m_xdata.begin(), m_xdata.end(),
-                                 [&](const XDataApp& app) { return app.name.EqualsNoCase(application); });
-    if (it != m_xdata.end() && !items.empty()) {
-        it->items = std::move(items);
-        return;
+    // The list is one block: it is made anew with the application's items replaced, dropped or added.
+    std::vector<XDataList::Run> runs;
+    ResItems all;
+    bool found = false;
+    for (const XDataApp& app : m_xdata) {
+        const bool named = !found && app.name.EqualsNoCase(application);
+        found = found || named;
+        if (named && items.empty()) continue;
+        const ResItems& own = named ? items : app.items.copy();
+        runs.push_back({&app.name, own.size()});
+        all.insert(all.end(), own.begin(), own.end());
     }
-    if (it != m_xdata.end()) {
-        // Names are shared references: the list is built anew instead of shifted.
-        std::vector<XDataApp> kept;
-        kept.reserve(m_xdata.size() - 1);
-        for (auto& app : m_xdata)
-            if (&app != &*it) kept.push_back({app.name, std::move(app.items)});
-        m_xdata = std::move(kept);
-        return;
+    if (!found && !items.empty()) {
+        runs.push_back({&namePool().intern(application.view()), items.size()});
+        all.insert(all.end(), items.begin(), items.end());
     }
-    if (!items.empty()) m_xdata.push_back({namePool().intern(application.view()), std::move(items)});
+    m_xdata = XDataList(runs, std::move(all));
 }
 
 AcDbNamePool& AcDbObject::namePool() const {

@@ -4,18 +4,12 @@
 
 #include "drawing/model/AcDbCore.h"
 #include "drawing/model/Resbuf.h"
+#include "drawing/model/XDataList.h"
 
 #include <string_view>
 #include <vector>
 
 class AcDbNamePool;
-
-// The xdata of one application, without its 1001 item. The name is shared by every object of the
-// database that has xdata of that application.
-struct QX_API XDataApp {
-    const CString& name;
-    ResItems items;
-};
 
 class QX_API AcDbObject {
 public:
@@ -55,10 +49,10 @@ public:
     Acad::ErrorStatus setXData(const resbuf* chain);
     // The same on the kept form; empty items remove the application.
     void setXDataItems(const CString& application, ResItems items);
-    const std::vector<XDataApp>& xDataApps() const { return m_xdata; }
+    const XDataList& xDataApps() const { return m_xdata; }
     // For readers that fill a drawing: xdata as stored, an application with no items included; the names
     // come from namePool().
-    void setXDataApps(std::vector<XDataApp> apps) { m_xdata = std::move(apps); }
+    void setXDataApps(XDataList apps) { m_xdata = std::move(apps); }
     // Where the object's shared names live: its database's pool, or the pool of objects in no database.
     AcDbNamePool& namePool() const;
     const XDataApp* findXData(std::u16string_view application) const;
@@ -75,7 +69,7 @@ private:
     AcDbHandle m_handle;
     AcDbObjectId m_owner;
     AcDbObjectId m_extensionDictionary;
-    std::vector<XDataApp> m_xdata;
+    XDataList m_xdata;
     bool m_erased = false;
     bool m_writeEnabled = false;
 };

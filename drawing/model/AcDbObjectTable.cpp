@@ -18,8 +18,8 @@ AcDbObject* AcDbObjectTable::find(std::uint64_t handle) const {
 }
 
 bool AcDbObjectTable::insert(AcDbObject* object) {
-    // At most half full, so that probes stay short.
-    if (2 * (m_count + 1) > m_slots.size()) grow(m_slots.empty() ? 64 : 2 * m_slots.size());
+    // At most three quarters full: handles are mostly consecutive and fill runs of slots, so probes stay short.
+    if (4 * (m_count + 1) > 3 * m_slots.size()) grow(m_slots.empty() ? 64 : 2 * m_slots.size());
     AcDbObject*& slot = m_slots[slotOf(object->objectHandle().value())];
     if (slot != nullptr) return false;
     slot = object;
@@ -29,7 +29,7 @@ bool AcDbObjectTable::insert(AcDbObject* object) {
 
 void AcDbObjectTable::reserve(size_t count) {
     size_t slots = m_slots.empty() ? 64 : m_slots.size();
-    while (2 * count > slots) slots *= 2;
+    while (4 * count > 3 * slots) slots *= 2;
     if (slots > m_slots.size()) grow(slots);
 }
 

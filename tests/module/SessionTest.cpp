@@ -11,93 +11,54 @@
 
 using SessionStart = ModuleFixture;
 
-TEST_F(SessionStart, EndpointComesFromHostFileUnlessItHoldsOnlyBlanks) {
-    HMStartSession();
-    EXPECT_EQ(g_pHexmoorClient->m_strServer, CString(kDefaultHexmoorEndpoint));
-    EXPECT_TRUE(g_pHexmoorClient->m_strServer.EndsWith(u":8585"));
-    HMEndSession();
-
-    install.writeFile("Data/HMHost.dat", "  \t \r\n");
-    HMStartSession();
-    EXPECT_EQ(g_pHexmoorClient->m_strServer, CString(kDefaultHexmoorEndpoint));
-    HMEndSession();
-
-    install.writeFile("Data/HMHost.dat", "  cloud.example:9000 \r\nsecond line\r\n");
-    HMStartSession();
-    EXPECT_EQ(g_pHexmoorClient->m_strServer, CString(u"cloud.example:9000"));
-    EXPECT_TRUE(output.printed.IsEmpty());
-}
-
-TEST_F(SessionStart, BinaryJunkInTheHostFileKeepsTheDefaultWithOneLine) {
-    install.writeFile("Data/HMHost.dat", std::string("\x01\x02\xff\xfe junk", 9));
-    HMStartSession();
-    EXPECT_EQ(g_pHexmoorClient->m_strServer, CString(kDefaultHexmoorEndpoint));
-    EXPECT_TRUE(output.printed.Contains(u"HMHost.dat"));
-}
-
-TEST_F(SessionStart, HandOverWithWrongLineCountIsDeletedAndTriesNoLogin) {
-    for (const char* text : {"a\r\nb\r\nc\r\n", "a\r\nb\r\nc\r\nd\r\ne\r\n"}) {
-        install.writeFile("Temp/HMID.txt", text);
-        HMStartSession();
-        EXPECT_FALSE(install.exists("Temp/HMID.txt"));
-        EXPECT_EQ(cloud().autoLoginCalls, 0);
-        EXPECT_TRUE(output.printed.IsEmpty());
-        HMEndSession();
-    }
-}
-
-TEST_F(SessionStart, HandOverTakesLinesAsTheyStandAndTrimsOnlyTheProjectId) {
-    install.writeFile("Temp/HMID.txt", " user \r\n ent\r\npass word \r\n  P-1  \r\n");
+// The endpoint comes from the host file's first line unless it holds only blanks or junk; a hand-over of four
+// lines logs in with them as they stand and opens only a project of the projects folder.
+TEST_F(SessionStart, TakesTheEndpointAndTheHandOverAndEndsWithoutAClient) {
+    const struct {
+        const char *hostFile, *handOver;  // null: none
+        int autoLoginResult;
+        const char16_t *endpoint, *loginSaw, *queried, *printed, *recent;  // loginSaw: enterprise|user|credential
+    } rows[] = {
+        {nullptr, nullptr, 1, kDefaultHexmoorEndpoint, u"", u"", u"", u"old"},
+        {"  \t \r\n", "a\r\nb\r\nc\r\n", 1, kDefaultHexmoorEndpoint, u"", u"", u"", u"old"},
+        {"  cloud.example:9000 \r\nsecond line\r\n", "a\r\nb\r\nc\r\nd\r\ne\r\n", 1, u"cloud.example:9000", u"", u"", u"", u"old"},
+        {"\x01\x02\xff\xfe junk", " user \r\n ent\r\npass word \r\n  P-1  \r\n", 1, kDefaultHexmoorEndpoint, u" ent| user |pass word ",
+         u"P-1", u"\nData\\HMHost.dat does not hold an endpoint; the default localhost:8585 stays.\n自动登录云端成功！",
+         u"My Projects\\变电站\\变电站.itm"},
+        {"", "u\r\ne\r\nc\r\n   \r\n", 1, kDefaultHexmoorEndpoint, u"e|u|c", u"", u"自动登录云端成功！", u"old"},
+        {"", "u\r\ne\r\nc\r\nX\r\n", 1, kDefaultHexmoorEndpoint, u"e|u|c", u"X", u"自动登录云端成功！", u"old"},
+        {"", "u\r\ne\r\nc\r\nP-1\r\n", 0, kDefaultHexmoorEndpoint, u"e|u|c", u"", u"自动登录云端失败！", u"old"}};
     cloud().projectNames[u"P-1"] = u"变电站";
-    install.writeFile("My Projects/变电站/变电站.itm", "$BEGIN NOTE OF PRJ\r\n");
-    HMStartSession();
-
-    ASSERT_EQ(cloud().autoLogins.size(), 1u);
-    const auto& login = cloud().autoLogins[0];
-    EXPECT_EQ(login.user, CString(u" user "));
-    EXPECT_EQ(login.enterprise, CString(u" ent"));
-    EXPECT_EQ(login.credential, CString(u"pass word "));
-    EXPECT_TRUE(login.clientTag.StartsWith(u"CV_V9.0&"));
-    EXPECT_FALSE(login.clientInfo.IsEmpty());
-    ASSERT_EQ(cloud().projectNameQueries.size(), 1u);
-    EXPECT_EQ(cloud().projectNameQueries[0], CString(u"P-1"));
-    EXPECT_TRUE(output.printed.Contains(u"自动登录云端成功！"));
-    EXPECT_TRUE(GetRecentProject().EndsWith(u"My Projects\\变电站\\变电站.itm"));
-    EXPECT_FALSE(install.exists("Temp/HMID.txt"));
-}
-
-TEST_F(SessionStart, HandOverWithEmptyProjectIdLogsInAndLeavesTheRecentFile) {
-    install.writeFile("Data/recent.dat", "old");
-    install.writeFile("Temp/HMID.txt", "u\r\ne\r\nc\r\n   \r\n");
-    HMStartSession();
-    EXPECT_EQ(cloud().autoLoginCalls, 1);
-    EXPECT_TRUE(cloud().projectNameQueries.empty());
-    EXPECT_EQ(install.readFile("Data/recent.dat"), "old");
-}
-
-TEST_F(SessionStart, HandOverNeverFollowsAProjectNameOutOfTheProjectsFolder) {
-    install.writeFile("Data/recent.dat", "old");
-    install.writeFile("Temp/HMID.txt", "u\r\ne\r\nc\r\nX\r\n");
     cloud().projectNames[u"X"] = u"..";
+    install.writeFile("My Projects/变电站/变电站.itm", "$BEGIN NOTE OF PRJ\r\n");
     install.writeFile("My Projects/../...itm", "");
-    HMStartSession();
-    EXPECT_EQ(install.readFile("Data/recent.dat"), "old");
-}
-
-TEST_F(SessionStart, FailedAutomaticLoginSaysSoAndAsksForNoProject) {
-    cloud().autoLoginResult = 0;
-    install.writeFile("Temp/HMID.txt", "u\r\ne\r\nc\r\nP\r\n");
-    HMStartSession();
-    EXPECT_EQ(output.printed, CString(u"自动登录云端失败！"));
-    EXPECT_TRUE(cloud().projectNameQueries.empty());
-}
-
-TEST_F(SessionStart, SessionEndDropsTheClient) {
-    HMStartSession();
-    ASSERT_NE(g_pHexmoorClient, nullptr);
-    HMEndSession();
-    EXPECT_EQ(g_pHexmoorClient, nullptr);
-    EXPECT_FALSE(EnsureHMLogin());
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.handOver ? row.handOver : "none");
+        install.writeFile("Data/recent.dat", "old");
+        if (row.hostFile) install.writeFile("Data/HMHost.dat", row.hostFile);
+        if (row.handOver) install.writeFile("Temp/HMID.txt", row.handOver);
+        cloud().autoLoginResult = row.autoLoginResult;
+        cloud().autoLogins.clear();
+        cloud().projectNameQueries.clear();
+        output.printed.Empty();
+        HMStartSession();
+        EXPECT_EQ(g_pHexmoorClient->m_strServer, CString(row.endpoint));
+        CString saw, queried;
+        for (const auto& login : cloud().autoLogins) {
+            saw += login.enterprise + u"|" + login.user + u"|" + login.credential;
+            EXPECT_TRUE(login.clientTag.StartsWith(u"CV_V9.0&") && !login.clientInfo.IsEmpty());
+        }
+        for (const CString& id : cloud().projectNameQueries) queried += id;
+        EXPECT_EQ(saw, CString(row.loginSaw));
+        EXPECT_EQ(queried, CString(row.queried));
+        EXPECT_EQ(output.printed, CString(row.printed));
+        EXPECT_TRUE(GetRecentProject().EndsWith(row.recent)) << GetRecentProject().ToUtf8();
+        EXPECT_FALSE(install.exists("Temp/HMID.txt"));
+        HMEndSession();
+        EXPECT_EQ(g_pHexmoorClient, nullptr);
+        EXPECT_FALSE(EnsureHMLogin());
+    }
+    EXPECT_TRUE(CString(kDefaultHexmoorEndpoint).EndsWith(u":8585"));
 }
 
 TEST_F(SessionStart, ARewriteInPlaceCutOffByAKillIsUndoneAtTheNextStart) {

@@ -4,6 +4,8 @@
 #include "platform/InstallPath.h"
 #include "platform/cloud/CentrePerson.h"
 #include "platform/cloud/HexmoorClient.h"
+#include "platform/cloud/embedded/LoginToken.h"
+#include "platform/params/ParameterLibrary.h"
 #include "centre/operations/CentreError.h"
 #include "centre/sqlite/SqliteCentreStore.h"
 #include "platform/host/HostOutput.h"
@@ -66,21 +68,40 @@ int CEmbeddedBomCentre::Login(CHexmoorInteFace& client) {
     return AskCentreLogin(client) ? autoLogin(client) : 0;
 }
 
+// Without a token the next login checks the credential again, so a store that cannot keep one now is no failure.
+void CEmbeddedBomCentre::keepToken(CLoginTokens& tokens, const CHexmoorInteFace& client) {
+    try {
+        const std::string token = tokens.issue({client.m_strEnterprise, client.m_strUser}, client.m_strCredential);
+        if (!token.empty())
+            KeepLoginToken(client.m_strEnterprise, client.m_strUser, client.m_strCredential, client.m_strServer, CString(token));
+    } catch (const CCentreError&) {
+    }
+}
+
 int CEmbeddedBomCentre::autoLogin(CHexmoorInteFace& client) {
     m_loggedIn = false;
     if (client.m_strEnterprise.IsEmpty() || client.m_strUser.IsEmpty()) return 0;
     if (client.m_strCredential.IsEmpty()) return -1;
     CBomCentreOperations* centre = operations();
     if (!centre) return -1;
+    const CentreUser user{client.m_strEnterprise, client.m_strUser};
+    const CString token = StoredLoginToken(client.m_strEnterprise, client.m_strUser, client.m_strCredential, client.m_strServer);
     int result = -1;
     try {
-        result = centre->CheckAccount(client.m_strEnterprise, client.m_strUser, client.m_strCredential);
+        // A token that does not open the account is no refusal: the credential is checked as without one.
+        CLoginTokens tokens(*m_store);
+        if (!token.IsEmpty() && tokens.verify(user, client.m_strCredential, token)) {
+            result = 1;
+        } else {
+            result = centre->CheckAccount(client.m_strEnterprise, client.m_strUser, client.m_strCredential);
+            if (result >= 1) keepToken(tokens, client);
+        }
     } catch (const CCentreError& error) {
         TellCentreMessage(error.message());
     }
     if (result < 1) return result;
     m_loggedIn = true;
-    m_user = {client.m_strEnterprise, client.m_strUser};
+    m_user = user;
     return 1;
 }
 

@@ -12,6 +12,8 @@
 #include <memory>
 #include <string>
 
+class CLoginTokens;
+
 class QX_API CEmbeddedBomCentre final : public IHexmoorBackend {
 public:
     using StoreOpener = std::function<std::unique_ptr<ICentreStore>()>;
@@ -46,6 +48,7 @@ private:
     template <typename Result, typename Work>
     Result guarded(Result failed, Work&& work);
     HMProjectTree_INFO* chooseProject();
+    void keepToken(CLoginTokens& tokens, const CHexmoorInteFace& client);
     bool reportSubmit(const SubmitReport& report, const char16_t* operation);
 
     StoreOpener m_opener;
