@@ -86,6 +86,9 @@ TEST(TwoServersBehindAProxy, AServerKilledUnderLoadLosesNoAcknowledgedRevisionAn
             CHttpTransport http(proxy.endpoint());
             const std::string token = LoginToken(http, "acme", "user" + std::to_string(c));
             for (int r = 0; r < kSubmits; ++r) {
+                // Halfway, a client waits for the kill, so that every one has submits left to make after it
+                // however unevenly the clients were scheduled.
+                while (r == kSubmits / 2 && !killed) std::this_thread::sleep_for(std::chrono::milliseconds(5));
                 const bool wasKilled = killed;
                 if (Request(http, "POST", "/api/submit-bom", {{"tree", WithLoadRow(tree, c, r)}}, token).status != 200) continue;
                 acknowledged[c].insert(r);
