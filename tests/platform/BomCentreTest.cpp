@@ -16,10 +16,12 @@ protected:
     EmbeddedCentre() { SetCorvaneInstallDirOverride(install.logic()); }
     ~EmbeddedCentre() override { SetCorvaneInstallDirOverride(CString()); }
 
-    static void fill(CHexmoorInteFace& client, const char16_t* credential) {
+    // The client's answer to a login as ann of 华东电气 with the credential.
+    static int autoLogin(CHexmoorInteFace& client, const char16_t* credential) {
         client.m_strEnterprise = u"华东电气";
         client.m_strUser = u"ann";
         client.m_strCredential = credential;
+        return client.autoLogin();
     }
 
     TempFolder install;
@@ -31,8 +33,7 @@ protected:
 TEST_F(EmbeddedCentre, FirstLoginMakesTheAccountInAnOwnerOnlyStoreWithoutThePlainCredentialAndLaterOnesMustMatchIt) {
     {
         CHexmoorInteFace client;
-        fill(client, u"plain-credential-text");
-        EXPECT_EQ(client.autoLogin(), 1);
+        EXPECT_EQ(autoLogin(client, u"plain-credential-text"), 1);
         EXPECT_TRUE(client.isLogin());
     }
     struct stat st;
@@ -41,11 +42,9 @@ TEST_F(EmbeddedCentre, FirstLoginMakesTheAccountInAnOwnerOnlyStoreWithoutThePlai
     EXPECT_EQ(install.readFile("LocalData/hexmoor.db").find("plain-credential-text"), std::string::npos);
 
     CHexmoorInteFace client;
-    fill(client, u"wrong");
-    EXPECT_EQ(client.autoLogin(), -1);
+    EXPECT_EQ(autoLogin(client, u"wrong"), -1);
     EXPECT_FALSE(client.isLogin());
-    fill(client, u"plain-credential-text");
-    EXPECT_EQ(client.autoLogin(), 1);
+    EXPECT_EQ(autoLogin(client, u"plain-credential-text"), 1);
 }
 
 TEST_F(EmbeddedCentre, InteractiveLoginAsksWithoutEchoingTheCredential) {
@@ -53,9 +52,8 @@ TEST_F(EmbeddedCentre, InteractiveLoginAsksWithoutEchoingTheCredential) {
     prompts.answers = {u"acme", u"bob", u"pw"};
     CHexmoorInteFace client;
     EXPECT_EQ(client.Login(), 1);
-    EXPECT_EQ(client.m_strEnterprise, CString(u"acme"));
-    EXPECT_EQ(client.m_strUser, CString(u"bob"));
-    ASSERT_EQ(prompts.secretQuestions.size(), 1u);
+    EXPECT_EQ(std::make_pair(client.m_strEnterprise, client.m_strUser), std::make_pair(CString(u"acme"), CString(u"bob")));
+    EXPECT_EQ(prompts.secretQuestions.size(), 1u);
     EXPECT_TRUE(output.printed.IsEmpty());
 
     // An empty answer keeps what the client held; an end of input cancels with 0.
@@ -68,11 +66,16 @@ TEST_F(EmbeddedCentre, InteractiveLoginAsksWithoutEchoingTheCredential) {
     EXPECT_FALSE(fresh.isLogin());
 }
 
-TEST_F(EmbeddedCentre, KeepsTheUsageFilesItReceivesOnlyWhenLoggedIn) {
+TEST_F(EmbeddedCentre, NothingButTheLoginWorksBeforeOneAndUsageFilesAreKeptOnlyAfter) {
     CHexmoorInteFace client;
+    auto tree = centre_test::substation();
+    EXPECT_FALSE(client.submitItm(tree.get()));
+    EXPECT_TRUE(tree->m_strID.IsEmpty());
+    EXPECT_EQ(client.getOneCabProjectInfo(), nullptr);
+    BomRows rows;
+    EXPECT_FALSE(client.getDqBoms(rows));
     EXPECT_FALSE(client.UserInfoCollect(u"item", u"7", u"<a/>"));
-    fill(client, u"pw");
-    ASSERT_EQ(client.autoLogin(), 1);
+    ASSERT_EQ(autoLogin(client, u"pw"), 1);
     EXPECT_TRUE(client.UserInfoCollect(u"item", u"7", u"<用量/>"));
     EXPECT_NE(install.readFile("LocalData/hexmoor.db").find("<\xE7\x94\xA8\xE9\x87\x8F/>"), std::string::npos);
 }
@@ -80,13 +83,11 @@ TEST_F(EmbeddedCentre, KeepsTheUsageFilesItReceivesOnlyWhenLoggedIn) {
 TEST_F(EmbeddedCentre, AStoreThatCannotBeOpenedRefusesTheLoginWithOneMessage) {
     install.writeFile("LocalData/hexmoor.db", "this is not a database at all, just text");
     CHexmoorInteFace client;
-    fill(client, u"pw");
+    EXPECT_EQ(autoLogin(client, u"pw"), -1);
     EXPECT_EQ(client.autoLogin(), -1);
-    EXPECT_EQ(client.autoLogin(), -1);
-    const CString printed = output.printed;
-    const int first = printed.Find(u"is damaged");
+    const int first = output.printed.Find(u"is damaged");
     EXPECT_GE(first, 0);
-    EXPECT_EQ(printed.Find(u"is damaged", first + 1), -1);
+    EXPECT_EQ(output.printed.Find(u"is damaged", first + 1), -1);
 }
 
 namespace {
@@ -95,8 +96,7 @@ namespace {
 class EmbeddedCentreWithProject : public EmbeddedCentre {
 protected:
     EmbeddedCentreWithProject() {
-        fill(client, u"pw");
-        EXPECT_EQ(client.autoLogin(), 1);
+        EXPECT_EQ(autoLogin(client, u"pw"), 1);
         EXPECT_TRUE(client.submitItm(project.get()));
     }
 
@@ -113,8 +113,7 @@ TEST_F(EmbeddedCentreWithProject, ThePersonChoosesTheProjectFromANumberedList) {
     prompts.answers = {u"1"};
     HMProjectTree_INFO* chosen = client.getProjectInfo(nullptr);
     ASSERT_TRUE(chosen);
-    EXPECT_EQ(chosen->m_strName, u"第二站");
-    EXPECT_EQ(chosen->m_arrCabinets.GetSize(), 3);
+    EXPECT_EQ(centre_test::shape(*chosen), "第二站: { AH1 进线柜:0 出线:100 { AH2:0 AH4:0 } } devices: AH1 进线柜 AH2 AH4");
     client.freeTreeInfo(chosen);
 
     // A cancelled choice gives nothing; a local tree gives the cloud's tree of its root ID.
@@ -151,32 +150,20 @@ TEST_F(EmbeddedCentreWithProject, TheComparisonIsShownAsATablePerDevice) {
     project->m_arrCabinets[0]->m_arrPrimaryBom[1].m_strRowCount = u"12";
     client.bomCmp(project.get());
     const CString printed = output.printed;
-    EXPECT_TRUE(printed.Contains(u"Device AH1 进线柜 (ID")) << printed;
-    EXPECT_TRUE(printed.Contains(u"1 differences from revision 1")) << printed;
+    for (const char16_t* told : {u"Device AH1 进线柜 (ID", u"1 differences from revision 1", u"BOM comparison: 3 devices, 1 differ from the centre."})
+        EXPECT_TRUE(printed.Contains(told)) << printed;
     // Wide characters take two columns, so the model column lines up under its heading.
-    const int heading = printed.Find(u"  change");
-    const int line = printed.Find(u"  count changed");
-    ASSERT_GE(heading, 0);
-    ASSERT_GE(line, 0);
-    const CString headingLine = printed.Mid(heading, printed.Find(u'\n', heading) - heading);
-    const CString rowLine = printed.Mid(line, printed.Find(u'\n', line) - line);
-    const auto column = [](const CString& text, int index) {
+    const auto lineOf = [&](const char16_t* text) {
+        const int at = printed.Find(text);
+        return at < 0 ? CString() : printed.Mid(at, printed.Find(u'\n', at) - at);
+    };
+    const auto column = [](const CString& text, const char16_t* word) {
         int columns = 0;
-        for (int i = 0; i < index; ++i) columns += text[i] >= 0x2E80 ? 2 : 1;
+        for (int i = 0; i < text.Find(word); ++i) columns += text[i] >= 0x2E80 ? 2 : 1;
         return columns;
     };
-    EXPECT_EQ(column(headingLine, headingLine.Find(u"model")), column(rowLine, rowLine.Find(u"LZZBJ9-10")));
-    EXPECT_TRUE(rowLine.Contains(u" 3 ")) << rowLine;
-    EXPECT_TRUE(rowLine.EndsWith(u"12")) << rowLine;
-    EXPECT_TRUE(printed.Contains(u"BOM comparison: 3 devices, 1 differ from the centre."));
-}
-
-TEST_F(EmbeddedCentre, NothingButTheLoginWorksBeforeOne) {
-    CHexmoorInteFace client;
-    auto tree = centre_test::substation();
-    EXPECT_FALSE(client.submitItm(tree.get()));
-    EXPECT_EQ(client.getOneCabProjectInfo(), nullptr);
-    BomRows rows;
-    EXPECT_FALSE(client.getDqBoms(rows));
-    EXPECT_TRUE(tree->m_strID.IsEmpty());
+    const CString heading = lineOf(u"  change");
+    const CString row = lineOf(u"  count changed");
+    EXPECT_EQ(column(heading, u"model"), column(row, u"LZZBJ9-10")) << printed;
+    EXPECT_TRUE(row.Contains(u" 3 ") && row.EndsWith(u"12")) << row;
 }

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 using namespace centre_test;
 
 namespace {
@@ -19,6 +21,22 @@ protected:
         return static_cast<int>(store->revisions(*ParseCentreId(device.m_strID)).size());
     }
 
+    // A substation submitted by ann, its devices no longer marked, as after the module wrote them back.
+    std::unique_ptr<HMProjectTree_INFO> submitted(const CString& name = u"华东变电站") {
+        auto tree = substation(name);
+        centre.SubmitItm(ann, *tree);
+        for (HMProjectTree_INFO* device : tree->m_arrCabinets) device->m_bChanged = false;
+        return tree;
+    }
+
+    // The rows an import gives, or "refused"; a refusal must also empty the list it was given.
+    std::vector<std::string> imported(const CString& project, const CString& cabinet, const CentreUser& who) {
+        BomRows rows;
+        rows.Add(row(u"stale", u"x", u"1"));
+        if (centre.ImportRows(who, project, cabinet, rows)) return rowTexts(rows);
+        return {rows.IsEmpty() ? "refused" : "refused, keeping stale rows"};
+    }
+
     TempFolder folder;
     CapturedOutput output;  // a box from the reader would show a document that does not read back
     std::unique_ptr<ICentreStore> store;
@@ -29,6 +47,10 @@ protected:
 
 const HMProjectTree_INFO& child(const HMProjectTree_INFO& node, int index) { return *node.m_arrChildren[index]; }
 
+const std::string kBreaker = "断路器|VS1-12/1250|1|带 <手车> & \"底座\"|QF-01";
+const std::string kTransformers = "电流互感器|LZZBJ9-10|3||";
+const std::string kProtection = "综保装置|PCS-9611|1||KP";
+
 } // namespace
 
 TEST_P(CentreOperations, ASubmittedProjectComesBackWithItsTreeAndRowsThroughTheModulesReader) {
@@ -36,31 +58,16 @@ TEST_P(CentreOperations, ASubmittedProjectComesBackWithItsTreeAndRowsThroughTheM
     centre.SubmitItm(ann, *local);
 
     // Every node got its ID and both blocks and is marked for writing back.
-    EXPECT_TRUE(ParseCentreId(local->m_strID));
-    EXPECT_TRUE(local->m_bChanged);
-    for (const HMProjectTree_INFO* node : {&child(*local, 0), &child(*local, 1), &child(child(*local, 1), 0)}) {
-        EXPECT_TRUE(ParseCentreId(node->m_strID)) << node->m_strName;
-        EXPECT_TRUE(node->m_bChanged);
-        EXPECT_TRUE(node->m_strDataSchema.StartsWith(u"<NewDataSet"));
-    }
+    EXPECT_TRUE(ParseCentreId(local->m_strID) && local->m_bChanged);
+    for (const HMProjectTree_INFO* node : {&child(*local, 0), &child(*local, 1), &child(child(*local, 1), 0)})
+        EXPECT_TRUE(ParseCentreId(node->m_strID) && node->m_bChanged && node->m_strDataSchema.StartsWith(u"<NewDataSet"))
+            << node->m_strName;
     EXPECT_TRUE(child(*local, 0).m_strBoms.StartsWith(u"<cabinet"));
 
     auto cloud = centre.ProjectTree(ann, local->m_strID);
     ASSERT_TRUE(cloud);
-    EXPECT_EQ(cloud->m_strName, local->m_strName);
-    EXPECT_TRUE(cloud->m_strType.IsEmpty());
-    ASSERT_EQ(cloud->m_arrChildren.GetSize(), 2);
-    const HMProjectTree_INFO& lines = child(*cloud, 1);
-    EXPECT_EQ(lines.m_strType, u"100");
-    EXPECT_EQ(lines.m_pParent, cloud.get());
-    ASSERT_EQ(lines.m_arrChildren.GetSize(), 2);
-    EXPECT_EQ(child(lines, 0).m_pParent, &lines);
-    EXPECT_EQ(child(lines, 0).m_pRoot, cloud.get());
     // The devices at every depth, in walk order.
-    ASSERT_EQ(cloud->m_arrCabinets.GetSize(), 3);
-    EXPECT_EQ(cloud->m_arrCabinets[0]->m_strName, u"AH1 进线柜");
-    EXPECT_EQ(cloud->m_arrCabinets[1]->m_strName, u"AH2");
-    EXPECT_EQ(cloud->m_arrCabinets[2]->m_strName, u"AH4");
+    EXPECT_EQ(shape(*cloud), "华东变电站: { AH1 进线柜:0 出线:100 { AH2:0 AH4:0 } } devices: AH1 进线柜 AH2 AH4");
     // The rows are in the block only, so that unpacking them does not double them.
     EXPECT_TRUE(cloud->m_arrCabinets[0]->m_arrPrimaryBom.IsEmpty());
 
@@ -68,14 +75,11 @@ TEST_P(CentreOperations, ASubmittedProjectComesBackWithItsTreeAndRowsThroughTheM
     const auto root = throughHexmoorXml(*cloud);
     EXPECT_EQ(root->m_strID, local->m_strID);
     EXPECT_EQ(root->m_arrChildren.GetSize(), 2);
-    EXPECT_EQ(throughHexmoorXml(lines)->m_arrChildren.GetSize(), 2);
-    const HMProjectTree_INFO& localDevices = *local;
+    EXPECT_EQ(throughHexmoorXml(child(*cloud, 1))->m_arrChildren.GetSize(), 2);
     for (int i = 0; i < 3; ++i) {
-        const HMProjectTree_INFO& sent = i == 0 ? child(localDevices, 0) : child(child(localDevices, 1), i - 1);
+        const HMProjectTree_INFO& sent = *local->m_arrCabinets[i];
         const auto read = throughHexmoorXml(*cloud->m_arrCabinets[i]);
-        EXPECT_EQ(read->m_strID, sent.m_strID);
-        EXPECT_EQ(read->m_strCirNo, sent.m_strCirNo);
-        EXPECT_EQ(read->m_strCirSize, sent.m_strCirSize);
+        EXPECT_EQ(std::tie(read->m_strID, read->m_strCirNo, read->m_strCirSize), std::tie(sent.m_strID, sent.m_strCirNo, sent.m_strCirSize));
         EXPECT_EQ(read->m_arrPrimaryBom, withoutLabelAndCode(sent.m_arrPrimaryBom)) << sent.m_strName;
         EXPECT_EQ(read->m_arrSecondaryBom, withoutLabelAndCode(sent.m_arrSecondaryBom)) << sent.m_strName;
     }
@@ -85,8 +89,7 @@ TEST_P(CentreOperations, ASubmittedProjectComesBackWithItsTreeAndRowsThroughTheM
 }
 
 TEST_P(CentreOperations, AProjectNameIsTakenOncePerEnterpriseIgnoringCase) {
-    auto first = substation(u"Station");
-    centre.SubmitItm(ann, *first);
+    auto first = submitted(u"Station");
     auto second = substation(u"STATION");
     EXPECT_THROW(centre.SubmitItm(ann, *second), CCentreError);
     EXPECT_TRUE(second->m_strID.IsEmpty());
@@ -103,12 +106,12 @@ TEST_P(CentreOperations, AProjectNameIsTakenOncePerEnterpriseIgnoringCase) {
 
 TEST_P(CentreOperations, TreesThatCannotBecomeFoldersAreRefusedWholly) {
     const std::vector<std::pair<const char*, std::function<void(HMProjectTree_INFO&)>>> breakages{
-        {"siblings equal ignoring case", [](HMProjectTree_INFO& t) { addChild(*t.m_arrChildren[1], t, u"ah2", u"0"); }},
+        {"siblings equal ignoring case", [](HMProjectTree_INFO& t) { addNode(*t.m_arrChildren[1], t, u"ah2", u"0"); }},
         {"a backslash", [](HMProjectTree_INFO& t) { t.m_arrCabinets[2]->m_strName = u"AH\\4"; }},
         {"a slash", [](HMProjectTree_INFO& t) { t.m_arrChildren[1]->m_strName = u"出/线"; }},
         {"an empty name", [](HMProjectTree_INFO& t) { t.m_arrCabinets[0]->m_strName = CString(); }},
         {"a parent folder", [](HMProjectTree_INFO& t) { t.m_arrCabinets[1]->m_strName = u".."; }},
-        {"a device with children", [](HMProjectTree_INFO& t) { addChild(*t.m_arrCabinets[0], t, u"inner", u"0"); }},
+        {"a device with children", [](HMProjectTree_INFO& t) { addNode(*t.m_arrCabinets[0], t, u"inner", u"0"); }},
         {"a node without a type", [](HMProjectTree_INFO& t) { t.m_arrChildren[1]->m_strType = CString(); }},
         {"a root that is a device", [](HMProjectTree_INFO& t) { t.m_strType = u"0"; }},
         {"a project name with a separator", [](HMProjectTree_INFO& t) { t.m_strName = u"a\\b"; }},
@@ -117,17 +120,14 @@ TEST_P(CentreOperations, TreesThatCannotBecomeFoldersAreRefusedWholly) {
         auto tree = substation();
         breakTree(*tree);
         EXPECT_THROW(centre.SubmitItm(ann, *tree), CCentreError) << what;
-        EXPECT_TRUE(tree->m_strID.IsEmpty()) << what;
-        EXPECT_TRUE(tree->m_arrCabinets[0]->m_strID.IsEmpty()) << what;
+        EXPECT_TRUE(tree->m_strID.IsEmpty() && tree->m_arrCabinets[0]->m_strID.IsEmpty()) << what;
     }
     EXPECT_TRUE(centre.Projects(ann).empty());
 }
 
 TEST_P(CentreOperations, EachBomSubmitIsANewRevisionAndTheBlockHoldsTheAcceptedRows) {
-    auto tree = substation();
-    centre.SubmitItm(ann, *tree);
+    auto tree = submitted();
     HMProjectTree_INFO& feeder = *tree->m_arrCabinets[1];
-    for (HMProjectTree_INFO* device : tree->m_arrCabinets) device->m_bChanged = false;
     feeder.m_arrPrimaryBom[0].m_strRowCount = u"4";
     feeder.m_arrSecondaryBom.Add(row(u"电度表", u"DTSD341", u"1"));
 
@@ -138,29 +138,20 @@ TEST_P(CentreOperations, EachBomSubmitIsANewRevisionAndTheBlockHoldsTheAcceptedR
     EXPECT_TRUE(feeder.m_bChanged);
     EXPECT_NE(feeder.m_strBoms.Find(u"Revision=\"2\""), -1);
     const auto read = throughHexmoorXml(feeder);
-    ASSERT_EQ(read->m_arrPrimaryBom.GetSize(), 1);
-    EXPECT_EQ(read->m_arrPrimaryBom[0].m_strRowCount, u"4");
-    EXPECT_EQ(read->m_arrSecondaryBom.GetSize(), 1);
+    EXPECT_EQ(rowTexts(read->m_arrPrimaryBom), std::vector<std::string>{"断路器|VS1-12/630|4||"});
+    EXPECT_EQ(rowTexts(read->m_arrSecondaryBom), std::vector<std::string>{"电度表|DTSD341|1||"});
 
-    // The centre's tree and its import give the newest revision; the older one is kept.
-    BomRows imported;
-    ASSERT_TRUE(centre.ImportRows(ann, tree->m_strID, feeder.m_strID, imported));
-    ASSERT_EQ(imported.GetSize(), 2);
-    EXPECT_EQ(imported[0].m_strRowCount, u"4");
-    EXPECT_EQ(imported[1].m_strRowName, u"电度表");
+    // The centre's import gives the newest revision; the older one is kept.
+    EXPECT_EQ(imported(tree->m_strID, feeder.m_strID, ann), (std::vector<std::string>{"断路器|VS1-12/630|4||", "电度表|DTSD341|1||"}));
     const auto history = store->revisions(*ParseCentreId(feeder.m_strID));
     EXPECT_EQ(store->rows(history[0].id).front().count, u"2");
 }
 
 TEST_P(CentreOperations, DevicesTheCentreDoesNotKnowAreSkippedAndTheOthersTaken) {
-    auto tree = substation();
-    centre.SubmitItm(ann, *tree);
-    auto elsewhere = substation(u"其他");
-    centre.SubmitItm(ann, *elsewhere);
-
-    tree->m_arrCabinets[0]->m_strID = u"999999";               // no such node
+    auto tree = submitted();
+    auto elsewhere = submitted(u"其他");
+    tree->m_arrCabinets[0]->m_strID = u"999999";                             // no such node
     tree->m_arrCabinets[2]->m_strID = elsewhere->m_arrCabinets[2]->m_strID;  // another project's device
-    for (HMProjectTree_INFO* device : tree->m_arrCabinets) device->m_bChanged = false;
     const SubmitReport report = centre.SubmitBom(ann, *tree);
     EXPECT_EQ(report.accepted, 1);
     EXPECT_EQ(report.skipped.size(), 2u);
@@ -176,8 +167,7 @@ TEST_P(CentreOperations, DevicesTheCentreDoesNotKnowAreSkippedAndTheOthersTaken)
 }
 
 TEST_P(CentreOperations, ASecondarySubmitKeepsThePrimaryRowsOfTheCurrentRevision) {
-    auto tree = substation();
-    centre.SubmitItm(ann, *tree);
+    auto tree = submitted();
     auto cabinet = centre.OneCabinetTree(ann);
     ASSERT_TRUE(cabinet);
     EXPECT_EQ(cabinet->m_strName, u"AH1 进线柜");
@@ -185,32 +175,19 @@ TEST_P(CentreOperations, ASecondarySubmitKeepsThePrimaryRowsOfTheCurrentRevision
     cabinet->m_arrSecondaryBom.Add(row(u"端子", u"UK5N", u"40"));
 
     EXPECT_TRUE(centre.SubmitSecondary(ann, *cabinet).skipped.empty());
-    BomRows rows;
-    ASSERT_TRUE(centre.ImportRows(ann, tree->m_strID, cabinet->m_strID, rows));
-    ASSERT_EQ(rows.GetSize(), 3);
-    EXPECT_EQ(rows[0].m_strRowName, u"断路器");
-    EXPECT_EQ(rows[1].m_strRowName, u"电流互感器");
-    EXPECT_EQ(rows[2].m_strRowName, u"端子");
+    EXPECT_EQ(imported(tree->m_strID, cabinet->m_strID, ann), (std::vector<std::string>{kBreaker, kTransformers, "端子|UK5N|40||"}));
     EXPECT_TRUE(cabinet->m_bChanged);
 }
 
 TEST_P(CentreOperations, ImportGivesOneDeviceOrTheWholeProjectAndNothingForUnknownIDs) {
-    auto tree = substation();
-    centre.SubmitItm(ann, *tree);
-    BomRows rows;
-    ASSERT_TRUE(centre.ImportRows(ann, tree->m_strID, CString(), rows));
-    ASSERT_EQ(rows.GetSize(), 4);
-    EXPECT_EQ(rows[0].m_strRowCode, u"QF-01");
-    EXPECT_EQ(rows[2].m_strRowName, u"综保装置");  // the first device's secondary rows follow its primary ones
-    EXPECT_EQ(rows[3].m_strRowModel, u"VS1-12/630");
-
+    auto tree = submitted();
+    // The first device's secondary rows follow its primary ones.
+    EXPECT_EQ(imported(tree->m_strID, CString(), ann),
+              (std::vector<std::string>{kBreaker, kTransformers, kProtection, "断路器|VS1-12/630|2||"}));
     for (const auto& [project, cabinet] : std::vector<std::pair<CString, CString>>{
-             {CString(), CString()}, {u"77", CString()}, {tree->m_strID, u"77"}, {tree->m_strID, tree->m_arrChildren[1]->m_strID}}) {
-        rows.Add(row(u"stale", u"x", u"1"));
-        EXPECT_FALSE(centre.ImportRows(ann, project, cabinet, rows));
-        EXPECT_TRUE(rows.IsEmpty());
-    }
-    EXPECT_FALSE(centre.ImportRows(other, tree->m_strID, CString(), rows));
+             {CString(), CString()}, {u"77", CString()}, {tree->m_strID, u"77"}, {tree->m_strID, tree->m_arrChildren[1]->m_strID}})
+        EXPECT_EQ(imported(project, cabinet, ann), std::vector<std::string>{"refused"}) << project << "/" << cabinet;
+    EXPECT_EQ(imported(tree->m_strID, CString(), other), std::vector<std::string>{"refused"});
 }
 
 TEST_P(CentreOperations, ThePartsCatalogueAddsUpEqualPartsOverTheEnterprise) {
@@ -221,35 +198,25 @@ TEST_P(CentreOperations, ThePartsCatalogueAddsUpEqualPartsOverTheEnterprise) {
     auto foreign = substation(u"foreign");
     centre.SubmitItm(other, *foreign);
 
-    const BomRows catalogue = centre.PartsCatalogue(ann);
-    ASSERT_EQ(catalogue.GetSize(), 5);
-    EXPECT_EQ(catalogue[3].m_strRowModel, u"VS1-12/630");
-    EXPECT_EQ(catalogue[3].m_strRowCount, u"5");  // 2 + the leading digits of "3台"
-    EXPECT_EQ(catalogue[4].m_strRowCode, u"other code");
-    EXPECT_EQ(catalogue[4].m_strRowCount, u"1");
+    // 5 = 2 + the leading digits of "3台"; the part of another code is another part; a part has no remark.
+    EXPECT_EQ(rowTexts(centre.PartsCatalogue(ann)), (std::vector<std::string>{"断路器|VS1-12/1250|1||QF-01", kTransformers, kProtection,
+                                                                              "断路器|VS1-12/630|5||", "断路器|VS1-12/630|1||other code"}));
 }
 
 TEST_P(CentreOperations, AnErrorHalfwayLeavesTheStoreAndTheTreeAsTheyWere) {
-    auto tree = substation();
-    centre.SubmitItm(ann, *tree);
+    auto tree = submitted();
     const CString boms = tree->m_arrCabinets[2]->m_strBoms;
-    for (HMProjectTree_INFO* device : tree->m_arrCabinets) device->m_bChanged = false;
-
     // Breaks at the third revision of a submit, then at the fourth node of a new project.
-    BreakingStore breaking(*store, 2, [] { throw CCentreStoreError(u"the disk is full"); });
-    CBomCentreOperations failing(breaking);
+    const auto fullDisk = [] { throw CCentreStoreError(u"the disk is full"); };
+    BreakingStore breaking(*store, 2, fullDisk);
     tree->m_arrCabinets[0]->m_arrPrimaryBom.RemoveAll();
-    EXPECT_THROW(failing.SubmitBom(ann, *tree), CCentreStoreError);
-    for (HMProjectTree_INFO* device : tree->m_arrCabinets) {
-        EXPECT_EQ(revisionCount(*device), 1);
-        EXPECT_FALSE(device->m_bChanged);
-    }
+    EXPECT_THROW(CBomCentreOperations(breaking).SubmitBom(ann, *tree), CCentreStoreError);
+    for (HMProjectTree_INFO* device : tree->m_arrCabinets) EXPECT_TRUE(revisionCount(*device) == 1 && !device->m_bChanged);
     EXPECT_EQ(tree->m_arrCabinets[2]->m_strBoms, boms);
 
-    BreakingStore breakingAgain(*store, 4, [] { throw CCentreStoreError(u"the disk is full"); });
-    CBomCentreOperations failingAgain(breakingAgain);
+    BreakingStore breakingAgain(*store, 4, fullDisk);
     auto another = substation(u"another");
-    EXPECT_THROW(failingAgain.SubmitItm(ann, *another), CCentreStoreError);
+    EXPECT_THROW(CBomCentreOperations(breakingAgain).SubmitItm(ann, *another), CCentreStoreError);
     EXPECT_TRUE(another->m_strID.IsEmpty());
     EXPECT_EQ(centre.Projects(ann).size(), 1u);
     // The name was not taken by the half-made project.
@@ -257,37 +224,30 @@ TEST_P(CentreOperations, AnErrorHalfwayLeavesTheStoreAndTheTreeAsTheyWere) {
 }
 
 TEST_P(CentreOperations, TheComparisonNamesAddedRemovedAndChangedParts) {
-    auto tree = substation();
-    centre.SubmitItm(ann, *tree);
+    auto tree = submitted();
     HMProjectTree_INFO& incoming = *tree->m_arrCabinets[0];
-    incoming.m_arrPrimaryBom[1].m_strRowCount = u"2";                    // changed
-    incoming.m_arrPrimaryBom.RemoveAt(0);                               // removed
+    incoming.m_arrPrimaryBom[1].m_strRowCount = u"2";                      // changed
+    incoming.m_arrPrimaryBom.RemoveAt(0);                                 // removed
     incoming.m_arrSecondaryBom.Add(row(u"电流互感器", u"LZZBJ9-10", u"1"));  // same part, other system: added
     tree->m_arrCabinets[2]->m_strID = CString();
 
-    const auto devices = centre.Compare(ann, *tree);
-    ASSERT_EQ(devices.size(), 3u);
-    ASSERT_TRUE(devices[0].known);
-    EXPECT_EQ(devices[0].revision, 1);
-    ASSERT_EQ(devices[0].differences.size(), 3u);
-    EXPECT_EQ(devices[0].differences[0].change, RowChange::CountChanged);
-    EXPECT_EQ(devices[0].differences[0].centreCount, 3);
-    EXPECT_EQ(devices[0].differences[0].localCount, 2);
-    EXPECT_EQ(devices[0].differences[1].change, RowChange::Added);
-    EXPECT_TRUE(devices[0].differences[1].secondary);
-    EXPECT_EQ(devices[0].differences[2].change, RowChange::Removed);
-    EXPECT_EQ(devices[0].differences[2].name, u"断路器");
-    EXPECT_TRUE(devices[1].known);
-    EXPECT_TRUE(devices[1].differences.empty());
-    EXPECT_FALSE(devices[2].known);
+    std::vector<std::string> found;
+    for (const DeviceComparison& device : centre.Compare(ann, *tree)) {
+        found.push_back(device.name.ToUtf8() + (device.known ? " revision " + std::to_string(device.revision) : " unknown"));
+        for (const RowDifference& d : device.differences)
+            found.push_back("  " + std::to_string(static_cast<int>(d.change)) + (d.secondary ? " secondary " : " primary ") +
+                            (d.name + " " + d.model).ToUtf8() + " " + std::to_string(d.centreCount) + "->" + std::to_string(d.localCount));
+    }
+    // Change 0 is added, 1 removed, 2 count changed.
+    EXPECT_EQ(found, (std::vector<std::string>{"AH1 进线柜 revision 1", "  2 primary 电流互感器 LZZBJ9-10 3->2",
+                                               "  0 secondary 电流互感器 LZZBJ9-10 0->1", "  1 primary 断路器 VS1-12/1250 1->0",
+                                               "AH2 revision 1", "AH4 unknown"}));
 }
 
 TEST_P(CentreOperations, TheLatestSubmittedProjectGivesTheOneCabinetTree) {
     EXPECT_FALSE(centre.OneCabinetTree(ann));
-    auto older = substation(u"older");
-    centre.SubmitItm(ann, *older);
-    auto newer = substation(u"newer");
-    centre.SubmitItm(ann, *newer);
+    auto older = submitted(u"older");
+    submitted(u"newer");
     centre.SubmitBom(ann, *older);
     auto cabinet = centre.OneCabinetTree(ann);
     ASSERT_TRUE(cabinet);
@@ -297,6 +257,7 @@ TEST_P(CentreOperations, TheLatestSubmittedProjectGivesTheOneCabinetTree) {
 }
 
 TEST_P(CentreOperations, AccountsAndUsageFilesAreKept) {
+    // The first login makes the account; later ones must match it.
     EXPECT_EQ(centre.CheckAccount(u"e", u"u", u"pw"), 1);
     EXPECT_EQ(centre.CheckAccount(u"e", u"u", u"pw"), 1);
     EXPECT_EQ(centre.CheckAccount(u"e", u"u", u"PW"), -1);
@@ -304,9 +265,7 @@ TEST_P(CentreOperations, AccountsAndUsageFilesAreKept) {
     centre.KeepUsageFile(ann, u"item", u"7", u"<用量/>");
     const auto files = store->usageFiles();
     ASSERT_EQ(files.size(), 1u);
-    EXPECT_EQ(files[0].key, u"7");
-    EXPECT_EQ(files[0].text, u"<用量/>");
-    EXPECT_EQ(files[0].enterprise, ann.enterprise);
+    EXPECT_EQ(std::tie(files[0].key, files[0].text, files[0].enterprise), std::make_tuple(CString(u"7"), CString(u"<用量/>"), ann.enterprise));
 }
 
 INSTANTIATE_TEST_SUITE_P(Stores, CentreOperations, ::testing::ValuesIn(StoreMakers()),

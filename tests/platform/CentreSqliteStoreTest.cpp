@@ -9,6 +9,7 @@
 #include <csignal>
 #include <gtest/gtest.h>
 #include <cstdio>
+#include <numeric>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -43,23 +44,17 @@ const CentreUser ann{u"华东电气", u"ann"};
 
 } // namespace
 
-TEST(CentreSqliteStore, TheMigrationsEndAtTheVersionThisBuildWrites) {
+TEST(CentreSqliteStore, AStoreOfTheFirstReleaseIsBroughtUpToTheVersionThisBuildWritesKeepingItsAccounts) {
     EXPECT_EQ(CentreMigrations().back().version, kCentreSchemaVersion);
-    TempFolder folder;
-    CSqliteCentreStore store(folder.native() + "/centre.db");
-    EXPECT_EQ(store.schemaVersion(), kCentreSchemaVersion);
-}
-
-TEST(CentreSqliteStore, AStoreOfTheFirstReleaseIsBroughtUpToDateKeepingItsAccounts) {
     TempFolder folder;
     const std::string path = folder.native() + "/centre.db";
     runSql(path, CentreMigrations().front().sql);
     runSql(path, "INSERT INTO accounts VALUES ('e', 'u', 'hash', 'then'); INSERT INTO usage_files VALUES (1, 'e', 'u', 'i', 'k', 't', 'r');");
     CSqliteCentreStore store(path);
     EXPECT_EQ(store.schemaVersion(), kCentreSchemaVersion);
-    ASSERT_TRUE(store.account(u"e", u"u"));
-    EXPECT_EQ(store.account(u"e", u"u")->credentialHash, CString(u"hash"));
-    EXPECT_FALSE(store.account(u"e", u"u")->disabled);
+    const auto account = store.account(u"e", u"u");
+    ASSERT_TRUE(account);
+    EXPECT_EQ(std::make_pair(account->credentialHash, account->disabled), std::make_pair(CString(u"hash"), false));
     EXPECT_EQ(store.usageFiles().size(), 1u);
     auto tree = substation();
     CBomCentreOperations(store).SubmitItm(ann, *tree);
@@ -105,22 +100,18 @@ TEST(CentreSqliteStore, AStoreHeldByAnotherProcessIsWaitedForThenRefused) {
     { CSqliteCentreStore store(path); }
     int ready[2];
     int release[2];
-    ASSERT_EQ(pipe(ready), 0);
-    ASSERT_EQ(pipe(release), 0);
+    ASSERT_TRUE(pipe(ready) == 0 && pipe(release) == 0);
+    char byte = 1;
     const pid_t holder = fork();
     ASSERT_GE(holder, 0);
     if (holder == 0) {
         CSqliteCentreStore holding(path);
         holding.beginWrite();
-        char byte = 1;
-        if (write(ready[1], &byte, 1) != 1) _exit(2);
-        if (read(release[0], &byte, 1) != 1) _exit(3);
+        if (write(ready[1], &byte, 1) != 1 || read(release[0], &byte, 1) != 1) _exit(2);
         holding.commit();
         _exit(0);
     }
-    char held = 0;
-    ASSERT_EQ(read(ready[0], &held, 1), 1);
-    ASSERT_EQ(held, 1);
+    ASSERT_EQ(read(ready[0], &byte, 1), 1);
 
     CSqliteCentreStore store(path, 200);
     CBomCentreOperations centre(store);
@@ -129,13 +120,11 @@ TEST(CentreSqliteStore, AStoreHeldByAnotherProcessIsWaitedForThenRefused) {
         centre.SubmitItm(ann, *tree);
         ADD_FAILURE() << "a submit went through a held store";
     } catch (const CCentreStoreError& error) {
-        EXPECT_TRUE(error.locked());
-        EXPECT_TRUE(error.message().Contains(u"locked by another process")) << error.message();
+        EXPECT_TRUE(error.locked() && error.message().Contains(u"locked by another process")) << error.message();
     }
     EXPECT_TRUE(tree->m_strID.IsEmpty());
 
-    const char go = 1;
-    ASSERT_EQ(write(release[1], &go, 1), 1);
+    ASSERT_EQ(write(release[1], &byte, 1), 1);
     EXPECT_EQ(exitStatus(holder), 0);
     centre.SubmitItm(ann, *tree);
     EXPECT_EQ(centre.Projects(ann).size(), 1u);
@@ -144,35 +133,32 @@ TEST(CentreSqliteStore, AStoreHeldByAnotherProcessIsWaitedForThenRefused) {
 TEST(CentreSqliteStore, TwoProcessesSubmittingToOneStoreNumberEveryRevisionOnce) {
     TempFolder folder;
     const std::string path = folder.native() + "/centre.db";
-    CString projectId;
+    auto tree = substation();
     {
         CSqliteCentreStore store(path);
-        auto tree = substation();
         CBomCentreOperations(store).SubmitItm(ann, *tree);
-        projectId = tree->m_strID;
     }
     constexpr int kSubmits = 15;
     const auto submitMany = [&] {
         CSqliteCentreStore store(path);
         CBomCentreOperations centre(store);
-        auto tree = centre.ProjectTree(ann, projectId);
-        for (int i = 0; i < kSubmits; ++i)
-            if (centre.SubmitBom(ann, *tree).accepted != 3) return false;
-        return true;
+        bool allTaken = true;
+        for (int i = 0; i < kSubmits; ++i) allTaken = centre.SubmitBom(ann, *tree).accepted == 3 && allTaken;
+        return allTaken;
     };
     const pid_t other = fork();
     ASSERT_GE(other, 0);
     if (other == 0) _exit(submitMany() ? 0 : 1);
-    const bool mine = submitMany();
+    EXPECT_TRUE(submitMany());
     EXPECT_EQ(exitStatus(other), 0);
-    EXPECT_TRUE(mine);
 
     CSqliteCentreStore store(path);
-    for (const CentreNode& node : store.nodes(*ParseCentreId(projectId))) {
-        if (!HMIsDeviceType(node.type)) continue;
-        const auto revisions = store.revisions(node.id);
-        ASSERT_EQ(revisions.size(), static_cast<size_t>(1 + 2 * kSubmits));
-        for (size_t i = 0; i < revisions.size(); ++i) EXPECT_EQ(revisions[i].number, static_cast<int>(i + 1));
+    std::vector<int> expected(1 + 2 * kSubmits);
+    std::iota(expected.begin(), expected.end(), 1);
+    for (const HMProjectTree_INFO* device : tree->m_arrCabinets) {
+        std::vector<int> numbers;
+        for (const CentreRevision& revision : store.revisions(*ParseCentreId(device->m_strID))) numbers.push_back(revision.number);
+        EXPECT_EQ(numbers, expected) << device->m_strName;
     }
 }
 

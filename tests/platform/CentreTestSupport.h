@@ -12,6 +12,7 @@
 #include "centre/operations/CentreStore.h"
 #include "centre/sqlite/SqliteCentreStore.h"
 #include "centre/postgres/PostgresCentreStore.h"
+#include "teamcentre/TeamTrees.h"
 
 #include <gtest/gtest.h>
 
@@ -98,22 +99,14 @@ inline BOM_INFO row(const CString& name, const CString& model, const CString& co
     return {CString(), name, model, count, remark, code};
 }
 
-inline HMProjectTree_INFO* addChild(HMProjectTree_INFO& parent, HMProjectTree_INFO& root, const CString& name, const CString& type) {
-    auto* child = new HMProjectTree_INFO;
-    child->m_strName = name;
-    child->m_strType = type;
-    child->m_pParent = &parent;
-    child->m_pRoot = &root;
-    parent.m_arrChildren.Add(child);
-    if (HMIsDeviceType(type)) root.m_arrCabinets.Add(child);
-    return child;
-}
+using team_test::addNode;
+using team_test::shape;
 
 // A substation as HMItmSubmit builds it from folders: a device at the top, a sub-project with two devices.
 inline std::unique_ptr<HMProjectTree_INFO> substation(const CString& name = u"华东变电站") {
     auto root = std::make_unique<HMProjectTree_INFO>();
     root->m_strName = name;
-    HMProjectTree_INFO* incoming = addChild(*root, *root, u"AH1 进线柜", u"0");
+    HMProjectTree_INFO* incoming = addNode(*root, *root, u"AH1 进线柜", u"0");
     incoming->m_strCirNo = u"AH1";
     incoming->m_strCirName = u"进线柜";
     incoming->m_strCirType = u"KYN28";
@@ -121,12 +114,12 @@ inline std::unique_ptr<HMProjectTree_INFO> substation(const CString& name = u"�
     incoming->m_arrPrimaryBom.Add(row(u"断路器", u"VS1-12/1250", u"1", u"带 <手车> & \"底座\"", u"QF-01"));
     incoming->m_arrPrimaryBom.Add(row(u"电流互感器", u"LZZBJ9-10", u"3"));
     incoming->m_arrSecondaryBom.Add(row(u"综保装置", u"PCS-9611", u"1", u"", u"KP"));
-    HMProjectTree_INFO* lines = addChild(*root, *root, u"出线", u"100");
+    HMProjectTree_INFO* lines = addNode(*root, *root, u"出线", u"100");
     lines->m_strCirNo = u"出线";
-    HMProjectTree_INFO* feeder1 = addChild(*lines, *root, u"AH2", u"0");
+    HMProjectTree_INFO* feeder1 = addNode(*lines, *root, u"AH2", u"0");
     feeder1->m_strCirNo = u"AH2,AH3";
     feeder1->m_arrPrimaryBom.Add(row(u"断路器", u"VS1-12/630", u"2"));
-    HMProjectTree_INFO* feeder2 = addChild(*lines, *root, u"AH4", u"0");
+    HMProjectTree_INFO* feeder2 = addNode(*lines, *root, u"AH4", u"0");
     feeder2->m_strCirNo = u"AH4";
     return root;
 }
@@ -149,6 +142,14 @@ inline std::unique_ptr<HMProjectTree_INFO> throughHexmoorXml(const HMProjectTree
     HMXmlReadNode(document, read.get());
     if (HMIsDeviceType(read->m_strType)) HMXmlReadProducts(document, read.get());
     return read;
+}
+
+// Rows as "name|model|count|remark|code", so that a whole list is compared at once.
+inline std::vector<std::string> rowTexts(const BomRows& rows) {
+    std::vector<std::string> texts;
+    for (const BOM_INFO& r : rows)
+        texts.push_back((r.m_strRowName + "|" + r.m_strRowModel + "|" + r.m_strRowCount + "|" + r.m_strRowRemark + "|" + r.m_strRowCode).ToUtf8());
+    return texts;
 }
 
 // The rows as they come back from a document: label and code are not part of what the reader gives.

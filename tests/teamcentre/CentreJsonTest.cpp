@@ -24,22 +24,14 @@ TEST(CentreJson, ATreeArrivesWithEveryFieldItsLinksAndItsDeviceList) {
     tree->m_arrCabinets.Add(tree->m_arrChildren[0]->m_arrChildren[0]);
 
     const auto read = TreeFromJson(json::parse(TreeToJson(*tree).dump()));
-    ASSERT_EQ(read->m_arrChildren.GetSize(), 1);
-    const HMProjectTree_INFO* sub = read->m_arrChildren[0];
-    ASSERT_EQ(sub->m_arrChildren.GetSize(), 2);
-    const HMProjectTree_INFO* second = sub->m_arrChildren[1];
-    EXPECT_EQ(read->m_strID, CString(u"7"));
-    EXPECT_EQ(sub->m_pParent, read.get());
-    EXPECT_EQ(second->m_pParent, sub);
-    EXPECT_EQ(second->m_pRoot, read.get());
-    EXPECT_EQ(second->m_strBoms, device->m_strBoms);
-    EXPECT_EQ(second->m_nCabCount, 3);
-    EXPECT_TRUE(second->m_bChanged);
-    EXPECT_EQ(second->m_arrSecondaryBom[0], device->m_arrSecondaryBom[0]);
-    EXPECT_EQ(second->m_arrPrimaryBom[0], device->m_arrPrimaryBom[0]);
+    EXPECT_EQ(team_test::shape(*read), "华东变电站: { 出线:100 { AH1:0 AH2:0 } } devices: AH2 AH1");
     ASSERT_EQ(read->m_arrCabinets.GetSize(), 2);
-    EXPECT_EQ(read->m_arrCabinets[0], second);
-    EXPECT_EQ(read->m_arrCabinets[1], sub->m_arrChildren[0]);
+    const HMProjectTree_INFO* second = read->m_arrCabinets[0];
+    EXPECT_EQ(second, read->m_arrChildren[0]->m_arrChildren[1]);
+    EXPECT_EQ(read->m_strID, CString(u"7"));
+    EXPECT_EQ(std::make_tuple(second->m_strBoms, second->m_nCabCount, second->m_bChanged), std::make_tuple(device->m_strBoms, 3, true));
+    EXPECT_EQ(second->m_arrSecondaryBom, device->m_arrSecondaryBom);
+    EXPECT_EQ(second->m_arrPrimaryBom, device->m_arrPrimaryBom);
 }
 
 TEST(CentreJson, DocumentsOfTheWrongShapeAreRefused) {

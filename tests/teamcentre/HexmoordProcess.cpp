@@ -1,4 +1,5 @@
 #include "teamcentre/HexmoordProcess.h"
+#include "teamcentre/ServerTestSupport.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -6,23 +7,10 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <fstream>
-#include <sstream>
 #include <stdexcept>
 #include <thread>
 
 std::string HexmoordBinary() { return std::string(QX_BINARY_DIR) + "/bin/hexmoord"; }
-
-namespace {
-
-std::string readAll(const std::string& path) {
-    std::ifstream file(path);
-    std::stringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
-} // namespace
 
 HexmoordProcess::HexmoordProcess(const std::string& database, const std::vector<std::string>& extraArguments) {
     char pattern[] = "/tmp/qx-hexmoord-XXXXXX";
@@ -43,7 +31,7 @@ HexmoordProcess::HexmoordProcess(const std::string& database, const std::vector<
     ::close(logFd);
     // The first line names the port; a server that cannot start exits instead. Waiting is bounded.
     for (int tries = 0; tries < 600 && m_port == 0; ++tries) {
-        const std::string text = readAll(m_logPath);
+        const std::string text = team_test::ReadTextFile(m_logPath);
         const std::string serving = "://127.0.0.1:";
         const size_t at = text.find(serving);
         if (at != std::string::npos && text.find('\n', at) != std::string::npos) {
@@ -91,5 +79,5 @@ void HexmoordProcess::kill() {
 
 std::string HexmoordProcess::output() {
     if (m_pid) stop();
-    return readAll(m_logPath);
+    return team_test::ReadTextFile(m_logPath);
 }

@@ -7,11 +7,14 @@
 #include "centre/operations/CentreAccounts.h"
 #include "centre/server/StorePool.h"
 #include "platform/cloud/http/HttpTransport.h"
+#include "teamcentre/HexmoordProcess.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 #include <fstream>
+#include <map>
+#include <memory>
 #include <optional>
 #include <sstream>
 
@@ -69,6 +72,68 @@ inline std::string LoginToken(CHttpTransport& http, const std::string& enterpris
         Request(http, "POST", "/api/login", {{"enterprise", enterprise}, {"user", user}, {"credential", credential}});
     EXPECT_EQ(reply.status, 200) << reply.body.dump();
     return reply.status == 200 ? reply.body["token"].get<std::string>() : std::string();
+}
+
+// hexmoord on a fresh database of each store kind, with the accounts the test names; the test skips where
+// PostgreSQL is not installed.
+class ServerOnEachStore : public ::testing::TestWithParam<StoreKind> {
+protected:
+    virtual std::vector<Account> accounts() const { return {{"acme", "ann"}, {"acme", "bob", "other"}, {"rival", "eve"}}; }
+
+    void SetUp() override {
+        const auto found = FreshDatabase(GetParam(), folder);
+        if (!found) GTEST_SKIP() << kNoPostgresServer;
+        database = *found;
+        AddAccounts(database, accounts());
+        restart();
+    }
+    void restart(const std::vector<std::string>& arguments = {}) {
+        server.reset();
+        server = std::make_unique<HexmoordProcess>(database, arguments);
+        http = std::make_unique<CHttpTransport>(server->endpoint());
+    }
+    long status(const char* method, const std::string& path, const std::string& token = {}, const nlohmann::json& body = nullptr) {
+        return Request(*http, method, path, body, token).status;
+    }
+
+    TempFolder folder;
+    std::string database;
+    std::unique_ptr<HexmoordProcess> server;
+    std::unique_ptr<CHttpTransport> http;
+};
+
+// The tree with every device's rows replaced by one that names the client and its submit, so that a lost,
+// merged or doubled revision shows.
+inline nlohmann::json WithLoadRow(nlohmann::json tree, int client, int submit) {
+    for (nlohmann::json& device : tree["children"][0]["children"])
+        device["primary"] = nlohmann::json::array({{{"label", ""}, {"name", "load"}, {"model", std::to_string(client)},
+                                                    {"count", std::to_string(submit)}, {"remark", ""}, {"code", ""}}});
+    return tree;
+}
+
+// Each device's revisions of the project as the server lists them, checked to be numbered 1, 2, ... and made by
+// the user their load row names; per device, how often each (client, submit) came.
+inline std::vector<std::map<std::pair<int, int>, int>> LoadRevisions(CHttpTransport& http, const std::string& token,
+                                                                     const nlohmann::json& tree) {
+    std::vector<std::map<std::pair<int, int>, int>> devices;
+    for (const nlohmann::json& device : tree["children"][0]["children"]) {
+        const JsonReply revisions = Request(http, "GET", "/api/projects/" + tree["id"].get<std::string>() + "/devices/" +
+                                                             device["id"].get<std::string>() + "/revisions", nullptr, token);
+        EXPECT_EQ(revisions.status, 200);
+        auto& made = devices.emplace_back();
+        for (size_t i = 0; revisions.status == 200 && i < revisions.body.size(); ++i) {
+            EXPECT_EQ(revisions.body[i]["number"], static_cast<int>(i) + 1) << "revision numbers have a gap";
+            const nlohmann::json& rows = revisions.body[i]["rows"];
+            if (i == 0) continue;
+            if (rows.size() != 1 || rows[0]["name"] != "load") {
+                ++made[{-1, -1}];  // a revision of no one's load row
+                continue;
+            }
+            EXPECT_EQ(revisions.body[i]["user"], "user" + rows[0]["model"].get<std::string>());
+            ++made[{std::stoi(rows[0]["model"].get<std::string>()), std::stoi(rows[0]["count"].get<std::string>())}];
+        }
+    }
+    return devices;
 }
 
 } // namespace team_test

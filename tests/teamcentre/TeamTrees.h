@@ -5,6 +5,7 @@
 #include "project/ProjectTree.h"
 
 #include <memory>
+#include <string>
 
 namespace team_test {
 
@@ -30,6 +31,24 @@ inline std::unique_ptr<HMProjectTree_INFO> project(const CString& name, int devi
         device->m_arrPrimaryBom.Add({CString(), u"断路器", u"VS1-12/1250", u"1", u"带 <手车> & \"底座\"", u"QF-01"});
     }
     return root;
+}
+
+// The whole tree in one line, to compare at once: "name:type" of every node with its children in braces,
+// then the root's device list. A node whose parent or root link is wrong is marked "(unlinked)".
+inline std::string shape(const HMProjectTree_INFO& node, const HMProjectTree_INFO* parent = nullptr,
+                         const HMProjectTree_INFO* root = nullptr) {
+    std::string text = (node.m_strName + ":" + node.m_strType).ToUtf8();
+    if (parent && (node.m_pParent != parent || node.m_pRoot != root)) text += "(unlinked)";
+    if (!node.m_arrChildren.IsEmpty()) {
+        text += " {";
+        for (const HMProjectTree_INFO* child : node.m_arrChildren) text += " " + shape(*child, &node, root ? root : &node);
+        text += " }";
+    }
+    if (!parent) {
+        text += " devices:";
+        for (const HMProjectTree_INFO* device : node.m_arrCabinets) text += " " + device->m_strName.ToUtf8();
+    }
+    return text;
 }
 
 } // namespace team_test
