@@ -43,21 +43,17 @@ protected:
 
 } // namespace
 
-TEST_F(Journal, TheFirstClientOfAnEmptySiteGivesItItsJournal) {
-    install.writeFile("Client.xml", "");
-    ASSERT_TRUE(WriteLegacyText(install.logic() + u"Client.xml", u"版本日期：2015,03,02,09,05,07"));
-    auto connection = client();
-    EXPECT_EQ(connection->CheckClientVersion(), 0);
-    EXPECT_EQ(siteLines(), CStringArray{u"版本日期：2015,03,02,09,05,07"});
-}
-
-TEST_F(Journal, AClientWithoutVersionMakesTheJournalFromTheTime) {
-    auto connection = client();
-    EXPECT_EQ(connection->CheckClientVersion(), 0);
+TEST_F(Journal, TheFirstClientOfAnEmptySiteGivesItItsJournalFromItsVersionOrTheTime) {
+    EXPECT_EQ(client()->CheckClientVersion(), 0);
     const CStringArray lines = siteLines();
     ASSERT_EQ(lines.GetSize(), 1);
     EXPECT_TRUE(lines[0].StartsWith(u"版本日期：20")) << lines[0];
     EXPECT_EQ(lines[0], clientLine());
+
+    QxFs::DeleteFile(site.logic() + u"Server.xml");
+    ASSERT_TRUE(WriteLegacyText(install.logic() + u"Client.xml", u"版本日期：2015,03,02,09,05,07"));
+    EXPECT_EQ(client()->CheckClientVersion(), 0);
+    EXPECT_EQ(siteLines(), CStringArray{u"版本日期：2015,03,02,09,05,07"});
 }
 
 TEST_F(Journal, GrowsWithEverySubmitUnderStampsThatNeverGoBack) {
@@ -213,19 +209,14 @@ TEST_F(Journal, AFolderTreeIsSubmittedFileByFileForDrawingsAndProjectFilesOnly) 
 
 namespace {
 
-// Reading a lock takes 0.3 s here: two clients that find the journal free look at the same moment.
-class SlowLockReads : public RepositoryFixture {
-protected:
-    SlowLockReads() : RepositoryFixture({"--slow-retr", "Server.xml.bak"}) {}
-};
-
 long long nowMs() {
     return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
 } // namespace
 
-TEST_F(SlowLockReads, TheJournalLockIsHeldByOneClientAtATime) {
+TEST_F(Journal, TheJournalLockIsHeldByOneClientAtATime) {
+    serve({"--slow-retr", "Server.xml.bak"});  // reading a lock takes 0.3 s: both find the journal free at once
     // Two processes under two identities reach for the lock at one moment and hold it for 0.5 s each; the
     // holds must never overlap. Three contests, as the moment of each look varies.
     const std::vector<const char*> hosts = {"10.0.0.1(alpha)", "10.0.0.2(beta)"};
@@ -237,17 +228,16 @@ TEST_F(SlowLockReads, TheJournalLockIsHeldByOneClientAtATime) {
             ASSERT_GE(pid, 0);
             if (pid == 0) {
                 ::setenv("CORVANE_HOST_ID", hosts[i], 1);
-                CMyFtpConnection connection;
                 FtpTimings timings = shortTimings();
                 timings.lockPauseMs = 400;  // 2.4 s before a lock counts as abandoned
-                connection.SetTimings(timings);
-                if (!connection.ConnectServer()) ::_exit(2);
+                auto child = connection(timings);
+                if (!child->ConnectServer()) ::_exit(2);
                 std::this_thread::sleep_for(std::chrono::milliseconds(std::max(0LL, together - nowMs())));
-                connection.LockVersionFile();
+                child->LockVersionFile();
                 const long long start = nowMs();
                 std::this_thread::sleep_for(std::chrono::milliseconds(500));
                 const long long end = nowMs();
-                connection.RemoveRemoteFileQuietly(u"Server.xml.bak");
+                child->RemoveRemoteFileQuietly(u"Server.xml.bak");
                 install.writeFile("hold" + std::to_string(i), std::to_string(start) + " " + std::to_string(end));
                 ::_exit(0);
             }

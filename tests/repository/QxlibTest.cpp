@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <gtest/gtest.h>
 #include <sstream>
 #include <sys/stat.h>
@@ -18,7 +19,14 @@ namespace {
 
 class Qxlib : public ::testing::Test {
 protected:
-    explicit Qxlib(std::vector<std::string> serverOptions = {}) : server(site.native(), std::move(serverOptions)) {}
+    // Starts the site with the faults that `options` of tests/data/repository/ftp_server.py give it; a test
+    // that names none gets a site without faults at its first set-up.
+    void serve(std::vector<std::string> options = {}) { server.emplace(site.native(), std::move(options)); }
+    int port() {
+        if (!server) serve();
+        return server->port();
+    }
+    void siteJournal(const std::string& lines) { site.writeFile("Server.xml", "版本日期：2099,01,01,00,00,09\r\n" + lines); }
 
     // One client machine: its install folder below `machines`, its identity "10.0.0.N(name)".
     std::string command(const std::string& machine, const std::string& args) const {
@@ -56,8 +64,9 @@ protected:
         return text;
     }
     static std::string hostId(const std::string& machine) { return "10.0.0." + std::to_string(machine.size()) + "(" + machine + ")"; }
-    void setUp(const std::string& machine) {
-        ASSERT_EQ(qxlib(machine, "setup 127.0.0.1 " + std::to_string(server.port()) + " / --passive").status, 0);
+    void setUp(std::initializer_list<const char*> people, const std::string& options = "--passive") {
+        for (const std::string machine : people)
+            ASSERT_EQ(qxlib(machine, "setup 127.0.0.1 " + std::to_string(port()) + " / " + options).status, 0);
     }
     std::string errors(const std::string& machine) const { return machines.readFile(machine + ".err"); }
     std::string siteText(const std::string& relative) const { return Utf16ToUtf8(DecodeLegacy(site.readFile(relative))); }
@@ -68,7 +77,7 @@ protected:
 
     TempFolder site;
     TempFolder machines;
-    FtpTestServer server;
+    std::optional<FtpTestServer> server;
 };
 
 bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
@@ -76,8 +85,7 @@ bool contains(const std::string& text, const std::string& part) { return text.fi
 } // namespace
 
 TEST_F(Qxlib, TwoPeopleKeepALibraryInStepThroughTheJournalAndTheLocks) {
-    setUp("ann");
-    setUp("bob");
+    setUp({"ann", "bob"});
     struct stat info{};
     ::stat((machines.native() + "/ann/LocalData/QxFTPLoginInfo.sys").c_str(), &info);
     EXPECT_EQ(info.st_mode & 0777, 0600u);
@@ -122,8 +130,7 @@ TEST_F(Qxlib, TwoPeopleKeepALibraryInStepThroughTheJournalAndTheLocks) {
 }
 
 TEST_F(Qxlib, SyncNeverReplacesAPersonsWork) {
-    setUp("ann");
-    setUp("bob");
+    setUp({"ann", "bob"});
     for (const std::string name : {"k", "m", "n"}) {
         machines.writeFile("ann/Lib/" + name + ".dwg", "v1");
         ASSERT_EQ(qxlib("ann", "submit Lib/" + name + ".dwg").status, 0) << errors("ann");
@@ -157,8 +164,7 @@ TEST_F(Qxlib, SyncNeverReplacesAPersonsWork) {
 }
 
 TEST_F(Qxlib, FoldersAndTreesTravelWithTheirJournalLines) {
-    setUp("ann");
-    setUp("bob");
+    setUp({"ann", "bob"});
     machines.writeFile("tree/panel/a.dwg", "a");
     machines.writeFile("tree/panel/readme.txt", "not sent");
     ASSERT_EQ(qxlib("ann", "push-tree tree Lib/tree").status, 0) << errors("ann");
@@ -180,7 +186,7 @@ TEST_F(Qxlib, FoldersAndTreesTravelWithTheirJournalLines) {
 }
 
 TEST_F(Qxlib, PathsOutsideTheLibraryAndWhatTheLoginFileCannotKeepAreRefused) {
-    setUp("ann");
+    setUp({"ann"});
     const std::string login = machines.readFile("ann/LocalData/QxFTPLoginInfo.sys");
     // From people: paths that leave the library, the protocol's own files, the client's own files.
     for (const char* args : {"checkout ../etc/passwd", "delete 'a\\..\\..\\b'", "", "setup 127.0.0.1 0 /",
@@ -216,22 +222,9 @@ TEST_F(Qxlib, WithoutASiteSaysWhatIsMissing) {
     EXPECT_TRUE(contains(run.out + errors("nobody"), "run qxlib setup first")) << run.out;
 }
 
-namespace {
-
-struct QxlibFaultySite : Qxlib {
-    explicit QxlibFaultySite(std::vector<std::string> options) : Qxlib(std::move(options)) {}
-    void siteJournal(const std::string& lines) { site.writeFile("Server.xml", "版本日期：2099,01,01,00,00,09\r\n" + lines); }
-};
-
-struct QxlibRefusingBadFiles : QxlibFaultySite {
-    QxlibRefusingBadFiles() : QxlibFaultySite({"--refuse-stor", "bad.dwg"}) {}
-};
-
-} // namespace
-
-TEST_F(QxlibRefusingBadFiles, CommandsThatDidNotDoTheirWorkSaySoAndFail) {
-    setUp("ann");
-    setUp("bob");
+TEST_F(Qxlib, CommandsThatDidNotDoTheirWorkSaySoAndFail) {
+    serve({"--refuse-stor", "bad.dwg"});
+    setUp({"ann", "bob"});
     machines.writeFile("tree/ok.dwg", "ok");
     machines.writeFile("tree/bad.dwg", "bad");
     EXPECT_EQ(qxlib("ann", "push-tree tree Lib/tree").status, 1);
@@ -247,19 +240,10 @@ TEST_F(QxlibRefusingBadFiles, CommandsThatDidNotDoTheirWorkSaySoAndFail) {
     EXPECT_EQ(site.readFile("Lib/tree/ok.dwg.bak").rfind(hostId("ann") + "\r\n", 0), 0u);
 }
 
-namespace {
-
-struct QxlibSlowStagingRenames : QxlibFaultySite {
-    QxlibSlowStagingRenames() : QxlibFaultySite({"--slow-rename", "#*"}) {}
-};
-
-} // namespace
-
-TEST_F(QxlibSlowStagingRenames, TwoClientsStagingInOneFolderAtOnceKeepTheirOwnBytes) {
-    for (const std::string machine : {"ann", "bob"}) {
-        ASSERT_EQ(qxlib(machine, "setup 127.0.0.1 " + std::to_string(server.port()) + " / --passive --staging").status, 0);
-        machines.writeFile(machine + "/Lib/" + machine + ".dwg", machine + "'s drawing");
-    }
+TEST_F(Qxlib, TwoClientsStagingInOneFolderAtOnceKeepTheirOwnBytes) {
+    serve({"--slow-rename", "#*"});
+    setUp({"ann", "bob"}, "--passive --staging");
+    for (const std::string machine : {"ann", "bob"}) machines.writeFile(machine + "/Lib/" + machine + ".dwg", machine + "'s drawing");
     site.writeFile("Lib/keep.dwg", "kept");
     siteJournal("Lib\\keep.dwg|2099,01,01,00,00,09|MOD");
     EXPECT_EQ(together({{"ann", "submit Lib/ann.dwg"}, {"bob", "submit Lib/bob.dwg"}}), (std::vector<int>{0, 0}));
@@ -272,9 +256,7 @@ TEST_F(QxlibSlowStagingRenames, TwoClientsStagingInOneFolderAtOnceKeepTheirOwnBy
 namespace {
 
 // A site whose first listings fail: a sync that cannot list must neither take the file for gone nor move on.
-struct QxlibListingsFail : QxlibFaultySite, ::testing::WithParamInterface<std::tuple<std::string, int>> {
-    QxlibListingsFail() : QxlibFaultySite({"--fail-lists", std::get<0>(GetParam())}) {}
-};
+struct QxlibListingsFail : Qxlib, ::testing::WithParamInterface<std::tuple<std::string, int>> {};
 
 INSTANTIATE_TEST_SUITE_P(Failures, QxlibListingsFail,
                          ::testing::Values(std::tuple{std::string("2"), 0},      // one listing (MLSD and LIST) fails: retried
@@ -284,7 +266,8 @@ INSTANTIATE_TEST_SUITE_P(Failures, QxlibListingsFail,
 } // namespace
 
 TEST_P(QxlibListingsFail, ListingsAreRetriedOnceAndThenLeaveTheClientBehind) {
-    setUp("ann");
+    serve({"--fail-lists", std::get<0>(GetParam())});
+    setUp({"ann"});
     site.writeFile("Lib/a.dwg", "a");
     siteJournal("Lib\\a.dwg|2099,01,01,00,00,09|MOD");
     const int expected = std::get<1>(GetParam());
@@ -293,17 +276,9 @@ TEST_P(QxlibListingsFail, ListingsAreRetriedOnceAndThenLeaveTheClientBehind) {
     EXPECT_EQ(machines.exists("ann/Client.xml"), expected == 0);
 }
 
-namespace {
-
-struct QxlibCutJournalUploads : QxlibFaultySite {
-    // Uploads of the journal, its backup and every staging file break off after 10 bytes.
-    QxlibCutJournalUploads() : QxlibFaultySite({"--cut-stor", "[S#]*"}) {}
-};
-
-} // namespace
-
-TEST_F(QxlibCutJournalUploads, AJournalUploadBrokenOffLeavesTheJournalAsItWas) {
-    setUp("ann");
+TEST_F(Qxlib, AJournalUploadBrokenOffLeavesTheJournalAsItWas) {
+    serve({"--cut-stor", "[S#]*"});  // uploads of the journal, its backup and staging files break off
+    setUp({"ann"});
     siteJournal("a.dwg|2099,01,01,00,00,09|MOD");
     const std::string journal = site.readFile("Server.xml");
     machines.writeFile("ann/c.dwg", "c");
@@ -312,17 +287,9 @@ TEST_F(QxlibCutJournalUploads, AJournalUploadBrokenOffLeavesTheJournalAsItWas) {
     EXPECT_FALSE(site.exists("Server.xml.bak"));
 }
 
-namespace {
-
-struct QxlibSlowLockReads : QxlibFaultySite {
-    QxlibSlowLockReads() : QxlibFaultySite({"--slow-retr", "*.bak"}) {}
-};
-
-} // namespace
-
-TEST_F(QxlibSlowLockReads, OfTwoCheckOutsAtTheSameMomentOneWins) {
-    setUp("ann");
-    setUp("bob");
+TEST_F(Qxlib, OfTwoCheckOutsAtTheSameMomentOneWins) {
+    serve({"--slow-retr", "*.bak"});
+    setUp({"ann", "bob"});
     site.writeFile("Lib/s.dwg", "s");
     for (int round = 0; round < 3; ++round) {
         const std::vector<int> statuses = together({{"ann", "--no checkout Lib/s.dwg"}, {"bob", "--no checkout Lib/s.dwg"}});
@@ -331,17 +298,9 @@ TEST_F(QxlibSlowLockReads, OfTwoCheckOutsAtTheSameMomentOneWins) {
     }
 }
 
-namespace {
-
-struct QxlibLyingListings : QxlibFaultySite {
-    QxlibLyingListings()
-        : QxlibFaultySite({"--lie-list", "file:../../evil.dwg", "--lie-list", "dir:../../evildir", "--lie-list", "file:x\\y.dwg"}) {}
-};
-
-} // namespace
-
-TEST_F(QxlibLyingListings, ListedNamesThatAreNotPlainAreNeverJoinedToLocalFolders) {
-    setUp("ann");
+TEST_F(Qxlib, ListedNamesThatAreNotPlainAreNeverJoinedToLocalFolders) {
+    serve({"--lie-list", "file:../../evil.dwg", "--lie-list", "dir:../../evildir", "--lie-list", "file:x\\y.dwg"});
+    setUp({"ann"});
     site.writeFile("evil.dwg", "evil");
     site.writeFile("evildir/e.dwg", "evil");
     site.writeFile("Lib/ok.dwg", "ok");
@@ -354,7 +313,7 @@ TEST_F(QxlibLyingListings, ListedNamesThatAreNotPlainAreNeverJoinedToLocalFolder
 }
 
 TEST_F(Qxlib, TakesTheNameTheSiteListsAndListsEachFolderOnce) {
-    setUp("ann");
+    setUp({"ann"});
     std::string journal = "版本日期：2099,01,01,00,00,09\r\nLib\\up.dwg|2099,01,01,00,00,09|MOD";
     for (int i = 0; i < 30; ++i) {
         site.writeFile("Lib/f" + std::to_string(i) + ".dwg", "f");
@@ -375,16 +334,9 @@ TEST_F(Qxlib, TakesTheNameTheSiteListsAndListsEachFolderOnce) {
     EXPECT_EQ(listings, 2u);  // the root and Lib
 }
 
-namespace {
-
-struct QxlibWithUser : QxlibFaultySite {
-    QxlibWithUser() : QxlibFaultySite({"--user", "ann", "--password", "s3cret"}) {}
-};
-
-} // namespace
-
-TEST_F(QxlibWithUser, TheFtpDialogueNeverShowsThePassword) {
-    ASSERT_EQ(qxlib("ann", "setup 127.0.0.1 " + std::to_string(server.port()) + " / --passive --user ann", "s3cret\\n").status, 0);
+TEST_F(Qxlib, TheFtpDialogueNeverShowsThePassword) {
+    serve({"--user", "ann", "--password", "s3cret"});
+    ASSERT_EQ(qxlib("ann", "setup 127.0.0.1 " + std::to_string(port()) + " / --passive --user ann", "s3cret\\n").status, 0);
     const ShellRun run = RunShellCommand("cd '" + machines.native() + "' && QX_FTP_VERBOSE=1 " + command("ann", "status"));
     EXPECT_EQ(run.status, 0) << errors("ann");
     EXPECT_TRUE(contains(errors("ann"), "> PASS ****")) << errors("ann");
@@ -396,7 +348,7 @@ TEST_F(QxlibWithUser, TheFtpDialogueNeverShowsThePassword) {
 // sync. No line, file or person's work may be lost, and the three libraries must end alike.
 TEST_F(Qxlib, ThreeClientsWorkingInOneFolderAtOnceLoseNothing) {
     const std::vector<std::string> people = {"ann", "bob", "cyd"};
-    for (const std::string& person : people) setUp(person);
+    setUp({"ann", "bob", "cyd"});
     machines.writeFile("ann/Lib/shared.dwg", "start");
     ASSERT_EQ(qxlib("ann", "submit Lib/shared.dwg").status, 0) << errors("ann");
     constexpr int kRounds = 50;  // about 2 s a round on two cores
@@ -430,18 +382,11 @@ TEST_F(Qxlib, ThreeClientsWorkingInOneFolderAtOnceLoseNothing) {
     EXPECT_EQ(journalLines(), 3 + 3 * kRounds) << siteText("Server.xml");  // the version, "Lib\\" and shared.dwg
 }
 
-namespace {
-
-struct QxlibRelayedJournalLock : QxlibFaultySite {
-    QxlibRelayedJournalLock() : QxlibFaultySite({"--relay-lock", "Server.xml.bak"}) {}
-};
-
-} // namespace
-
 // A journal lock handed from one busy host to the next is never abandoned: the waits start again for each
 // new holder, so the client waits the relay out instead of breaking a live lock.
-TEST_F(QxlibRelayedJournalLock, WaitsAfreshForEachNewHolderAndNeverBreaksALiveLock) {
-    setUp("ann");
+TEST_F(Qxlib, WaitsAfreshForEachNewHolderAndNeverBreaksALiveLock) {
+    serve({"--relay-lock", "Server.xml.bak"});
+    setUp({"ann"});
     site.writeFile("Server.xml.bak", "10.9.9.0(relay)\r\n");
     machines.writeFile("ann/Lib/k.dwg", "k");
     const ShellRun run = RunShellCommand("cd '" + machines.native() + "' && QX_FTP_VERBOSE=1 " + command("ann", "submit Lib/k.dwg"));
