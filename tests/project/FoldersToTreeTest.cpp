@@ -138,16 +138,14 @@ TEST_F(FoldersToTree, UnsafeNamesInDocumentsNeverLeadOutOfTheProject) {
 }
 
 TEST_F(FoldersToTree, LocalProjectIsBuiltFromItsItmAndPrjFiles) {
-    projects.writeFile("本地/本地.itm", "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
+    // 旧名.prj is not in a folder of its own name.
+    for (const char* file : {"本地/本地.itm", "本地/A柜/A柜.prj", "本地/子项/子项.itm", "本地/子项/C柜/C柜.prj", "本地/改名/旧名.prj"})
+        projects.writeFile(file, "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
     projects.writeFile("本地/B柜/B柜.prj",
                        "$BEGIN NOTE OF PRJ\r\n$BEGIN_ONE_NOTE\r\n柜编号\r\n  3,4  \r\n$END_ONE_NOTE\r\n$BEGIN_ONE_NOTE\r\n"
                        "柜型号\r\n$END_ONE_NOTE\r\n$BEGIN_ONE_NOTE\r\n柜名称\r\n\r\n$END_ONE_NOTE\r\n$BEGIN_ONE_NOTE\r\n"
                        "柜体尺寸\r\n600*800\r\n$END_ONE_NOTE\r\n$END NOTE OF PRJ\r\n$EOF");
     projects.writeFile("本地/B柜/A.dwg", AssemblyFixture("device_a.dxf"));
-    projects.writeFile("本地/A柜/A柜.prj", "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
-    projects.writeFile("本地/子项/子项.itm", "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
-    projects.writeFile("本地/子项/C柜/C柜.prj", "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
-    projects.writeFile("本地/改名/旧名.prj", "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");  // not in its own folder
     projects.writeFile("本地/Hexmoor.xml", "<not read/>");
     projects.makeFolder("本地/E柜/E柜.prj");  // a device file that cannot be read
 
