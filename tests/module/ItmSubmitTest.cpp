@@ -98,12 +98,7 @@ TEST_F(ItmSubmit, OkSendsTheMergedDevicesWithTheDialogsFieldsAndSavesTheMarkedNo
     EXPECT_NE(install.readFile(projectPath("Station/D1/Hexmoor.xml")).find("c-1"), std::string::npos);
 
     // What the dialog gave reaches the .prj, for the device the cloud did not mark as well.
-    const LocalTree after = readBack();
-    ASSERT_EQ(after->m_arrCabinets.GetSize(), 2);
-    EXPECT_EQ(after->m_arrCabinets[0]->m_strCirNo, u"K02");
-    EXPECT_EQ(after->m_arrCabinets[0]->m_strCirName, u"进线柜");
-    EXPECT_EQ(after->m_arrCabinets[0]->m_strCirSize, u"800x600");
-    EXPECT_EQ(after->m_arrCabinets[1]->m_strCirNo, u"K03");
+    EXPECT_EQ(cabinetsText(*readBack()), "D1:K02/进线柜//800x600;D2:K03///;");
     EXPECT_FALSE(g_bBomCheckFailed);
 }
 
@@ -157,7 +152,7 @@ TEST_F(ItmSubmit, AFailedDialogCheckKeepsTheDialogOpenUntilTheNumberIsRight) {
     // The merge follows the dialog: the rows are those of the cabinet chosen there, not of the .prj's K02.
     EXPECT_TRUE(hasRow(sent.m_arrPrimaryBom, u"指示灯", u"AD16", u"1"));
     EXPECT_FALSE(hasRow(sent.m_arrPrimaryBom, u"N1", u"X1", u"3"));
-    EXPECT_EQ(readBack()->m_arrCabinets[0]->m_strCirType, u"KYN.28");
+    EXPECT_EQ(cabinetsText(*readBack()), "D1:K03//KYN.28/;");
 }
 
 TEST_F(ItmSubmit, ARefusedSubmitWritesNoDocumentBackButKeepsTheDialogsNotes) {
@@ -173,7 +168,7 @@ TEST_F(ItmSubmit, ARefusedSubmitWritesNoDocumentBackButKeepsTheDialogsNotes) {
     EXPECT_FALSE(hasDocument("Hexmoor.xml"));
     EXPECT_FALSE(hasDocument("D1/Hexmoor.xml"));
     // The merge ran before the submit: the notes are written whatever the cloud answers.
-    EXPECT_EQ(readBack()->m_arrCabinets[0]->m_strCirName, u"进线柜");
+    EXPECT_EQ(cabinetsText(*readBack()), "D1:K02/进线柜//800x600;");
 }
 
 TEST_F(ItmSubmit, AFailedCabinetCheckSendsNothingAndClearsTheFlag) {

@@ -29,6 +29,22 @@ inline bool hasRow(const BomRows& rows, const CString& name, const CString& mode
     return false;
 }
 
+// Rows as "name/model/count;" in their order.
+inline std::string rowsText(const BomRows& rows) {
+    CString text;
+    for (const BOM_INFO& row : rows) text += row.m_strRowName + u"/" + row.m_strRowModel + u"/" + row.m_strRowCount + u";";
+    return text.ToUtf8();
+}
+
+// A tree's devices as "name:cabinet-no/name/type/size;" in the root's order.
+inline std::string cabinetsText(const HMProjectTree_INFO& tree) {
+    CString text;
+    for (const HMProjectTree_INFO* device : tree.m_arrCabinets)
+        text += device->m_strName + u":" + device->m_strCirNo + u"/" + device->m_strCirName + u"/" + device->m_strCirType +
+                u"/" + device->m_strCirSize + u";";
+    return text.ToUtf8();
+}
+
 // A tree as a cloud gives it: root, children and the root's list of devices.
 inline HMProjectTree_INFO* CloudNode(HMProjectTree_INFO* parent, const CString& name, const CString& type,
                                      const CString& cirNo = u"") {
