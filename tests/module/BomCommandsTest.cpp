@@ -216,6 +216,14 @@ using UpdateCommand = BomCommands;
 TEST_F(UpdateCommand, MakesTheDeviceTheCloudGainedAndKeepsEveryLocalFile) {
     makeAndDrawStation(u"K03");
     install.writeFile(projectPath("Station/D1/notes.txt"), "mine");
+    // Without an answer from the cloud nothing is written.
+    const std::string rootBefore = document("Hexmoor.xml");
+    run(u"HMUpdate");
+    EXPECT_EQ(cloud().projectInfoCalls, 1);
+    EXPECT_EQ(document("Hexmoor.xml"), rootBefore);
+    EXPECT_FALSE(output.printed.Contains(u"更新完毕"));
+    EXPECT_TRUE(queuedCommands().empty());
+
     int localDevices = -1;
     cloud().projectInfo = [&localDevices](HMProjectTree_INFO* local) -> HMProjectTree_INFO* {
         if (!local) return nullptr;
@@ -237,14 +245,4 @@ TEST_F(UpdateCommand, MakesTheDeviceTheCloudGainedAndKeepsEveryLocalFile) {
     EXPECT_NE(document("D1/Hexmoor.xml").find("CirName=\"新名称\""), std::string::npos);
     EXPECT_TRUE(output.printed.EndsWith(u"项目Station更新完毕！\n"));
     EXPECT_EQ(queuedCommands(), std::vector<CString>{u"xmmanage\n"});
-}
-
-TEST_F(UpdateCommand, WithoutAnAnswerFromTheCloudNothingIsWritten) {
-    makeAndDrawStation(u"K03");
-    const std::string rootBefore = document("Hexmoor.xml");
-    run(u"HMUpdate");
-    EXPECT_EQ(cloud().projectInfoCalls, 1);
-    EXPECT_EQ(document("Hexmoor.xml"), rootBefore);
-    EXPECT_FALSE(output.printed.Contains(u"更新完毕"));
-    EXPECT_TRUE(queuedCommands().empty());
 }

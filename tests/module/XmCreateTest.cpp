@@ -65,7 +65,13 @@ TEST_F(XmCreate, AFolderInUseChangesNothingAndKeepsTheCurrentProject) {
     EXPECT_TRUE(queuedCommands().empty());
 }
 
-TEST_F(XmCreate, NoTreeOrANamelessTreeEndsQuietly) {
+TEST_F(XmCreate, AFailedLoginNoTreeOrANamelessTreeEndsQuietly) {
+    cloud().loginResult = 0;
+    cloud().projectInfo = [](HMProjectTree_INFO*) { return substation(); };
+    run(u"HMXmCreate");
+    EXPECT_EQ(cloud().projectInfoCalls, 0);
+    cloud().loginResult = 1;
+    cloud().projectInfo = nullptr;
     run(u"HMXmCreate");  // the library gives nothing
     cloud().projectInfo = [](HMProjectTree_INFO*) { return CloudNode(nullptr, u"", u""); };
     run(u"HMXmCreate");
@@ -116,12 +122,4 @@ TEST_F(XmCreate, AProjectFolderThatCannotBeMadeIsToldAndNothingIsWritten) {
     EXPECT_FALSE(output.printed.Contains(u"***"));
     EXPECT_EQ(install.readFile(projectPath("变电站")), "a file where the folder would go");
     EXPECT_FALSE(install.exists("Data/recent.dat"));
-}
-
-TEST_F(XmCreate, EndsQuietlyWhenTheLoginFails) {
-    cloud().loginResult = 0;
-    cloud().projectInfo = [](HMProjectTree_INFO*) { return substation(); };
-    run(u"HMXmCreate");
-    EXPECT_EQ(cloud().projectInfoCalls, 0);
-    EXPECT_FALSE(install.exists(projectPath("变电站")));
 }
