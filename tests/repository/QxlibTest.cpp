@@ -186,6 +186,11 @@ TEST_F(Qxlib, FoldersAndTreesTravelWithTheirJournalLines) {
 }
 
 TEST_F(Qxlib, PathsOutsideTheLibraryAndWhatTheLoginFileCannotKeepAreRefused) {
+    machines.makeFolder("nobody");  // without a site: says what is missing
+    const ShellRun lost = qxlib("nobody", "status");
+    EXPECT_EQ(lost.status, 1);
+    EXPECT_TRUE(contains(lost.out + errors("nobody"), "run qxlib setup first")) << lost.out;
+
     setUp({"ann"});
     const std::string login = machines.readFile("ann/LocalData/QxFTPLoginInfo.sys");
     // From people: paths that leave the library, the protocol's own files, the client's own files.
@@ -213,13 +218,6 @@ TEST_F(Qxlib, PathsOutsideTheLibraryAndWhatTheLoginFileCannotKeepAreRefused) {
     EXPECT_EQ(machines.readFile("ann/LocalData/QxFTPLoginInfo.sys"), login);
     EXPECT_TRUE(contains(errors("ann"), "passed over the journal path \"..\\evil.dwg\"")) << errors("ann");
     EXPECT_TRUE(contains(errors("ann"), "passed over the journal path \"LocalData\\QxFTPLoginInfo.sys\""));
-}
-
-TEST_F(Qxlib, WithoutASiteSaysWhatIsMissing) {
-    machines.makeFolder("nobody");
-    const ShellRun run = qxlib("nobody", "status");
-    EXPECT_EQ(run.status, 1);
-    EXPECT_TRUE(contains(run.out + errors("nobody"), "run qxlib setup first")) << run.out;
 }
 
 TEST_F(Qxlib, CommandsThatDidNotDoTheirWorkSaySoAndFail) {
