@@ -63,9 +63,9 @@ TEST_F(BomCommands, SubmitSendsEveryDeviceWithRowsFromItsDrawingsAndSavesTheChan
         HMProjectTree_INFO* d1 = tree->m_arrCabinets[0];
         EXPECT_EQ(d1->m_strID, CString(u"id-D1"));
         // K02's counted primary parts, and D1's own drawing for the secondary rows.
-        EXPECT_TRUE(hasRow(d1->m_arrPrimaryBom, u"N1", u"X1", u"3"));
-        EXPECT_TRUE(hasRow(d1->m_arrSecondaryBom, u"继电器", u"RX-1", u"2"));
-        EXPECT_TRUE(hasRow(tree->m_arrCabinets[1]->m_arrPrimaryBom, u"指示灯", u"AD16", u"1"));
+        EXPECT_EQ("D1 P:" + rowsText(d1->m_arrPrimaryBom) + " S:" + rowsText(d1->m_arrSecondaryBom) +
+                      " D2 P:" + rowsText(tree->m_arrCabinets[1]->m_arrPrimaryBom),
+                  "D1 P:N1/X1/3; S:继电器/RX-1/2;断路器/NSX100/1; D2 P:指示灯/AD16/1;");
         // The library marks D1 alone; it changes D2 in memory too, which must not reach D2's file.
         d1->m_bChanged = true;
         d1->m_strBoms = u"<cabinet ID=\"id-D1\"><product F_Name=\"N1\" F_Model=\"X1\" F_Numbers=\"3\"/></cabinet>";

@@ -15,18 +15,14 @@
 #include "support/Locations.h"
 
 #include <cstdlib>
+#include <filesystem>
+#include <set>
 #include <string>
 
 inline std::string AssemblyDrawing(const std::string& name) {
     std::string bytes;
     QxFs::ReadBytes(QxFs::FromNative(std::string(QX_TEST_DATA_DIR) + "/assembly/" + name), bytes);
     return bytes;
-}
-
-inline bool hasRow(const BomRows& rows, const CString& name, const CString& model, const CString& count) {
-    for (const BOM_INFO& row : rows)
-        if (row.m_strRowName == name && row.m_strRowModel == model && row.m_strRowCount == count) return true;
-    return false;
 }
 
 // Rows as "name/model/count;" in their order.
@@ -104,6 +100,16 @@ protected:
 
     CString projects() const { return install.logic() + u"My Projects\\"; }
     std::string projectPath(const std::string& relative) const { return "My Projects/" + relative; }
+    // Every name below the projects folder in name order, folders with a trailing '/', joined by spaces.
+    std::string projectsListing() const {
+        const std::filesystem::path root = install.native() + "/My Projects";
+        std::set<std::string> names;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(root))
+            names.insert(std::filesystem::relative(entry.path(), root).string() + (entry.is_directory() ? "/" : ""));
+        std::string text;
+        for (const std::string& name : names) text += (text.empty() ? "" : " ") + name;
+        return text;
+    }
 
     // "Station" with its primary diagram and the secondary drawings its circuits name; devices come apart.
     void layOutStation() {
