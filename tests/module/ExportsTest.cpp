@@ -94,14 +94,13 @@ TEST_F(Exports, AllNineAreThereAndEveryCloudEntryLogsInFirst) {
     EXPECT_FALSE(module->projectInfo(nullptr, u""));
     EXPECT_EQ(cloud().loginCalls, 0);  // a null tree is refused before the login
 
-    EXPECT_FALSE(module->login());
-    EXPECT_EQ(module->remote(), nullptr);
-    EXPECT_FALSE(module->projectInfo(&tree, u""));
-    EXPECT_FALSE(module->bomSubmit(&tree));
-    EXPECT_FALSE(module->sys1Refer(&tree));
-    EXPECT_FALSE(module->oneCabCir2(&tree));
-    EXPECT_FALSE(module->dqBoms(rows));
-    EXPECT_FALSE(module->hmBoms(rows, u"", u"K01", u""));
+    // Each entry's answer in the order of the list, '1' for a success or a tree: all must fail.
+    std::string answers;
+    for (const bool answer : {module->login(), module->remote() != nullptr, module->projectInfo(&tree, u""),
+                              module->bomSubmit(&tree), module->sys1Refer(&tree), module->oneCabCir2(&tree),
+                              module->dqBoms(rows), module->hmBoms(rows, u"", u"K01", u"")})
+        answers += answer ? '1' : '0';
+    EXPECT_EQ(answers, "00000000");
     EXPECT_EQ(cloud().loginCalls, 8);
     EXPECT_EQ(cloud().projectInfoCalls + cloud().submitBomCalls + cloud().submitItmCalls + cloud().submitOneCabCalls, 0);
     EXPECT_TRUE(cloud().importQueries.empty());
