@@ -36,6 +36,20 @@ protected:
     ShellRun qxlib(const std::string& machine, const std::string& args, const std::string& input = "") {
         return RunShellCommand("cd '" + machines.native() + "' && printf '" + input + "' | " + command(machine, args));
     }
+    // A command that must succeed; a failure shows the command and the client's own account.
+    ShellRun done(const std::string& machine, const std::string& args, const std::string& input = "") {
+        ShellRun run = qxlib(machine, args, input);
+        EXPECT_EQ(run.status, 0) << args << "\n" << errors(machine);
+        return run;
+    }
+    void submitNew(const std::string& machine, const std::string& path, const std::string& bytes) {
+        machines.writeFile(machine + "/" + path, bytes);
+        done(machine, "submit " + path);
+    }
+    // The command with the FTP dialogue written to the machine's error file.
+    ShellRun verbose(const std::string& machine, const std::string& args) {
+        return RunShellCommand("cd '" + machines.native() + "' && QX_FTP_VERBOSE=1 " + command(machine, args));
+    }
     // Runs the commands at the same moment, each a separate process; gives their exit statuses in order.
     std::vector<int> together(const std::vector<std::pair<std::string, std::string>>& runs) {
         std::string script = "cd '" + machines.native() + "' || exit 1; ";
@@ -90,36 +104,32 @@ TEST_F(Qxlib, TwoPeopleKeepALibraryInStepThroughTheJournalAndTheLocks) {
     ::stat((machines.native() + "/ann/LocalData/QxFTPLoginInfo.sys").c_str(), &info);
     EXPECT_EQ(info.st_mode & 0777, 0600u);
 
-    machines.writeFile("ann/Symb1Lib/k.dwg", "v1");
-    ASSERT_EQ(qxlib("ann", "submit Symb1Lib/k.dwg").status, 0) << errors("ann");
+    submitNew("ann", "Symb1Lib/k.dwg", "v1");
     EXPECT_EQ(site.readFile("Symb1Lib/k.dwg"), "v1");
 
-    ShellRun run = qxlib("bob", "sync");
-    ASSERT_EQ(run.status, 0) << errors("bob");
+    done("bob", "sync");
     EXPECT_EQ(machines.readFile("bob/Symb1Lib/k.dwg"), "v1");
 
     // Ann checks the file out; Bob takes it over; Ann's check-in is refused, Bob's goes through.
-    ASSERT_EQ(qxlib("ann", "checkout 'Symb1Lib\\k.dwg'").status, 0) << errors("ann");
+    done("ann", "checkout 'Symb1Lib\\k.dwg'");
     machines.writeFile("ann/Symb1Lib/k.dwg", "ann's first edit");
-    ASSERT_EQ(qxlib("ann", "checkout Symb1Lib/k.dwg").status, 0) << errors("ann");
+    done("ann", "checkout Symb1Lib/k.dwg");
     EXPECT_EQ(machines.readFile("ann/Symb1Lib/k.dwg"), "ann's first edit");  // checking out again keeps the work
     EXPECT_EQ(qxlib("bob", "--no checkout Symb1Lib/k.dwg").status, 1);
-    ASSERT_EQ(qxlib("bob", "--yes checkout Symb1Lib/k.dwg").status, 0) << errors("bob");
-    run = qxlib("ann", "status");
-    EXPECT_TRUE(contains(run.out, "Symb1Lib\\k.dwg  (taken over by 10.0.0.3(bob)")) << run.out;
+    done("bob", "--yes checkout Symb1Lib/k.dwg");
+    const std::string taken = qxlib("ann", "status").out;
+    EXPECT_TRUE(contains(taken, "Symb1Lib\\k.dwg  (taken over by 10.0.0.3(bob)")) << taken;
     machines.writeFile("ann/Symb1Lib/k.dwg", "ann's work");
-    run = qxlib("ann", "submit Symb1Lib/k.dwg");
-    EXPECT_EQ(run.status, 1);
-    EXPECT_TRUE(contains(run.out, "[Corvane] 文件<Symb1Lib\\k.dwg>的库修改作已被主机IP为10.0.0.3(bob)的用户强制撤销")) << run.out;
+    const ShellRun refused = qxlib("ann", "submit Symb1Lib/k.dwg");
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_TRUE(contains(refused.out, "[Corvane] 文件<Symb1Lib\\k.dwg>的库修改作已被主机IP为10.0.0.3(bob)的用户强制撤销")) << refused.out;
     EXPECT_EQ(machines.readFile("ann/Symb1Lib/k.dwg"), "ann's work");  // nothing of Ann's is lost
 
-    machines.writeFile("bob/Symb1Lib/k.dwg", "v2");
-    ASSERT_EQ(qxlib("bob", "submit Symb1Lib/k.dwg").status, 0) << errors("bob");
+    submitNew("bob", "Symb1Lib/k.dwg", "v2");
     EXPECT_FALSE(site.exists("Symb1Lib/k.dwg.bak"));
     EXPECT_TRUE(contains(qxlib("ann", "status").out, "behind the site's journal"));
     // Ann syncs as status tells her: her work stays, the site's copy comes beside it.
-    run = qxlib("ann", "sync");
-    ASSERT_EQ(run.status, 0) << errors("ann");
+    ShellRun run = done("ann", "sync");
     EXPECT_TRUE(contains(run.out, "kept your copy of Symb1Lib\\k.dwg; the site's copy is Symb1Lib\\k (site copy).dwg")) << run.out;
     EXPECT_EQ(machines.readFile("ann/Symb1Lib/k.dwg"), "ann's work");
     EXPECT_EQ(machines.readFile("ann/Symb1Lib/k (site copy).dwg"), "v2");
@@ -131,30 +141,24 @@ TEST_F(Qxlib, TwoPeopleKeepALibraryInStepThroughTheJournalAndTheLocks) {
 
 TEST_F(Qxlib, SyncNeverReplacesAPersonsWork) {
     setUp({"ann", "bob"});
-    for (const std::string name : {"k", "m", "n"}) {
-        machines.writeFile("ann/Lib/" + name + ".dwg", "v1");
-        ASSERT_EQ(qxlib("ann", "submit Lib/" + name + ".dwg").status, 0) << errors("ann");
-    }
-    ASSERT_EQ(qxlib("bob", "sync").status, 0) << errors("bob");
+    for (const std::string name : {"k", "m", "n"}) submitNew("ann", "Lib/" + name + ".dwg", "v1");
+    done("bob", "sync");
     // Bob's work: k checked out and edited, m edited without a check-out, n locked by his host on the site
     // (its line in his list lost), p a file of his own where Ann's folder will arrive by a rename.
-    ASSERT_EQ(qxlib("bob", "checkout Lib/k.dwg").status, 0) << errors("bob");
+    done("bob", "checkout Lib/k.dwg");
     machines.writeFile("bob/Lib/k.dwg", "bob's k");
     machines.writeFile("bob/Lib/m.dwg", "bob's m");
     machines.writeFile("bob/Lib3/p.dwg", "bob's p");
 
     for (const std::string name : {"k", "m", "n"}) {
-        ASSERT_EQ(qxlib("ann", "--yes checkout Lib/" + name + ".dwg").status, 0) << errors("ann");
-        machines.writeFile("ann/Lib/" + name + ".dwg", "v2");
-        ASSERT_EQ(qxlib("ann", "submit Lib/" + name + ".dwg").status, 0) << errors("ann");
+        done("ann", "--yes checkout Lib/" + name + ".dwg");
+        submitNew("ann", "Lib/" + name + ".dwg", "v2");
     }
-    machines.writeFile("ann/Lib2/p.dwg", "ann's p");
-    ASSERT_EQ(qxlib("ann", "submit Lib2/p.dwg").status, 0) << errors("ann");
-    ASSERT_EQ(qxlib("ann", "rename Lib2/ Lib3").status, 0) << errors("ann");
+    submitNew("ann", "Lib2/p.dwg", "ann's p");
+    done("ann", "rename Lib2/ Lib3");
     site.writeFile("Lib/n.dwg.bak", hostId("bob"));
 
-    const ShellRun run = qxlib("bob", "sync");
-    ASSERT_EQ(run.status, 0) << errors("bob");
+    const ShellRun run = done("bob", "sync");
     for (const auto& [file, mine, sites] : {std::tuple{"Lib/k", "bob's k", "v2"}, std::tuple{"Lib/m", "bob's m", "v2"},
                                             std::tuple{"Lib/n", "v1", "v2"}, std::tuple{"Lib3/p", "bob's p", "ann's p"}}) {
         EXPECT_EQ(machines.readFile("bob/" + std::string(file) + ".dwg"), mine) << file;
@@ -167,18 +171,18 @@ TEST_F(Qxlib, FoldersAndTreesTravelWithTheirJournalLines) {
     setUp({"ann", "bob"});
     machines.writeFile("tree/panel/a.dwg", "a");
     machines.writeFile("tree/panel/readme.txt", "not sent");
-    ASSERT_EQ(qxlib("ann", "push-tree tree Lib/tree").status, 0) << errors("ann");
+    done("ann", "push-tree tree Lib/tree");
     EXPECT_EQ(site.readFile("Lib/tree/panel/a.dwg"), "a");
-    ASSERT_EQ(qxlib("ann", "mkdir Lib/empty").status, 0) << errors("ann");
-    ASSERT_EQ(qxlib("ann", "rename Lib/tree/ Lib/tree2").status, 0) << errors("ann");
+    done("ann", "mkdir Lib/empty");
+    done("ann", "rename Lib/tree/ Lib/tree2");
     EXPECT_TRUE(site.exists("Lib/tree2/panel/a.dwg"));
 
-    ASSERT_EQ(qxlib("bob", "sync").status, 0) << errors("bob");
+    done("bob", "sync");
     EXPECT_EQ(machines.readFile("bob/Lib/tree2/panel/a.dwg"), "a");
     EXPECT_TRUE(machines.exists("bob/Lib/empty"));
     EXPECT_FALSE(machines.exists("bob/Lib/tree2/panel/readme.txt"));
 
-    ASSERT_EQ(qxlib("ann", "delete Lib/tree2/").status, 0) << errors("ann");
+    done("ann", "delete Lib/tree2/");
     EXPECT_FALSE(site.exists("Lib/tree2"));
     const ShellRun run = qxlib("bob", "sync");
     EXPECT_TRUE(contains(run.out, "removed on the site: Lib\\tree2\\ (the local copy stays)")) << run.out;
@@ -232,7 +236,7 @@ TEST_F(Qxlib, CommandsThatDidNotDoTheirWorkSaySoAndFail) {
     for (const char* args : {"delete Lib/none.dwg", "delete Lib/none/"}) EXPECT_EQ(qxlib("ann", args).status, 1) << args;
     EXPECT_TRUE(contains(errors("ann"), "Lib\\none.dwg is not on the site; nothing was deleted")) << errors("ann");
 
-    ASSERT_EQ(qxlib("ann", "checkout Lib/tree/ok.dwg").status, 0) << errors("ann");
+    done("ann", "checkout Lib/tree/ok.dwg");
     EXPECT_EQ(qxlib("bob", "cancel Lib/tree/ok.dwg").status, 1);
     EXPECT_TRUE(contains(errors("bob"), "is held by 10.0.0.3(ann), not by this host; it stays")) << errors("bob");
     EXPECT_EQ(site.readFile("Lib/tree/ok.dwg.bak").rfind(hostId("ann") + "\r\n", 0), 0u);
@@ -334,9 +338,8 @@ TEST_F(Qxlib, TakesTheNameTheSiteListsAndListsEachFolderOnce) {
 
 TEST_F(Qxlib, TheFtpDialogueNeverShowsThePassword) {
     serve({"--user", "ann", "--password", "s3cret"});
-    ASSERT_EQ(qxlib("ann", "setup 127.0.0.1 " + std::to_string(port()) + " / --passive --user ann", "s3cret\\n").status, 0);
-    const ShellRun run = RunShellCommand("cd '" + machines.native() + "' && QX_FTP_VERBOSE=1 " + command("ann", "status"));
-    EXPECT_EQ(run.status, 0) << errors("ann");
+    done("ann", "setup 127.0.0.1 " + std::to_string(port()) + " / --passive --user ann", "s3cret\\n");
+    EXPECT_EQ(verbose("ann", "status").status, 0) << errors("ann");
     EXPECT_TRUE(contains(errors("ann"), "> PASS ****")) << errors("ann");
     EXPECT_FALSE(contains(errors("ann"), "s3cret"));
 }
@@ -347,8 +350,7 @@ TEST_F(Qxlib, TheFtpDialogueNeverShowsThePassword) {
 TEST_F(Qxlib, ThreeClientsWorkingInOneFolderAtOnceLoseNothing) {
     const std::vector<std::string> people = {"ann", "bob", "cyd"};
     setUp({"ann", "bob", "cyd"});
-    machines.writeFile("ann/Lib/shared.dwg", "start");
-    ASSERT_EQ(qxlib("ann", "submit Lib/shared.dwg").status, 0) << errors("ann");
+    submitNew("ann", "Lib/shared.dwg", "start");
     constexpr int kRounds = 50;  // about 2 s a round on two cores
     for (int round = 0; round < kRounds; ++round) {
         const std::string r = std::to_string(round);
@@ -367,10 +369,10 @@ TEST_F(Qxlib, ThreeClientsWorkingInOneFolderAtOnceLoseNothing) {
         for (const std::string& person : people) syncs.emplace_back(person, "sync");
         ASSERT_EQ(together(syncs), (std::vector<int>{0, 0, 0})) << "round " << r;
         EXPECT_EQ(machines.readFile(winner + "/Lib/shared.dwg"), winner + "'s edit " + r);  // kept while checked out
-        ASSERT_EQ(qxlib(winner, "submit Lib/shared.dwg").status, 0) << errors(winner);
+        done(winner, "submit Lib/shared.dwg");
         std::filesystem::remove(machines.native() + "/" + winner + "/Lib/shared (site copy).dwg");
     }
-    for (const std::string& person : people) ASSERT_EQ(qxlib(person, "sync").status, 0) << errors(person);
+    for (const std::string& person : people) done(person, "sync");
     const std::string library = libraryOf(site.native());
     EXPECT_EQ(std::count(library.begin(), library.end(), '\n'), 1 + 3 * kRounds) << library;
     for (const std::string& person : people) {
@@ -387,8 +389,7 @@ TEST_F(Qxlib, WaitsAfreshForEachNewHolderAndNeverBreaksALiveLock) {
     setUp({"ann"});
     site.writeFile("Server.xml.bak", "10.9.9.0(relay)\r\n");
     machines.writeFile("ann/Lib/k.dwg", "k");
-    const ShellRun run = RunShellCommand("cd '" + machines.native() + "' && QX_FTP_VERBOSE=1 " + command("ann", "submit Lib/k.dwg"));
-    EXPECT_EQ(run.status, 0) << errors("ann");
+    EXPECT_EQ(verbose("ann", "submit Lib/k.dwg").status, 0) << errors("ann");
     std::istringstream dialogue(errors("ann"));
     // Until the client appends itself to the free lock, it reads the lock and never removes it.
     int lockReads = 0;
