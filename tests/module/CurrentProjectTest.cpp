@@ -4,20 +4,20 @@
 
 #include <gtest/gtest.h>
 
+namespace {
+
+// A resolved project as "folder|name|document".
+CString parts(const CurrentProject& project) { return project.m_strFolder + u"|" + project.m_strName + u"|" + project.m_strDocument; }
+
+} // namespace
+
 TEST(CurrentProjectPath, SplitsIntoFolderNameAndDocument) {
-    const CurrentProject project = ResolveProjectFile(u"D:\\工程\\变电站\\变电站.itm");
-    EXPECT_EQ(project.m_strFolder, CString(u"D:\\工程\\变电站\\"));
-    EXPECT_EQ(project.m_strName, CString(u"变电站"));
-    EXPECT_EQ(project.m_strDocument, CString(u"D:\\工程\\变电站\\Hexmoor.xml"));
-
-    const CurrentProject bare = ResolveProjectFile(u"P.itm");
-    EXPECT_EQ(bare.m_strFolder, CString(u"\\"));
-    EXPECT_EQ(bare.m_strName, CString(u"P"));
-
+    EXPECT_EQ(parts(ResolveProjectFile(u"D:\\工程\\变电站\\变电站.itm")), u"D:\\工程\\变电站\\|变电站|D:\\工程\\变电站\\Hexmoor.xml");
+    EXPECT_EQ(parts(ResolveProjectFile(u"P.itm")), u"\\|P|\\Hexmoor.xml");
     // A name shorter than its extension, and no project at all: nothing that could name a document.
     EXPECT_EQ(ResolveProjectFile(u"a\\b").m_strName, CString());
     const CurrentProject none = ResolveProjectFile(u"");
-    EXPECT_EQ(none.m_strFolder, CString(u"\\"));
+    EXPECT_EQ(none.m_strFolder + u"|" + none.m_strName, u"\\|");
     EXPECT_FALSE(none.HasDocument());
 }
 
@@ -41,10 +41,8 @@ TEST(CabinetNumbers, AnyItemOfEitherCommaFindsTheFirstDeviceExactly) {
     addDevice(root, u"a", u"K01，K02");
     addDevice(root, u"b", u"K02,K03");
     addDevice(root, u"c", u"K04,,K05");
-    EXPECT_EQ(FindCabinetId(root, u"K02"), CString(u"a"));
-    EXPECT_EQ(FindCabinetId(root, u"K03"), CString(u"b"));
-    EXPECT_EQ(FindCabinetId(root, u"K05"), CString(u"c"));
-    EXPECT_EQ(FindCabinetId(root, u"k01"), CString());
-    EXPECT_EQ(FindCabinetId(root, u"K01，K02"), CString());  // the whole text is no item
-    EXPECT_EQ(FindCabinetId(root, u"K0"), CString());
+    // The whole text "K01，K02" is no item; neither is a prefix or another case.
+    CString found;
+    for (const char16_t* number : {u"K02", u"K03", u"K05", u"k01", u"K01，K02", u"K0"}) found += FindCabinetId(root, number) + u";";
+    EXPECT_EQ(found, u"a;b;c;;;;");
 }

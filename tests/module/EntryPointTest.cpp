@@ -10,7 +10,21 @@ extern "C" AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packe
 
 using EntryPoint = ModuleFixture;
 
+namespace {
+
+// The cloud library fails as the module loads: the client cannot be made.
+void failingCloudAtLoad() {
+    SetHexmoorBackendFactory([]() -> std::unique_ptr<IHexmoorBackend> { throw std::runtime_error("no cloud library"); });
+}
+
+} // namespace
+
 TEST_F(EntryPoint, LoadRegistersSevenCommandsInTableOrderAndUnloadRemovesThem) {
+    // Unknown message codes call nothing.
+    for (const int code : {16, 4000}) EXPECT_EQ(acrxEntryPoint(static_cast<AcRx::AppMsgCode>(code), nullptr), AcRx::kRetOK);
+    EXPECT_EQ(g_pHexmoorClient, nullptr);
+    EXPECT_TRUE(acedRegCmds()->commandsOfGroup(kCommandGroup).empty());
+
     ASSERT_EQ(acrxEntryPoint(AcRx::kInitAppMsg, nullptr), AcRx::kRetOK);
     const auto commands = acedRegCmds()->commandsOfGroup(kCommandGroup);
     std::vector<std::u16string> names;
@@ -24,13 +38,6 @@ TEST_F(EntryPoint, LoadRegistersSevenCommandsInTableOrderAndUnloadRemovesThem) {
     ASSERT_EQ(acrxEntryPoint(AcRx::kUnloadAppMsg, nullptr), AcRx::kRetOK);
     EXPECT_TRUE(acedRegCmds()->commandsOfGroup(kCommandGroup).empty());
     EXPECT_EQ(g_pHexmoorClient, nullptr);
-}
-
-TEST_F(EntryPoint, UnknownMessageCodesCallNothing) {
-    EXPECT_EQ(acrxEntryPoint(static_cast<AcRx::AppMsgCode>(16), nullptr), AcRx::kRetOK);
-    EXPECT_EQ(acrxEntryPoint(static_cast<AcRx::AppMsgCode>(4000), nullptr), AcRx::kRetOK);
-    EXPECT_EQ(g_pHexmoorClient, nullptr);
-    EXPECT_TRUE(acedRegCmds()->commandsOfGroup(kCommandGroup).empty());
 }
 
 TEST_F(EntryPoint, HMTestAsksForOneCabinetWithoutLoggingIn) {
@@ -61,7 +68,7 @@ protected:
     TempFolder install;
 };
 
-TEST_F(BuiltModule, ExportsItsEntryPointsUnderPlainNames) {
+TEST_F(BuiltModule, ExportsItsEntryPointsUnderPlainNamesAndAFailedLoadLeavesNothingInTheHostsCommandTable) {
     auto version = reinterpret_cast<AcRxGetApiVersionFn>(::dlsym(handle, "acrxGetApiVersion"));
     ASSERT_NE(version, nullptr);
     EXPECT_EQ(version(), 0x120000);
@@ -71,16 +78,17 @@ TEST_F(BuiltModule, ExportsItsEntryPointsUnderPlainNames) {
     EXPECT_TRUE(acedRegCmds()->lookup(u"_HMUpdate").has_value());
     entry(AcRx::kUnloadAppMsg, nullptr);
     EXPECT_FALSE(acedRegCmds()->lookup(u"HMUpdate").has_value());
+
+    // Refused at load, then closed: commands left in the host's table would run code of a closed library,
+    // and the host would crash on its next command or at its exit.
+    CapturedOutput output;
+    failingCloudAtLoad();
+    const size_t hostCommands = acedRegCmds()->commands().size();
+    EXPECT_EQ(entry(AcRx::kInitAppMsg, nullptr), AcRx::kRetError);
+    EXPECT_TRUE(output.printed.Contains(u"acrxEntryPoint stopped on an unexpected error: no cloud library"));
+    EXPECT_EQ(acedRegCmds()->commands().size(), hostCommands);
+    EXPECT_FALSE(acedRegCmds()->lookup(u"HMLogin").has_value());
 }
-
-namespace {
-
-// The cloud library fails as the module loads: the client cannot be made.
-void failingCloudAtLoad() {
-    SetHexmoorBackendFactory([]() -> std::unique_ptr<IHexmoorBackend> { throw std::runtime_error("no cloud library"); });
-}
-
-} // namespace
 
 TEST_F(EntryPoint, AFailedLoadLeavesNoCommandAndNoClientBehind) {
     failingCloudAtLoad();
@@ -98,18 +106,4 @@ TEST_F(EntryPoint, CommandsWithoutASessionSaySoAndDoNothing) {
     EXPECT_TRUE(output.printed.Contains(u"HMLogin: the module's session is not running."));
     EXPECT_TRUE(output.printed.Contains(u"HMUpdate: the module's session is not running."));
     EXPECT_FALSE(g_bForceLogin);
-}
-
-// As the host does it: the built library opened with dlopen, refused at load, then closed. Commands left in
-// the host's table would run code of a closed library, and the host would crash on its next command or at
-// its exit.
-TEST_F(BuiltModule, AFailedLoadLeavesNothingInTheHostsCommandTable) {
-    CapturedOutput output;
-    failingCloudAtLoad();
-    const size_t hostCommands = acedRegCmds()->commands().size();
-
-    EXPECT_EQ(entry(AcRx::kInitAppMsg, nullptr), AcRx::kRetError);
-    EXPECT_TRUE(output.printed.Contains(u"acrxEntryPoint stopped on an unexpected error: no cloud library"));
-    EXPECT_EQ(acedRegCmds()->commands().size(), hostCommands);
-    EXPECT_FALSE(acedRegCmds()->lookup(u"HMLogin").has_value());
 }

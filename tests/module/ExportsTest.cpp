@@ -77,6 +77,13 @@ protected:
         ProjectCommandTest::TearDown();
     }
 
+    // The cloud's import queries as "project-id/cabinet-id;".
+    std::string queries() {
+        CString text;
+        for (const auto& query : cloud().importQueries) text += query.projectId + u"/" + query.cabinetId + u";";
+        return text.ToUtf8();
+    }
+
     std::optional<SiblingView> module;
 };
 
@@ -87,14 +94,13 @@ TEST_F(Exports, AllNineAreThereAndEveryCloudEntryLogsInFirst) {
     EXPECT_FALSE(module->projectInfo(nullptr, u""));
     EXPECT_EQ(cloud().loginCalls, 0);  // a null tree is refused before the login
 
-    EXPECT_FALSE(module->login());
-    EXPECT_EQ(module->remote(), nullptr);
-    EXPECT_FALSE(module->projectInfo(&tree, u""));
-    EXPECT_FALSE(module->bomSubmit(&tree));
-    EXPECT_FALSE(module->sys1Refer(&tree));
-    EXPECT_FALSE(module->oneCabCir2(&tree));
-    EXPECT_FALSE(module->dqBoms(rows));
-    EXPECT_FALSE(module->hmBoms(rows, u"", u"K01", u""));
+    // Each entry's answer in the order of the list, '1' for a success or a tree: all must fail.
+    std::string answers;
+    for (const bool answer : {module->login(), module->remote() != nullptr, module->projectInfo(&tree, u""),
+                              module->bomSubmit(&tree), module->sys1Refer(&tree), module->oneCabCir2(&tree),
+                              module->dqBoms(rows), module->hmBoms(rows, u"", u"K01", u"")})
+        answers += answer ? '1' : '0';
+    EXPECT_EQ(answers, "00000000");
     EXPECT_EQ(cloud().loginCalls, 8);
     EXPECT_EQ(cloud().projectInfoCalls + cloud().submitBomCalls + cloud().submitItmCalls + cloud().submitOneCabCalls, 0);
     EXPECT_TRUE(cloud().importQueries.empty());
@@ -111,10 +117,8 @@ TEST_F(Exports, RemoteProjectComesWithEveryDevicesRowsUnpacked) {
     ASSERT_NE(tree, nullptr);
     ASSERT_EQ(tree->m_arrCabinets.GetSize(), 2);
     for (const HMProjectTree_INFO* device : tree->m_arrCabinets) {
-        ASSERT_EQ(device->m_arrPrimaryBom.GetSize(), 1);
-        EXPECT_EQ(device->m_arrPrimaryBom[0].m_strRowCount, CString(u"2"));
-        ASSERT_EQ(device->m_arrSecondaryBom.GetSize(), 1);  // the child row stays out
-        EXPECT_EQ(device->m_arrSecondaryBom[0].m_strRowName, CString(u"继电器"));
+        EXPECT_EQ(rowsText(device->m_arrPrimaryBom), "断路器/NSX100/2;");
+        EXPECT_EQ(rowsText(device->m_arrSecondaryBom), "继电器/RX-1/1;");  // the child row stays out
     }
     module->freeTree(tree);
 }
@@ -131,14 +135,13 @@ TEST_F(Exports, BomSubmitRefreshesTheRowsFromWhatTheCloudKept) {
     };
     EXPECT_TRUE(module->bomSubmit(tree.get()));
     EXPECT_TRUE(flagSeen);
-    EXPECT_EQ(tree->m_arrCabinets[0]->m_arrPrimaryBom.GetSize(), 1);
-    EXPECT_EQ(tree->m_arrCabinets[0]->m_arrPrimaryBom[0].m_strRowName, CString(u"断路器"));
+    EXPECT_EQ(rowsText(tree->m_arrCabinets[0]->m_arrPrimaryBom), "断路器/NSX100/2;");
 
     // Without devices, or refused, the tree's rows stay as they are.
     cloud().submitBom = [](HMProjectTree_INFO*, bool) { return false; };
     tree->m_arrCabinets[0]->m_arrPrimaryBom.Add(stale);
     EXPECT_FALSE(module->bomSubmit(tree.get()));
-    EXPECT_EQ(tree->m_arrCabinets[0]->m_arrPrimaryBom.GetSize(), 2);
+    EXPECT_EQ(rowsText(tree->m_arrCabinets[0]->m_arrPrimaryBom), "断路器/NSX100/2;stale//;");
     HMProjectTree_INFO alone;
     cloud().submitBom = [](HMProjectTree_INFO*, bool) { return true; };
     EXPECT_TRUE(module->bomSubmit(&alone));
@@ -152,9 +155,9 @@ TEST_F(Exports, ProjectInfoAndCabinetRowsComeFromTheLocalDocuments) {
     HMProjectTree_INFO tree;
     EXPECT_TRUE(module->projectInfo(&tree, u""));  // the current project, which HMXmCreate made
     EXPECT_EQ(tree.m_strID, CString(u"P-7"));
+    EXPECT_EQ(cabinetsText(tree), "K-1:K01，K02///;K-3:K03///;");
     ASSERT_EQ(tree.m_arrCabinets.GetSize(), 2);
-    EXPECT_EQ(tree.m_arrCabinets[0]->m_strCirNo, CString(u"K01，K02"));
-    EXPECT_EQ(tree.m_arrCabinets[0]->m_arrPrimaryBom.GetSize(), 1);
+    EXPECT_EQ(rowsText(tree.m_arrCabinets[0]->m_arrPrimaryBom), "断路器/NSX100/2;");
 
     Rows rows;
     cloud().importRows.Add(BOM_INFO{u"", u"n", u"m", u"1", u"", u""});
@@ -162,13 +165,7 @@ TEST_F(Exports, ProjectInfoAndCabinetRowsComeFromTheLocalDocuments) {
     EXPECT_TRUE(module->hmBoms(rows, stationFile(), u"K03", u""));
     EXPECT_TRUE(module->hmBoms(rows, u"", u"K09", u""));  // not found: asked all the same
     EXPECT_TRUE(module->hmBoms(rows, u"", u"", u""));
-    ASSERT_EQ(cloud().importQueries.size(), 4u);
-    EXPECT_EQ(cloud().importQueries[0].projectId, CString(u"P-7"));
-    EXPECT_EQ(cloud().importQueries[0].cabinetId, CString(u"id-K-1"));
-    EXPECT_EQ(cloud().importQueries[1].cabinetId, CString(u"id-K-3"));
-    EXPECT_EQ(cloud().importQueries[2].cabinetId, CString());
-    EXPECT_EQ(cloud().importQueries[3].projectId, CString(u"P-7"));
-    EXPECT_EQ(cloud().importQueries[3].cabinetId, CString());
+    EXPECT_EQ(queries(), "P-7/id-K-1;P-7/id-K-3;P-7/;P-7/;");
     EXPECT_EQ(rows.GetSize(), 1);
 }
 
@@ -177,9 +174,7 @@ TEST_F(Exports, AProjectWithoutDocumentAsksTheCloudWithEmptyIdsAndSaysNothing) {
     const CString local = projects() + u"Local\\Local.itm";
     Rows rows;
     EXPECT_TRUE(module->hmBoms(rows, local, u"K01", u""));
-    ASSERT_EQ(cloud().importQueries.size(), 1u);
-    EXPECT_TRUE(cloud().importQueries[0].projectId.IsEmpty());
-    EXPECT_TRUE(cloud().importQueries[0].cabinetId.IsEmpty());
+    EXPECT_EQ(queries(), "/;");
     const CString printedBefore = output.printed;
 
     HMProjectTree_INFO tree;
@@ -197,6 +192,5 @@ TEST_F(Exports, ForwardingExportsHandTheirArgumentOn) {
     cloud().dqRows.Add(BOM_INFO{u"", u"灯", u"AD16", u"1", u"", u"L1"});
     Rows rows;
     EXPECT_TRUE(module->dqBoms(rows));
-    ASSERT_EQ(rows.GetSize(), 1);
-    EXPECT_EQ(rows[0].m_strRowCode, CString(u"L1"));
+    EXPECT_EQ(rows, cloud().dqRows);
 }

@@ -43,6 +43,18 @@ protected:
         return install.readFile(projectPath("Station/" + device + "/" + device + ".prj"));
     }
     bool hasDocument(const std::string& relative) const { return install.exists(projectPath("Station/" + relative)); }
+    // What the person and the project see after the command, as one line: dialogs shown, submits made, the
+    // boxes, which nodes have a document, the cabinet notes the folders give, the dialog resources still
+    // held and the check's flag.
+    std::string outcome() {
+        std::string text = "dialogs=" + std::to_string(dialogs.runs) + " submits=" + std::to_string(cloud().submitItmCalls) + " boxes=";
+        for (const auto& box : output.boxes) text += box.text.ToUtf8() + "|";
+        text += " documents=";
+        for (const std::string document : {"Hexmoor.xml", "D1/Hexmoor.xml", "D2/Hexmoor.xml"})
+            if (hasDocument(document)) text += document + ",";
+        return text + " notes=" + cabinetsText(*readBack()) + " held=" +
+               std::to_string(acDocManagerPtr()->resourceHandleDepth()) + " flag=" + std::to_string(g_bBomCheckFailed);
+    }
 
     ScriptedDialogs dialogs;
     HINSTANCE resourcesWhileShown = nullptr;
@@ -55,28 +67,20 @@ TEST_F(ItmSubmit, WithoutACurrentProjectOrWithoutDevicesItSaysSoAndShowsNoDialog
         SetRecentProject(recent);
         run(u"HMItmSubmit");
     }
-    ASSERT_EQ(output.boxes.size(), 2u);
-    EXPECT_EQ(output.boxes[0].text, u"本地项目不存在，请先创建项目！");
+    EXPECT_EQ(outcome(), "dialogs=0 submits=0 boxes=本地项目不存在，请先创建项目！|当前项目没有屏柜，请选创建屏柜再提交！| "
+                         "documents= notes=D1:K02///; held=0 flag=0");
     EXPECT_EQ(output.boxes[0].caption, u"Corvane");
-    EXPECT_EQ(output.boxes[1].text, u"当前项目没有屏柜，请选创建屏柜再提交！");
-    EXPECT_EQ(dialogs.runs, 0);
-    EXPECT_EQ(cloud().submitItmCalls, 0);
-    EXPECT_EQ(acDocManagerPtr()->resourceHandleDepth(), 0);
 }
 
 TEST_F(ItmSubmit, OkSendsTheMergedDevicesWithTheDialogsFieldsAndSavesTheMarkedNodes) {
     layOutDevice("D2", "K03");
     answerDialogWithOk();
     cloud().submitItm = [](HMProjectTree_INFO* tree) {
-        EXPECT_EQ(tree->m_strName, u"Station");
-        EXPECT_EQ(tree->m_strType, u"");
+        EXPECT_EQ(tree->m_strName + u"|" + tree->m_strType, u"Station|");
         EXPECT_EQ(acDocManagerPtr()->resourceHandleDepth(), 1);  // the dialog still stands
-        EXPECT_EQ(tree->m_arrCabinets.GetSize(), 2);
+        EXPECT_EQ(cabinetsText(*tree), "D1:K02/进线柜//800x600;D2:K03///;");
         HMProjectTree_INFO* d1 = tree->m_arrCabinets[0];
-        EXPECT_EQ(d1->m_strName, u"D1");
-        EXPECT_EQ(d1->m_strCirName, u"进线柜");
-        EXPECT_TRUE(hasRow(d1->m_arrPrimaryBom, u"N1", u"X1", u"3"));
-        EXPECT_TRUE(hasRow(d1->m_arrSecondaryBom, u"继电器", u"RX-1", u"2"));
+        EXPECT_EQ("P:" + rowsText(d1->m_arrPrimaryBom) + " S:" + rowsText(d1->m_arrSecondaryBom), "P:N1/X1/3; S:继电器/RX-1/2;断路器/NSX100/1;");
         // The cloud marks the root and D1 as its own now; D2 is left unmarked.
         tree->m_strID = u"p-1";
         tree->m_bChanged = true;
@@ -85,28 +89,14 @@ TEST_F(ItmSubmit, OkSendsTheMergedDevicesWithTheDialogsFieldsAndSavesTheMarkedNo
         return true;
     };
     run(u"HMItmSubmit");
-
-    EXPECT_EQ(dialogs.runs, 1);
     EXPECT_NE(resourcesWhileShown, nullptr);
-    EXPECT_EQ(acDocManagerPtr()->resourceHandleDepth(), 0);
-    EXPECT_EQ(cloud().submitItmCalls, 1);
-    ASSERT_EQ(output.boxes.size(), 1u);
-    EXPECT_EQ(output.boxes[0].text, u"Corvane新建项目提交成功！");
-    EXPECT_TRUE(hasDocument("Hexmoor.xml"));
-    EXPECT_TRUE(hasDocument("D1/Hexmoor.xml"));
-    EXPECT_FALSE(hasDocument("D2/Hexmoor.xml"));
-    EXPECT_NE(install.readFile(projectPath("Station/D1/Hexmoor.xml")).find("c-1"), std::string::npos);
-
     // What the dialog gave reaches the .prj, for the device the cloud did not mark as well.
-    const LocalTree after = readBack();
-    ASSERT_EQ(after->m_arrCabinets.GetSize(), 2);
-    EXPECT_EQ(after->m_arrCabinets[0]->m_strCirNo, u"K02");
-    EXPECT_EQ(after->m_arrCabinets[0]->m_strCirName, u"进线柜");
-    EXPECT_EQ(after->m_arrCabinets[0]->m_strCirSize, u"800x600");
-    EXPECT_EQ(after->m_arrCabinets[1]->m_strCirNo, u"K03");
-    EXPECT_FALSE(g_bBomCheckFailed);
+    EXPECT_EQ(outcome(), "dialogs=1 submits=1 boxes=Corvane新建项目提交成功！| documents=Hexmoor.xml,D1/Hexmoor.xml, "
+                         "notes=D1:K02/进线柜//800x600;D2:K03///; held=0 flag=0");
+    EXPECT_NE(install.readFile(projectPath("Station/D1/Hexmoor.xml")).find("c-1"), std::string::npos);
 }
 
+// Cancelled after edits, then left without an answer (cancelled too): nothing is sent, no .prj changes.
 TEST_F(ItmSubmit, CancelSendsNothingAndChangesNoPrj) {
     const std::string before = prj("D1");
     dialogs.actions.push_back([](CAdUiBaseDialog& shown) {
@@ -115,17 +105,8 @@ TEST_F(ItmSubmit, CancelSendsNothingAndChangesNoPrj) {
         shown.OnCancel();
     });
     run(u"HMItmSubmit");
-    EXPECT_EQ(dialogs.runs, 1);
-    EXPECT_EQ(cloud().submitItmCalls, 0);
-    EXPECT_TRUE(output.boxes.empty());
-    EXPECT_EQ(prj("D1"), before);
-    EXPECT_FALSE(hasDocument("Hexmoor.xml"));
-    EXPECT_EQ(acDocManagerPtr()->resourceHandleDepth(), 0);
-
-    // A dialog that the person leaves without an answer is cancelled too.
     run(u"HMItmSubmit");
-    EXPECT_EQ(dialogs.runs, 2);
-    EXPECT_EQ(cloud().submitItmCalls, 0);
+    EXPECT_EQ(outcome(), "dialogs=2 submits=0 boxes= documents= notes=D1:K02///; held=0 flag=0");
     EXPECT_EQ(prj("D1"), before);
 }
 
@@ -142,22 +123,17 @@ TEST_F(ItmSubmit, AFailedDialogCheckKeepsTheDialogOpenUntilTheNumberIsRight) {
         list.SetItemText(0, 3, u"KYN.28");
         shown.OnOK();
     });
-    HMProjectTree_INFO sent;
+    std::string sent;
     cloud().submitItm = [&sent](HMProjectTree_INFO* tree) {
-        sent.m_strCirType = tree->m_arrCabinets[0]->m_strCirType;
-        sent.m_arrPrimaryBom = tree->m_arrCabinets[0]->m_arrPrimaryBom;
+        sent = cabinetsText(*tree) + " " + rowsText(tree->m_arrCabinets[0]->m_arrPrimaryBom);
         return true;
     };
     run(u"HMItmSubmit");
     EXPECT_TRUE(stayedOpen);
-    ASSERT_EQ(output.boxes.size(), 2u);
-    EXPECT_EQ(output.boxes[0].text, u"设备 D1 柜编号属性有非法字符存在！");
-    EXPECT_EQ(output.boxes[1].text, u"Corvane新建项目提交成功！");
-    EXPECT_EQ(sent.m_strCirType, u"KYN.28");
     // The merge follows the dialog: the rows are those of the cabinet chosen there, not of the .prj's K02.
-    EXPECT_TRUE(hasRow(sent.m_arrPrimaryBom, u"指示灯", u"AD16", u"1"));
-    EXPECT_FALSE(hasRow(sent.m_arrPrimaryBom, u"N1", u"X1", u"3"));
-    EXPECT_EQ(readBack()->m_arrCabinets[0]->m_strCirType, u"KYN.28");
+    EXPECT_EQ(sent, "D1:K03//KYN.28/; 指示灯/AD16/1;");
+    EXPECT_EQ(outcome(), "dialogs=1 submits=1 boxes=设备 D1 柜编号属性有非法字符存在！|Corvane新建项目提交成功！| "
+                         "documents= notes=D1:K03//KYN.28/; held=0 flag=0");
 }
 
 TEST_F(ItmSubmit, ARefusedSubmitWritesNoDocumentBackButKeepsTheDialogsNotes) {
@@ -168,24 +144,19 @@ TEST_F(ItmSubmit, ARefusedSubmitWritesNoDocumentBackButKeepsTheDialogsNotes) {
         return false;
     };
     run(u"HMItmSubmit");
-    ASSERT_EQ(output.boxes.size(), 1u);
-    EXPECT_EQ(output.boxes[0].text, u"Corvane新建项目提交失败，可能是服务器上已有同名项目或网络连接故障！");
-    EXPECT_FALSE(hasDocument("Hexmoor.xml"));
-    EXPECT_FALSE(hasDocument("D1/Hexmoor.xml"));
     // The merge ran before the submit: the notes are written whatever the cloud answers.
-    EXPECT_EQ(readBack()->m_arrCabinets[0]->m_strCirName, u"进线柜");
+    EXPECT_EQ(outcome(), "dialogs=1 submits=1 boxes=Corvane新建项目提交失败，可能是服务器上已有同名项目或网络连接故障！| "
+                         "documents= notes=D1:K02/进线柜//800x600; held=0 flag=0");
 }
 
+// The check's own message, nothing more; the flag is lowered for the next command.
 TEST_F(ItmSubmit, AFailedCabinetCheckSendsNothingAndClearsTheFlag) {
     layOutDevice("D2", "K03,K04");
     answerDialogWithOk();
     cloud().submitItm = [](HMProjectTree_INFO*) { return true; };
     run(u"HMItmSubmit");
-    EXPECT_EQ(cloud().submitItmCalls, 0);
-    ASSERT_EQ(output.boxes.size(), 1u);  // the check's own message, nothing more
-    EXPECT_TRUE(output.boxes[0].text.Contains(u"一次元件内容不一样"));
-    EXPECT_FALSE(g_bBomCheckFailed);
-    EXPECT_FALSE(hasDocument("Hexmoor.xml"));
+    EXPECT_EQ(outcome(), "dialogs=1 submits=0 boxes=屏柜 K03 和屏柜 K04 内容应该一致，但是现在不一致，一次元件内容不一样，请检查一次系统图。| "
+                         "documents= notes=D1:K02/进线柜//800x600;D2:K03,K04///; held=0 flag=0");
 }
 
 class ItmSubmitToCentre : public ItmSubmit {
@@ -196,27 +167,17 @@ protected:
     }
 };
 
+// The project then stands in the centre: HMBomSubmit takes it from its documents, and sending it as new
+// once more is refused with the documents left as the first submit wrote them.
 TEST_F(ItmSubmitToCentre, TheCentreHoldsTheProjectsDevicesAndRowsAndASecondSubmitIsRefused) {
     answerDialogWithOk();
     run(u"HMItmSubmit");
-    ASSERT_EQ(output.boxes.size(), 1u);
-    EXPECT_EQ(output.boxes[0].text, u"Corvane新建项目提交成功！");
-    ASSERT_TRUE(hasDocument("Hexmoor.xml"));
-    ASSERT_TRUE(hasDocument("D1/Hexmoor.xml"));
-    const BomRows rows = centreRows(u"K02");
-    EXPECT_TRUE(hasRow(rows, u"N1", u"X1", u"3"));
-    EXPECT_TRUE(hasRow(rows, u"继电器", u"RX-1", u"2"));
-
-    // The project now stands in the centre: HMBomSubmit takes it from its documents.
-    output.boxes.clear();
+    EXPECT_EQ(rowsText(centreRows(u"K02")), "N1/X1/3;继电器/RX-1/2;断路器/NSX100/1;");
     run(u"HMBomSubmit");
-    EXPECT_TRUE(output.boxes.empty());
-
-    // Sending it as new once more is refused, and the documents stay as the first submit wrote them.
     const std::string document = install.readFile(projectPath("Station/D1/Hexmoor.xml"));
     answerDialogWithOk();
     run(u"HMItmSubmit");
-    ASSERT_EQ(output.boxes.size(), 1u);
-    EXPECT_EQ(output.boxes[0].text, u"Corvane新建项目提交失败，可能是服务器上已有同名项目或网络连接故障！");
+    EXPECT_EQ(outcome(), "dialogs=2 submits=0 boxes=Corvane新建项目提交成功！|Corvane新建项目提交失败，可能是服务器上已有同名项目或网络连接故障！| "
+                         "documents=Hexmoor.xml,D1/Hexmoor.xml, notes=D1:K02/进线柜//800x600; held=0 flag=0");
     EXPECT_EQ(install.readFile(projectPath("Station/D1/Hexmoor.xml")), document);
 }

@@ -15,6 +15,8 @@
 #include "support/Locations.h"
 
 #include <cstdlib>
+#include <filesystem>
+#include <set>
 #include <string>
 
 inline std::string AssemblyDrawing(const std::string& name) {
@@ -23,10 +25,20 @@ inline std::string AssemblyDrawing(const std::string& name) {
     return bytes;
 }
 
-inline bool hasRow(const BomRows& rows, const CString& name, const CString& model, const CString& count) {
-    for (const BOM_INFO& row : rows)
-        if (row.m_strRowName == name && row.m_strRowModel == model && row.m_strRowCount == count) return true;
-    return false;
+// Rows as "name/model/count;" in their order.
+inline std::string rowsText(const BomRows& rows) {
+    CString text;
+    for (const BOM_INFO& row : rows) text += row.m_strRowName + u"/" + row.m_strRowModel + u"/" + row.m_strRowCount + u";";
+    return text.ToUtf8();
+}
+
+// A tree's devices as "name:cabinet-no/name/type/size;" in the root's order.
+inline std::string cabinetsText(const HMProjectTree_INFO& tree) {
+    CString text;
+    for (const HMProjectTree_INFO* device : tree.m_arrCabinets)
+        text += device->m_strName + u":" + device->m_strCirNo + u"/" + device->m_strCirName + u"/" + device->m_strCirType +
+                u"/" + device->m_strCirSize + u";";
+    return text.ToUtf8();
 }
 
 // A tree as a cloud gives it: root, children and the root's list of devices.
@@ -88,6 +100,16 @@ protected:
 
     CString projects() const { return install.logic() + u"My Projects\\"; }
     std::string projectPath(const std::string& relative) const { return "My Projects/" + relative; }
+    // Every name below the projects folder in name order, folders with a trailing '/', joined by spaces.
+    std::string projectsListing() const {
+        const std::filesystem::path root = install.native() + "/My Projects";
+        std::set<std::string> names;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(root))
+            names.insert(std::filesystem::relative(entry.path(), root).string() + (entry.is_directory() ? "/" : ""));
+        std::string text;
+        for (const std::string& name : names) text += (text.empty() ? "" : " ") + name;
+        return text;
+    }
 
     // "Station" with its primary diagram and the secondary drawings its circuits name; devices come apart.
     void layOutStation() {

@@ -26,11 +26,11 @@ TEST_F(XmCreate, MakesTheWholeProjectMakesItCurrentAndShowsItInTheProjectManager
 
     const CString itm = projects() + u"变电站\\变电站.itm";
     EXPECT_EQ(GetRecentProject(), itm);
-    for (const char* file : {"变电站/变电站.itm", "变电站/Hexmoor.xml", "变电站/K01/K01.prj", "变电站/K01/图纸.DWG",
-                             "变电站/K01/Hexmoor.xml", "变电站/二期/二期.itm", "变电站/二期/K11/K11.prj",
-                             "变电站/二期/K11/Hexmoor.xml", "变电站/K02/K02.prj"})
-        EXPECT_TRUE(install.exists(projectPath(file))) << file;
-    EXPECT_FALSE(install.exists(projectPath("变电站/图纸.DWG")));  // only devices get the template
+    // Only devices get the template drawing.
+    EXPECT_EQ(projectsListing(), "变电站/ 变电站/Hexmoor.xml 变电站/K01/ 变电站/K01/Hexmoor.xml 变电站/K01/K01.prj 变电站/K01/图纸.DWG "
+                                 "变电站/K02/ 变电站/K02/Hexmoor.xml 变电站/K02/K02.prj 变电站/K02/图纸.DWG 变电站/二期/ "
+                                 "变电站/二期/Hexmoor.xml 变电站/二期/K11/ 变电站/二期/K11/Hexmoor.xml 变电站/二期/K11/K11.prj "
+                                 "变电站/二期/K11/图纸.DWG 变电站/二期/二期.itm 变电站/变电站.itm");
     const std::string rootDocument = install.readFile(projectPath("变电站/Hexmoor.xml"));
     EXPECT_NE(rootDocument.find("Name=\"K01\""), std::string::npos);
     EXPECT_NE(rootDocument.find("Name=\"二期\""), std::string::npos);
@@ -60,12 +60,18 @@ TEST_F(XmCreate, AFolderInUseChangesNothingAndKeepsTheCurrentProject) {
     EXPECT_EQ(output.boxes[0].style, static_cast<unsigned>(MB_ICONINFORMATION));
     EXPECT_TRUE(output.printed.EndsWith(u"\n" + message + u"\n"));
     EXPECT_EQ(install.readFile(projectPath("变电站/notes.txt")), "mine");
-    EXPECT_FALSE(install.exists(projectPath("变电站/变电站.itm")));
+    EXPECT_EQ(projectsListing(), "变电站/ 变电站/notes.txt");
     EXPECT_EQ(GetRecentProject(), CString(u"D:\\old\\old.itm"));
     EXPECT_TRUE(queuedCommands().empty());
 }
 
-TEST_F(XmCreate, NoTreeOrANamelessTreeEndsQuietly) {
+TEST_F(XmCreate, AFailedLoginNoTreeOrANamelessTreeEndsQuietly) {
+    cloud().loginResult = 0;
+    cloud().projectInfo = [](HMProjectTree_INFO*) { return substation(); };
+    run(u"HMXmCreate");
+    EXPECT_EQ(cloud().projectInfoCalls, 0);
+    cloud().loginResult = 1;
+    cloud().projectInfo = nullptr;
     run(u"HMXmCreate");  // the library gives nothing
     cloud().projectInfo = [](HMProjectTree_INFO*) { return CloudNode(nullptr, u"", u""); };
     run(u"HMXmCreate");
@@ -88,8 +94,7 @@ TEST_F(XmCreate, CloudNamesThatLeaveTheirFolderAreRefused) {
         EXPECT_FALSE(output.printed.IsEmpty()) << name.ToUtf8();
     }
     EXPECT_FALSE(install.exists("escape"));
-    EXPECT_FALSE(install.exists("My Projects/x"));
-    EXPECT_FALSE(install.exists("My Projects/" + std::string(252, 'n')));
+    EXPECT_EQ(projectsListing(), "");
     EXPECT_TRUE(output.printed.Contains(u"名称有252字节"));
     EXPECT_FALSE(install.exists("Data/recent.dat"));
 
@@ -102,10 +107,7 @@ TEST_F(XmCreate, CloudNamesThatLeaveTheirFolderAreRefused) {
         return root;
     };
     run(u"HMXmCreate");
-    EXPECT_TRUE(install.exists(projectPath("P/K1/K1.prj")));
-    EXPECT_FALSE(install.exists(projectPath("P/" + std::string(253, 'd'))));
-    EXPECT_FALSE(install.exists("My Projects/Hexmoor.xml"));
-    EXPECT_FALSE(install.exists("My Projects/P/.prj"));
+    EXPECT_EQ(projectsListing(), "P/ P/Hexmoor.xml P/K1/ P/K1/Hexmoor.xml P/K1/K1.prj P/K1/图纸.DWG P/P.itm");
 }
 
 TEST_F(XmCreate, AProjectFolderThatCannotBeMadeIsToldAndNothingIsWritten) {
@@ -115,13 +117,6 @@ TEST_F(XmCreate, AProjectFolderThatCannotBeMadeIsToldAndNothingIsWritten) {
     EXPECT_TRUE(output.printed.Contains(u"项目变电站创建失败，无法建立文件夹" + QxFs::ToNativeText(projects() + u"变电站\\")));
     EXPECT_FALSE(output.printed.Contains(u"***"));
     EXPECT_EQ(install.readFile(projectPath("变电站")), "a file where the folder would go");
+    EXPECT_EQ(projectsListing(), "变电站");
     EXPECT_FALSE(install.exists("Data/recent.dat"));
-}
-
-TEST_F(XmCreate, EndsQuietlyWhenTheLoginFails) {
-    cloud().loginResult = 0;
-    cloud().projectInfo = [](HMProjectTree_INFO*) { return substation(); };
-    run(u"HMXmCreate");
-    EXPECT_EQ(cloud().projectInfoCalls, 0);
-    EXPECT_FALSE(install.exists(projectPath("变电站")));
 }

@@ -23,6 +23,16 @@ CString names(const CArray<HMProjectTree_INFO*, HMProjectTree_INFO*>& nodes) {
     return text;
 }
 
+// Each node of a list as one line: "name(type)#id cabinet-no/name/type/size P:primary rows S:secondary rows".
+std::string describe(const CArray<HMProjectTree_INFO*, HMProjectTree_INFO*>& nodes) {
+    CString text;
+    for (const HMProjectTree_INFO* node : nodes)
+        text += node->m_strName + u"(" + node->m_strType + u")#" + node->m_strID + u" " + node->m_strCirNo + u"/" +
+                node->m_strCirName + u"/" + node->m_strCirType + u"/" + node->m_strCirSize + u" P:" +
+                rowsText(node->m_arrPrimaryBom) + u" S:" + rowsText(node->m_arrSecondaryBom) + u"\n";
+    return text.ToUtf8();
+}
+
 class FoldersToTree : public ProjectWalkTest {
 protected:
     // A project made as the cloud gave it: devices K01 (with two BOM rows) and K02, sub-project 二期 with K11.
@@ -56,19 +66,14 @@ TEST_F(FoldersToTree, DocumentsGiveTheTreeItsLinksCabinetsAndRows) {
 
     ASSERT_EQ(names(tree->m_arrChildren), u"K01;二期;K02;");
     // Devices at every depth, in walk order.
-    EXPECT_EQ(names(tree->m_arrCabinets), u"K01;K11;K02;");
-    HMProjectTree_INFO* k01 = tree->m_arrChildren[0];
+    EXPECT_EQ(describe(tree->m_arrCabinets), "K01(0)#id-K01 1/进线柜/KYN28/800*1500*2300 P:断路器/NSX100/2/; S:继电器/RX-1/1/r;\n"
+                                             "K11(0)#id-K11 11/进线柜/KYN28/800*1500*2300 P: S:\n"
+                                             "K02(0)#id-K02 2/进线柜/KYN28/800*1500*2300 P: S:\n");
     HMProjectTree_INFO* sub = tree->m_arrChildren[1];
-    HMProjectTree_INFO* k11 = tree->m_arrCabinets[1];
-    EXPECT_EQ(k01->m_pParent, tree.get());
-    EXPECT_EQ(k01->m_pRoot, tree.get());
-    EXPECT_EQ(k11->m_pParent, sub);
-    EXPECT_EQ(k11->m_pRoot, tree.get());
-    EXPECT_EQ(k11->m_strCirNo, u"11");
-    EXPECT_EQ(k01->m_strCirSize, u"800*1500*2300");
-    EXPECT_EQ(rowsText(k01->m_arrPrimaryBom), u"断路器/NSX100/2/;");
-    EXPECT_EQ(rowsText(k01->m_arrSecondaryBom), u"继电器/RX-1/1/r;");
-    EXPECT_TRUE(tree->m_arrCabinets[2]->m_arrPrimaryBom.IsEmpty());
+    EXPECT_EQ(tree->m_arrChildren[0]->m_pParent, tree.get());
+    EXPECT_EQ(tree->m_arrChildren[0]->m_pRoot, tree.get());
+    EXPECT_EQ(tree->m_arrCabinets[1]->m_pParent, sub);
+    EXPECT_EQ(tree->m_arrCabinets[1]->m_pRoot, tree.get());
     EXPECT_EQ(output.printed, u"");
     EXPECT_TRUE(output.boxes.empty());
 }
@@ -95,10 +100,7 @@ TEST_F(FoldersToTree, NodesWhoseDocumentIsNotReadKeepTheirStubAndAreLeftOutOfThe
         output.boxes.clear();
         auto tree = readRoot();
         LinkChildrenAndLoad(tree.get(), projectFolder(), extract);
-        const HMProjectTree_INFO* k01 = tree->m_arrChildren[0];
-        EXPECT_EQ(k01->m_strID, u"id-K01");
-        EXPECT_EQ(k01->m_strCirNo, u"");
-        EXPECT_TRUE(k01->m_arrPrimaryBom.IsEmpty());
+        EXPECT_EQ(describe(tree->m_arrChildren), "K01(0)#id-K01 /// P: S:\n二期(100)#id-二期 /// P: S:\nK02(0)#id-K02 /// P: S:\n");
         EXPECT_EQ(names(tree->m_arrCabinets), u"");
         ASSERT_FALSE(output.boxes.empty());
         const CString& told = output.boxes.back().text;  // after the reader's own boxes
@@ -130,24 +132,20 @@ TEST_F(FoldersToTree, UnsafeNamesInDocumentsNeverLeadOutOfTheProject) {
     ASSERT_EQ(names(tree->m_arrChildren), u"K01;二期;..\\K01;..;");
     EXPECT_TRUE(tree->m_arrChildren[3]->m_arrChildren.IsEmpty());
     EXPECT_EQ(names(tree->m_arrCabinets), u"K01;K11;");  // no "stolen", and not the renamed K02
-    HMProjectTree_INFO* renamed = tree->m_arrChildren[2];
-    EXPECT_TRUE(renamed->m_arrPrimaryBom.IsEmpty());
-    EXPECT_TRUE(renamed->m_arrSecondaryBom.IsEmpty());
+    EXPECT_EQ(describe({tree->m_arrChildren[2]}), "..\\K01(0)#id-K02 2/进线柜/KYN28/800*1500*2300 P: S:\n");
     EXPECT_TRUE(output.printed.Contains(u"名称“..”不能用作" + QxFs::ToNativeText(projectFolder()) + u"中的文件夹名"));
     EXPECT_TRUE(output.printed.Contains(u"名称“..\\K01”不能用作" + QxFs::ToNativeText(projectFolder()) + u"中的文件夹名"));
 }
 
 TEST_F(FoldersToTree, LocalProjectIsBuiltFromItsItmAndPrjFiles) {
-    projects.writeFile("本地/本地.itm", "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
+    // 旧名.prj is not in a folder of its own name.
+    for (const char* file : {"本地/本地.itm", "本地/A柜/A柜.prj", "本地/子项/子项.itm", "本地/子项/C柜/C柜.prj", "本地/改名/旧名.prj"})
+        projects.writeFile(file, "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
     projects.writeFile("本地/B柜/B柜.prj",
                        "$BEGIN NOTE OF PRJ\r\n$BEGIN_ONE_NOTE\r\n柜编号\r\n  3,4  \r\n$END_ONE_NOTE\r\n$BEGIN_ONE_NOTE\r\n"
                        "柜型号\r\n$END_ONE_NOTE\r\n$BEGIN_ONE_NOTE\r\n柜名称\r\n\r\n$END_ONE_NOTE\r\n$BEGIN_ONE_NOTE\r\n"
                        "柜体尺寸\r\n600*800\r\n$END_ONE_NOTE\r\n$END NOTE OF PRJ\r\n$EOF");
     projects.writeFile("本地/B柜/A.dwg", AssemblyFixture("device_a.dxf"));
-    projects.writeFile("本地/A柜/A柜.prj", "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
-    projects.writeFile("本地/子项/子项.itm", "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
-    projects.writeFile("本地/子项/C柜/C柜.prj", "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
-    projects.writeFile("本地/改名/旧名.prj", "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");  // not in its own folder
     projects.writeFile("本地/Hexmoor.xml", "<not read/>");
     projects.makeFolder("本地/E柜/E柜.prj");  // a device file that cannot be read
 
@@ -155,25 +153,14 @@ TEST_F(FoldersToTree, LocalProjectIsBuiltFromItsItmAndPrjFiles) {
     BuildTreeFromFolders(projects.logic() + u"本地\\本地.itm", &root);
 
     // Sub-projects before devices; the devices of the sub-project come first in the root's list.
-    ASSERT_EQ(names(root.m_arrChildren), u"子项;A柜;B柜;E柜;");
+    // B柜's type block without its value line gives no marker as a value; a device takes only what its .prj says.
+    EXPECT_EQ(describe(root.m_arrChildren), "子项(100)# 子项/// P: S:\nA柜(0)# /// P: S:\n"
+                                            "B柜(0)# 3,4///600*800 P: S:继电器/RX-1/2/;断路器/NSX100/1/;\nE柜(0)# /// P: S:\n");
     EXPECT_EQ(names(root.m_arrCabinets), u"C柜;A柜;B柜;E柜;");
-    EXPECT_EQ(root.m_arrChildren[3]->m_strCirNo, u"");
-    const HMProjectTree_INFO* sub = root.m_arrChildren[0];
-    EXPECT_EQ(sub->m_strType, u"100");
-    EXPECT_EQ(sub->m_strCirNo, u"子项");
-    EXPECT_EQ(sub->m_strPath, projects.logic() + u"本地\\子项\\");
-    EXPECT_EQ(root.m_arrCabinets[0]->m_pParent, sub);
+    EXPECT_EQ(root.m_arrChildren[0]->m_strPath, projects.logic() + u"本地\\子项\\");
+    EXPECT_EQ(root.m_arrChildren[2]->m_strPath, projects.logic() + u"本地\\B柜\\");
+    EXPECT_EQ(root.m_arrCabinets[0]->m_pParent, root.m_arrChildren[0]);
     EXPECT_EQ(root.m_arrCabinets[0]->m_pRoot, &root);
-    const HMProjectTree_INFO* b = root.m_arrChildren[2];
-    EXPECT_EQ(b->m_strType, u"0");
-    EXPECT_EQ(b->m_strID, u"");
-    EXPECT_EQ(b->m_strPath, projects.logic() + u"本地\\B柜\\");
-    EXPECT_EQ(b->m_strCirNo, u"3,4");
-    EXPECT_EQ(b->m_strCirType, u"");  // a block without its value line gives no marker as a value
-    EXPECT_EQ(b->m_strCirName, u"");
-    EXPECT_EQ(b->m_strCirSize, u"600*800");
-    EXPECT_EQ(root.m_arrChildren[1]->m_strCirNo, u"");  // a device takes only what its .prj says
-    EXPECT_EQ(rowsText(b->m_arrSecondaryBom), u"继电器/RX-1/2/;断路器/NSX100/1/;");
 }
 
 // Extraction afresh from the drawings: the device's own rows, then the cabinet groups of the scan.
@@ -220,15 +207,10 @@ TEST_F(FoldersToTreeExtraction, DevicesGetTheirRowsFromTheirDrawingsAndTheScan) 
     QxScanPrimaryDiagram(station());
     LinkChildrenAndLoad(&tree, station(), true);
 
-    ASSERT_EQ(tree.m_arrCabinets.GetSize(), 2);
-    const HMProjectTree_INFO* k01 = tree.m_arrCabinets[0];
-    const HMProjectTree_INFO* k02 = tree.m_arrCabinets[1];
-    // The documents' rows play no part; the device's own drawing keeps the drawers' rows out.
-    EXPECT_EQ(rowsText(k01->m_arrPrimaryBom), u"断路器/NSX100/1/;互感器/CT-1/1/;继电器/RX-1/1/;");
-    EXPECT_TRUE(k01->m_arrSecondaryBom.IsEmpty());
-    // The template drawing adds no row of its own.
-    EXPECT_EQ(rowsText(k02->m_arrSecondaryBom), u"继电器/RX-1/1/;");
-    EXPECT_EQ(rowsText(k02->m_arrPrimaryBom), u"N1/X1/3/;");
+    // The documents' rows play no part; the device's own drawing keeps the drawers' rows out, and the
+    // template drawing adds no row of its own.
+    EXPECT_EQ(describe(tree.m_arrCabinets), "K01(0)# K01/// P:断路器/NSX100/1/;互感器/CT-1/1/;继电器/RX-1/1/; S:\n"
+                                            "K02(0)# K02/// P:N1/X1/3/; S:继电器/RX-1/1/;\n");
     EXPECT_FALSE(g_bBomCheckFailed);
 }
 
@@ -241,13 +223,7 @@ TEST_F(FoldersToTree, FoldersMadeFromACloudTreeBuildTheSameTreeBack) {
     BuildTreeFromFolders(projectFolder() + u"变电站.itm", &root);
 
     ASSERT_EQ(names(root.m_arrChildren), u"二期;K01;K02;K03;");
-    EXPECT_EQ(names(root.m_arrCabinets), u"K11;K01;K02;K03;");
-    const HMProjectTree_INFO* k01 = root.m_arrChildren[1];
-    EXPECT_EQ(k01->m_strCirNo, u"1");
-    EXPECT_EQ(k01->m_strCirName, u"进线柜");
-    EXPECT_EQ(k01->m_strCirType, u"KYN28");
-    EXPECT_EQ(k01->m_strCirSize, u"800*1500*2300");
-    EXPECT_EQ(root.m_arrChildren[2]->m_strCirName, u"进线柜");
-    EXPECT_EQ(root.m_arrChildren[3]->m_strCirName, u"原图");
-    EXPECT_TRUE(k01->m_arrSecondaryBom.IsEmpty());  // the template drawing holds no BOM table
+    // The template drawing holds no BOM table.
+    EXPECT_EQ(describe(root.m_arrCabinets), "K11(0)# 11/进线柜/KYN28/800*1500*2300 P: S:\nK01(0)# 1/进线柜/KYN28/800*1500*2300 P: S:\n"
+                                            "K02(0)# 2/进线柜/KYN28/800*1500*2300 P: S:\nK03(0)# 3/原图/KYN28/800*1500*2300 P: S:\n");
 }

@@ -90,9 +90,8 @@ TEST_F(TreeToFolders, NewProjectGetsItsFilesDocumentsAndTemplateDrawings) {
     CStringArray deviceNotes = kDeviceWords;
     for (const char16_t* name : {u"柜编号", u"柜名称", u"柜型号", u"柜体尺寸"}) deviceNotes.Add(name);
     EXPECT_EQ(noteNames(folder(u"变电站\\K01\\K01.prj")), deviceNotes);
-    EXPECT_EQ(noteValue(folder(u"变电站\\K01\\K01.prj"), u"柜编号"), u"1,2");
-    EXPECT_EQ(noteValue(folder(u"变电站\\K01\\K01.prj"), u"柜体尺寸"), u"800*1500*2300");
-    EXPECT_EQ(noteValue(folder(u"变电站\\K01\\K01.prj"), u"工程名称"), u"");
+    for (const auto& [name, value] : {std::pair{u"柜编号", u"1,2"}, std::pair{u"柜体尺寸", u"800*1500*2300"}, std::pair{u"工程名称", u""}})
+        EXPECT_EQ(noteValue(folder(u"变电站\\K01\\K01.prj"), name), value) << CString(name);
 
     // Children print before their parent.
     EXPECT_EQ(output.printed, u"***新设备" + shown(u"变电站\\K01\\K01.prj") + u"已建成***\n" + u"***新设备" +
@@ -139,12 +138,11 @@ TEST_F(TreeToFolders, CollisionBelowTheTopSkipsThatNodeOnly) {
         if (HMIsNotSubProjectType(child->m_strType)) CreateDeviceFromNode(client, folder(u"变电站\\"), child);
         else CreateProjectFromNode(client, folder(u"变电站\\"), child);
 
+    // A folder with only a sub-folder is in use too.
+    EXPECT_EQ(contents(projects.native()), (std::set<std::string>{"变电站/", "变电站/K01/", "变电站/K01/notes.txt", "变电站/二期/",
+                                                                    "变电站/二期/only-a-folder/", "变电站/K02/", "变电站/K02/K02.prj",
+                                                                    "变电站/K02/图纸.DWG", "变电站/K02/Hexmoor.xml"}));
     EXPECT_EQ(projects.readFile("变电站/K01/notes.txt"), "mine");
-    EXPECT_FALSE(projects.exists("变电站/K01/K01.prj"));
-    EXPECT_FALSE(projects.exists("变电站/K01/Hexmoor.xml"));
-    EXPECT_FALSE(projects.exists("变电站/二期/二期.itm"));  // a folder with only a sub-folder is in use
-    EXPECT_FALSE(projects.exists("变电站/二期/K11"));
-    EXPECT_TRUE(projects.exists("变电站/K02/K02.prj"));
     EXPECT_EQ(output.printed, u"\n设备K01创建失败，" + shown(u"变电站\\K01\\") + u"文件夹中已有内容，请删除或另选目录！\n" +
                                   u"\n项目二期创建失败，" + shown(u"变电站\\二期\\") +
                                   u"文件夹中已有内容，请删除或另选目录！\n" + u"***新设备" + shown(u"变电站\\K02\\K02.prj") +
@@ -259,11 +257,10 @@ TEST_F(TreeToFolders, WriteBackSavesOnlyChangedNodesAndTheRootInTheGivenFolder) 
     addDevice(*k11, u"deep", u"0")->m_bChanged = true;  // a device's children are not walked
     WriteBackChangedNodes(client, folder(u"变电站\\"), &project);
 
-    EXPECT_NE(projects.readFile("变电站/Hexmoor.xml"), "old");
-    EXPECT_NE(projects.readFile("变电站/二期/K11/Hexmoor.xml"), "old");
-    EXPECT_EQ(projects.readFile("变电站/K01/Hexmoor.xml"), "old");
-    EXPECT_EQ(projects.readFile("变电站/K02/Hexmoor.xml"), "old");
-    EXPECT_EQ(projects.readFile("变电站/二期/Hexmoor.xml"), "old");
+    for (const auto& [path, saved] : {std::pair{"变电站/Hexmoor.xml", true}, std::pair{"变电站/二期/K11/Hexmoor.xml", true},
+                                      std::pair{"变电站/K01/Hexmoor.xml", false}, std::pair{"变电站/K02/Hexmoor.xml", false},
+                                      std::pair{"变电站/二期/Hexmoor.xml", false}})
+        EXPECT_EQ(projects.readFile(path) != "old", saved) << path;
     EXPECT_FALSE(projects.exists("变电站/变电站"));
     EXPECT_FALSE(projects.exists("变电站/二期/K11/deep"));
     EXPECT_EQ(readDocument(folder(u"变电站\\二期\\K11\\Hexmoor.xml"))->m_strCirNo, u"11");
@@ -275,8 +272,6 @@ TEST_F(TreeToFolders, TemplateThatCannotBeReadLeavesTheDeviceWithoutADrawing) {
     install.makeFolder("Support/TEMPLATE/图纸.DWG");
     HMProjectTree_INFO* k01 = project.m_arrChildren[0];
     ASSERT_TRUE(CreateDeviceFromNode(client, projects.logic(), k01));
-    EXPECT_TRUE(projects.exists("K01/K01.prj"));
-    EXPECT_TRUE(projects.exists("K01/Hexmoor.xml"));
-    EXPECT_FALSE(projects.exists("K01/图纸.DWG"));
+    EXPECT_EQ(contents(projects.native()), (std::set<std::string>{"K01/", "K01/K01.prj", "K01/Hexmoor.xml"}));
     EXPECT_EQ(output.printed, u"***新设备" + shown(u"K01\\K01.prj") + u"已建成***\n");
 }

@@ -26,7 +26,7 @@ const char* const kBeta = "10.0.0.2(beta)";
 
 } // namespace
 
-TEST_F(FileLocks, ACheckOutFetchesAndLocksBesideTheFileAndTheHolderMayCheckOutAgain) {
+TEST_F(FileLocks, ACheckOutFetchesAndLocksBesideTheFileTheHolderMayCheckOutAgainAndAMissingFileIsNotLocked) {
     auto connection = client();
     ASSERT_TRUE(connection->CheckOutFile(local(), u"lib", u"a.dwg"));
     EXPECT_EQ(install.readFile("lib/a.dwg"), "v1");
@@ -40,6 +40,12 @@ TEST_F(FileLocks, ACheckOutFetchesAndLocksBesideTheFileAndTheHolderMayCheckOutAg
     EXPECT_EQ(holder("lib/a.dwg.bak"), kAlpha);
     EXPECT_EQ(holder("a.dwg.bak"), "10.0.0.9(root)");
     EXPECT_TRUE(prompts.questions.empty());
+
+    // A file that is not on the site is not checked out.
+    EXPECT_TRUE(connection->CheckOutFile(local(), u"lib", u"none.dwg"));
+    EXPECT_EQ(output.boxes.back().text, u"服务器上不存在<lib\\none.dwg>文件！");
+    EXPECT_FALSE(site.exists("lib/none.dwg.bak"));
+    EXPECT_FALSE(connection->IsCheckOutRevoked(u"lib\\none.dwg"));
 }
 
 TEST_F(FileLocks, AForcedTakeOverRefusesTheFirstHostsCheckIn) {
@@ -72,14 +78,6 @@ TEST_F(FileLocks, AForcedTakeOverRefusesTheFirstHostsCheckIn) {
     actAs(kAlpha);
     EXPECT_TRUE(connection->IsCheckOutRevoked(u"lib\\a.dwg"));
     EXPECT_EQ(output.boxes.back().text, u"文件<lib\\a.dwg>的库修改作已被强制撤销，无法入库...");
-}
-
-TEST_F(FileLocks, AFileThatIsNotOnTheSiteIsNotCheckedOut) {
-    auto connection = client();
-    EXPECT_TRUE(connection->CheckOutFile(local(), u"lib", u"none.dwg"));
-    EXPECT_EQ(output.boxes.back().text, u"服务器上不存在<lib\\none.dwg>文件！");
-    EXPECT_FALSE(site.exists("lib/none.dwg.bak"));
-    EXPECT_FALSE(connection->IsCheckOutRevoked(u"lib\\none.dwg"));
 }
 
 TEST_F(FileLocks, TakingAndReleasingALockAskBeforeOverrulingAnotherHost) {

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <gtest/gtest.h>
 #include <sstream>
 #include <sys/stat.h>
@@ -18,7 +19,14 @@ namespace {
 
 class Qxlib : public ::testing::Test {
 protected:
-    explicit Qxlib(std::vector<std::string> serverOptions = {}) : server(site.native(), std::move(serverOptions)) {}
+    // Starts the site with the faults that `options` of tests/data/repository/ftp_server.py give it; a test
+    // that names none gets a site without faults at its first set-up.
+    void serve(std::vector<std::string> options = {}) { server.emplace(site.native(), std::move(options)); }
+    int port() {
+        if (!server) serve();
+        return server->port();
+    }
+    void siteJournal(const std::string& lines) { site.writeFile("Server.xml", "版本日期：2099,01,01,00,00,09\r\n" + lines); }
 
     // One client machine: its install folder below `machines`, its identity "10.0.0.N(name)".
     std::string command(const std::string& machine, const std::string& args) const {
@@ -27,6 +35,20 @@ protected:
     }
     ShellRun qxlib(const std::string& machine, const std::string& args, const std::string& input = "") {
         return RunShellCommand("cd '" + machines.native() + "' && printf '" + input + "' | " + command(machine, args));
+    }
+    // A command that must succeed; a failure shows the command and the client's own account.
+    ShellRun done(const std::string& machine, const std::string& args, const std::string& input = "") {
+        ShellRun run = qxlib(machine, args, input);
+        EXPECT_EQ(run.status, 0) << args << "\n" << errors(machine);
+        return run;
+    }
+    void submitNew(const std::string& machine, const std::string& path, const std::string& bytes) {
+        machines.writeFile(machine + "/" + path, bytes);
+        done(machine, "submit " + path);
+    }
+    // The command with the FTP dialogue written to the machine's error file.
+    ShellRun verbose(const std::string& machine, const std::string& args) {
+        return RunShellCommand("cd '" + machines.native() + "' && QX_FTP_VERBOSE=1 " + command(machine, args));
     }
     // Runs the commands at the same moment, each a separate process; gives their exit statuses in order.
     std::vector<int> together(const std::vector<std::pair<std::string, std::string>>& runs) {
@@ -56,8 +78,9 @@ protected:
         return text;
     }
     static std::string hostId(const std::string& machine) { return "10.0.0." + std::to_string(machine.size()) + "(" + machine + ")"; }
-    void setUp(const std::string& machine) {
-        ASSERT_EQ(qxlib(machine, "setup 127.0.0.1 " + std::to_string(server.port()) + " / --passive").status, 0);
+    void setUp(std::initializer_list<const char*> people, const std::string& options = "--passive") {
+        for (const std::string machine : people)
+            ASSERT_EQ(qxlib(machine, "setup 127.0.0.1 " + std::to_string(port()) + " / " + options).status, 0);
     }
     std::string errors(const std::string& machine) const { return machines.readFile(machine + ".err"); }
     std::string siteText(const std::string& relative) const { return Utf16ToUtf8(DecodeLegacy(site.readFile(relative))); }
@@ -68,7 +91,7 @@ protected:
 
     TempFolder site;
     TempFolder machines;
-    FtpTestServer server;
+    std::optional<FtpTestServer> server;
 };
 
 bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
@@ -76,42 +99,37 @@ bool contains(const std::string& text, const std::string& part) { return text.fi
 } // namespace
 
 TEST_F(Qxlib, TwoPeopleKeepALibraryInStepThroughTheJournalAndTheLocks) {
-    setUp("ann");
-    setUp("bob");
+    setUp({"ann", "bob"});
     struct stat info{};
     ::stat((machines.native() + "/ann/LocalData/QxFTPLoginInfo.sys").c_str(), &info);
     EXPECT_EQ(info.st_mode & 0777, 0600u);
 
-    machines.writeFile("ann/Symb1Lib/k.dwg", "v1");
-    ASSERT_EQ(qxlib("ann", "submit Symb1Lib/k.dwg").status, 0) << errors("ann");
+    submitNew("ann", "Symb1Lib/k.dwg", "v1");
     EXPECT_EQ(site.readFile("Symb1Lib/k.dwg"), "v1");
 
-    ShellRun run = qxlib("bob", "sync");
-    ASSERT_EQ(run.status, 0) << errors("bob");
+    done("bob", "sync");
     EXPECT_EQ(machines.readFile("bob/Symb1Lib/k.dwg"), "v1");
 
     // Ann checks the file out; Bob takes it over; Ann's check-in is refused, Bob's goes through.
-    ASSERT_EQ(qxlib("ann", "checkout 'Symb1Lib\\k.dwg'").status, 0) << errors("ann");
+    done("ann", "checkout 'Symb1Lib\\k.dwg'");
     machines.writeFile("ann/Symb1Lib/k.dwg", "ann's first edit");
-    ASSERT_EQ(qxlib("ann", "checkout Symb1Lib/k.dwg").status, 0) << errors("ann");
+    done("ann", "checkout Symb1Lib/k.dwg");
     EXPECT_EQ(machines.readFile("ann/Symb1Lib/k.dwg"), "ann's first edit");  // checking out again keeps the work
     EXPECT_EQ(qxlib("bob", "--no checkout Symb1Lib/k.dwg").status, 1);
-    ASSERT_EQ(qxlib("bob", "--yes checkout Symb1Lib/k.dwg").status, 0) << errors("bob");
-    run = qxlib("ann", "status");
-    EXPECT_TRUE(contains(run.out, "Symb1Lib\\k.dwg  (taken over by 10.0.0.3(bob)")) << run.out;
+    done("bob", "--yes checkout Symb1Lib/k.dwg");
+    const std::string taken = qxlib("ann", "status").out;
+    EXPECT_TRUE(contains(taken, "Symb1Lib\\k.dwg  (taken over by 10.0.0.3(bob)")) << taken;
     machines.writeFile("ann/Symb1Lib/k.dwg", "ann's work");
-    run = qxlib("ann", "submit Symb1Lib/k.dwg");
-    EXPECT_EQ(run.status, 1);
-    EXPECT_TRUE(contains(run.out, "[Corvane] 文件<Symb1Lib\\k.dwg>的库修改作已被主机IP为10.0.0.3(bob)的用户强制撤销")) << run.out;
+    const ShellRun refused = qxlib("ann", "submit Symb1Lib/k.dwg");
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_TRUE(contains(refused.out, "[Corvane] 文件<Symb1Lib\\k.dwg>的库修改作已被主机IP为10.0.0.3(bob)的用户强制撤销")) << refused.out;
     EXPECT_EQ(machines.readFile("ann/Symb1Lib/k.dwg"), "ann's work");  // nothing of Ann's is lost
 
-    machines.writeFile("bob/Symb1Lib/k.dwg", "v2");
-    ASSERT_EQ(qxlib("bob", "submit Symb1Lib/k.dwg").status, 0) << errors("bob");
+    submitNew("bob", "Symb1Lib/k.dwg", "v2");
     EXPECT_FALSE(site.exists("Symb1Lib/k.dwg.bak"));
     EXPECT_TRUE(contains(qxlib("ann", "status").out, "behind the site's journal"));
     // Ann syncs as status tells her: her work stays, the site's copy comes beside it.
-    run = qxlib("ann", "sync");
-    ASSERT_EQ(run.status, 0) << errors("ann");
+    ShellRun run = done("ann", "sync");
     EXPECT_TRUE(contains(run.out, "kept your copy of Symb1Lib\\k.dwg; the site's copy is Symb1Lib\\k (site copy).dwg")) << run.out;
     EXPECT_EQ(machines.readFile("ann/Symb1Lib/k.dwg"), "ann's work");
     EXPECT_EQ(machines.readFile("ann/Symb1Lib/k (site copy).dwg"), "v2");
@@ -122,32 +140,25 @@ TEST_F(Qxlib, TwoPeopleKeepALibraryInStepThroughTheJournalAndTheLocks) {
 }
 
 TEST_F(Qxlib, SyncNeverReplacesAPersonsWork) {
-    setUp("ann");
-    setUp("bob");
-    for (const std::string name : {"k", "m", "n"}) {
-        machines.writeFile("ann/Lib/" + name + ".dwg", "v1");
-        ASSERT_EQ(qxlib("ann", "submit Lib/" + name + ".dwg").status, 0) << errors("ann");
-    }
-    ASSERT_EQ(qxlib("bob", "sync").status, 0) << errors("bob");
+    setUp({"ann", "bob"});
+    for (const std::string name : {"k", "m", "n"}) submitNew("ann", "Lib/" + name + ".dwg", "v1");
+    done("bob", "sync");
     // Bob's work: k checked out and edited, m edited without a check-out, n locked by his host on the site
     // (its line in his list lost), p a file of his own where Ann's folder will arrive by a rename.
-    ASSERT_EQ(qxlib("bob", "checkout Lib/k.dwg").status, 0) << errors("bob");
+    done("bob", "checkout Lib/k.dwg");
     machines.writeFile("bob/Lib/k.dwg", "bob's k");
     machines.writeFile("bob/Lib/m.dwg", "bob's m");
     machines.writeFile("bob/Lib3/p.dwg", "bob's p");
 
     for (const std::string name : {"k", "m", "n"}) {
-        ASSERT_EQ(qxlib("ann", "--yes checkout Lib/" + name + ".dwg").status, 0) << errors("ann");
-        machines.writeFile("ann/Lib/" + name + ".dwg", "v2");
-        ASSERT_EQ(qxlib("ann", "submit Lib/" + name + ".dwg").status, 0) << errors("ann");
+        done("ann", "--yes checkout Lib/" + name + ".dwg");
+        submitNew("ann", "Lib/" + name + ".dwg", "v2");
     }
-    machines.writeFile("ann/Lib2/p.dwg", "ann's p");
-    ASSERT_EQ(qxlib("ann", "submit Lib2/p.dwg").status, 0) << errors("ann");
-    ASSERT_EQ(qxlib("ann", "rename Lib2/ Lib3").status, 0) << errors("ann");
+    submitNew("ann", "Lib2/p.dwg", "ann's p");
+    done("ann", "rename Lib2/ Lib3");
     site.writeFile("Lib/n.dwg.bak", hostId("bob"));
 
-    const ShellRun run = qxlib("bob", "sync");
-    ASSERT_EQ(run.status, 0) << errors("bob");
+    const ShellRun run = done("bob", "sync");
     for (const auto& [file, mine, sites] : {std::tuple{"Lib/k", "bob's k", "v2"}, std::tuple{"Lib/m", "bob's m", "v2"},
                                             std::tuple{"Lib/n", "v1", "v2"}, std::tuple{"Lib3/p", "bob's p", "ann's p"}}) {
         EXPECT_EQ(machines.readFile("bob/" + std::string(file) + ".dwg"), mine) << file;
@@ -157,22 +168,21 @@ TEST_F(Qxlib, SyncNeverReplacesAPersonsWork) {
 }
 
 TEST_F(Qxlib, FoldersAndTreesTravelWithTheirJournalLines) {
-    setUp("ann");
-    setUp("bob");
+    setUp({"ann", "bob"});
     machines.writeFile("tree/panel/a.dwg", "a");
     machines.writeFile("tree/panel/readme.txt", "not sent");
-    ASSERT_EQ(qxlib("ann", "push-tree tree Lib/tree").status, 0) << errors("ann");
+    done("ann", "push-tree tree Lib/tree");
     EXPECT_EQ(site.readFile("Lib/tree/panel/a.dwg"), "a");
-    ASSERT_EQ(qxlib("ann", "mkdir Lib/empty").status, 0) << errors("ann");
-    ASSERT_EQ(qxlib("ann", "rename Lib/tree/ Lib/tree2").status, 0) << errors("ann");
+    done("ann", "mkdir Lib/empty");
+    done("ann", "rename Lib/tree/ Lib/tree2");
     EXPECT_TRUE(site.exists("Lib/tree2/panel/a.dwg"));
 
-    ASSERT_EQ(qxlib("bob", "sync").status, 0) << errors("bob");
+    done("bob", "sync");
     EXPECT_EQ(machines.readFile("bob/Lib/tree2/panel/a.dwg"), "a");
     EXPECT_TRUE(machines.exists("bob/Lib/empty"));
     EXPECT_FALSE(machines.exists("bob/Lib/tree2/panel/readme.txt"));
 
-    ASSERT_EQ(qxlib("ann", "delete Lib/tree2/").status, 0) << errors("ann");
+    done("ann", "delete Lib/tree2/");
     EXPECT_FALSE(site.exists("Lib/tree2"));
     const ShellRun run = qxlib("bob", "sync");
     EXPECT_TRUE(contains(run.out, "removed on the site: Lib\\tree2\\ (the local copy stays)")) << run.out;
@@ -180,7 +190,12 @@ TEST_F(Qxlib, FoldersAndTreesTravelWithTheirJournalLines) {
 }
 
 TEST_F(Qxlib, PathsOutsideTheLibraryAndWhatTheLoginFileCannotKeepAreRefused) {
-    setUp("ann");
+    machines.makeFolder("nobody");  // without a site: says what is missing
+    const ShellRun lost = qxlib("nobody", "status");
+    EXPECT_EQ(lost.status, 1);
+    EXPECT_TRUE(contains(lost.out + errors("nobody"), "run qxlib setup first")) << lost.out;
+
+    setUp({"ann"});
     const std::string login = machines.readFile("ann/LocalData/QxFTPLoginInfo.sys");
     // From people: paths that leave the library, the protocol's own files, the client's own files.
     for (const char* args : {"checkout ../etc/passwd", "delete 'a\\..\\..\\b'", "", "setup 127.0.0.1 0 /",
@@ -209,29 +224,9 @@ TEST_F(Qxlib, PathsOutsideTheLibraryAndWhatTheLoginFileCannotKeepAreRefused) {
     EXPECT_TRUE(contains(errors("ann"), "passed over the journal path \"LocalData\\QxFTPLoginInfo.sys\""));
 }
 
-TEST_F(Qxlib, WithoutASiteSaysWhatIsMissing) {
-    machines.makeFolder("nobody");
-    const ShellRun run = qxlib("nobody", "status");
-    EXPECT_EQ(run.status, 1);
-    EXPECT_TRUE(contains(run.out + errors("nobody"), "run qxlib setup first")) << run.out;
-}
-
-namespace {
-
-struct QxlibFaultySite : Qxlib {
-    explicit QxlibFaultySite(std::vector<std::string> options) : Qxlib(std::move(options)) {}
-    void siteJournal(const std::string& lines) { site.writeFile("Server.xml", "版本日期：2099,01,01,00,00,09\r\n" + lines); }
-};
-
-struct QxlibRefusingBadFiles : QxlibFaultySite {
-    QxlibRefusingBadFiles() : QxlibFaultySite({"--refuse-stor", "bad.dwg"}) {}
-};
-
-} // namespace
-
-TEST_F(QxlibRefusingBadFiles, CommandsThatDidNotDoTheirWorkSaySoAndFail) {
-    setUp("ann");
-    setUp("bob");
+TEST_F(Qxlib, CommandsThatDidNotDoTheirWorkSaySoAndFail) {
+    serve({"--refuse-stor", "bad.dwg"});
+    setUp({"ann", "bob"});
     machines.writeFile("tree/ok.dwg", "ok");
     machines.writeFile("tree/bad.dwg", "bad");
     EXPECT_EQ(qxlib("ann", "push-tree tree Lib/tree").status, 1);
@@ -241,25 +236,16 @@ TEST_F(QxlibRefusingBadFiles, CommandsThatDidNotDoTheirWorkSaySoAndFail) {
     for (const char* args : {"delete Lib/none.dwg", "delete Lib/none/"}) EXPECT_EQ(qxlib("ann", args).status, 1) << args;
     EXPECT_TRUE(contains(errors("ann"), "Lib\\none.dwg is not on the site; nothing was deleted")) << errors("ann");
 
-    ASSERT_EQ(qxlib("ann", "checkout Lib/tree/ok.dwg").status, 0) << errors("ann");
+    done("ann", "checkout Lib/tree/ok.dwg");
     EXPECT_EQ(qxlib("bob", "cancel Lib/tree/ok.dwg").status, 1);
     EXPECT_TRUE(contains(errors("bob"), "is held by 10.0.0.3(ann), not by this host; it stays")) << errors("bob");
     EXPECT_EQ(site.readFile("Lib/tree/ok.dwg.bak").rfind(hostId("ann") + "\r\n", 0), 0u);
 }
 
-namespace {
-
-struct QxlibSlowStagingRenames : QxlibFaultySite {
-    QxlibSlowStagingRenames() : QxlibFaultySite({"--slow-rename", "#*"}) {}
-};
-
-} // namespace
-
-TEST_F(QxlibSlowStagingRenames, TwoClientsStagingInOneFolderAtOnceKeepTheirOwnBytes) {
-    for (const std::string machine : {"ann", "bob"}) {
-        ASSERT_EQ(qxlib(machine, "setup 127.0.0.1 " + std::to_string(server.port()) + " / --passive --staging").status, 0);
-        machines.writeFile(machine + "/Lib/" + machine + ".dwg", machine + "'s drawing");
-    }
+TEST_F(Qxlib, TwoClientsStagingInOneFolderAtOnceKeepTheirOwnBytes) {
+    serve({"--slow-rename", "#*"});
+    setUp({"ann", "bob"}, "--passive --staging");
+    for (const std::string machine : {"ann", "bob"}) machines.writeFile(machine + "/Lib/" + machine + ".dwg", machine + "'s drawing");
     site.writeFile("Lib/keep.dwg", "kept");
     siteJournal("Lib\\keep.dwg|2099,01,01,00,00,09|MOD");
     EXPECT_EQ(together({{"ann", "submit Lib/ann.dwg"}, {"bob", "submit Lib/bob.dwg"}}), (std::vector<int>{0, 0}));
@@ -272,9 +258,7 @@ TEST_F(QxlibSlowStagingRenames, TwoClientsStagingInOneFolderAtOnceKeepTheirOwnBy
 namespace {
 
 // A site whose first listings fail: a sync that cannot list must neither take the file for gone nor move on.
-struct QxlibListingsFail : QxlibFaultySite, ::testing::WithParamInterface<std::tuple<std::string, int>> {
-    QxlibListingsFail() : QxlibFaultySite({"--fail-lists", std::get<0>(GetParam())}) {}
-};
+struct QxlibListingsFail : Qxlib, ::testing::WithParamInterface<std::tuple<std::string, int>> {};
 
 INSTANTIATE_TEST_SUITE_P(Failures, QxlibListingsFail,
                          ::testing::Values(std::tuple{std::string("2"), 0},      // one listing (MLSD and LIST) fails: retried
@@ -284,7 +268,8 @@ INSTANTIATE_TEST_SUITE_P(Failures, QxlibListingsFail,
 } // namespace
 
 TEST_P(QxlibListingsFail, ListingsAreRetriedOnceAndThenLeaveTheClientBehind) {
-    setUp("ann");
+    serve({"--fail-lists", std::get<0>(GetParam())});
+    setUp({"ann"});
     site.writeFile("Lib/a.dwg", "a");
     siteJournal("Lib\\a.dwg|2099,01,01,00,00,09|MOD");
     const int expected = std::get<1>(GetParam());
@@ -293,17 +278,9 @@ TEST_P(QxlibListingsFail, ListingsAreRetriedOnceAndThenLeaveTheClientBehind) {
     EXPECT_EQ(machines.exists("ann/Client.xml"), expected == 0);
 }
 
-namespace {
-
-struct QxlibCutJournalUploads : QxlibFaultySite {
-    // Uploads of the journal, its backup and every staging file break off after 10 bytes.
-    QxlibCutJournalUploads() : QxlibFaultySite({"--cut-stor", "[S#]*"}) {}
-};
-
-} // namespace
-
-TEST_F(QxlibCutJournalUploads, AJournalUploadBrokenOffLeavesTheJournalAsItWas) {
-    setUp("ann");
+TEST_F(Qxlib, AJournalUploadBrokenOffLeavesTheJournalAsItWas) {
+    serve({"--cut-stor", "[S#]*"});  // uploads of the journal, its backup and staging files break off
+    setUp({"ann"});
     siteJournal("a.dwg|2099,01,01,00,00,09|MOD");
     const std::string journal = site.readFile("Server.xml");
     machines.writeFile("ann/c.dwg", "c");
@@ -312,17 +289,9 @@ TEST_F(QxlibCutJournalUploads, AJournalUploadBrokenOffLeavesTheJournalAsItWas) {
     EXPECT_FALSE(site.exists("Server.xml.bak"));
 }
 
-namespace {
-
-struct QxlibSlowLockReads : QxlibFaultySite {
-    QxlibSlowLockReads() : QxlibFaultySite({"--slow-retr", "*.bak"}) {}
-};
-
-} // namespace
-
-TEST_F(QxlibSlowLockReads, OfTwoCheckOutsAtTheSameMomentOneWins) {
-    setUp("ann");
-    setUp("bob");
+TEST_F(Qxlib, OfTwoCheckOutsAtTheSameMomentOneWins) {
+    serve({"--slow-retr", "*.bak"});
+    setUp({"ann", "bob"});
     site.writeFile("Lib/s.dwg", "s");
     for (int round = 0; round < 3; ++round) {
         const std::vector<int> statuses = together({{"ann", "--no checkout Lib/s.dwg"}, {"bob", "--no checkout Lib/s.dwg"}});
@@ -331,17 +300,9 @@ TEST_F(QxlibSlowLockReads, OfTwoCheckOutsAtTheSameMomentOneWins) {
     }
 }
 
-namespace {
-
-struct QxlibLyingListings : QxlibFaultySite {
-    QxlibLyingListings()
-        : QxlibFaultySite({"--lie-list", "file:../../evil.dwg", "--lie-list", "dir:../../evildir", "--lie-list", "file:x\\y.dwg"}) {}
-};
-
-} // namespace
-
-TEST_F(QxlibLyingListings, ListedNamesThatAreNotPlainAreNeverJoinedToLocalFolders) {
-    setUp("ann");
+TEST_F(Qxlib, ListedNamesThatAreNotPlainAreNeverJoinedToLocalFolders) {
+    serve({"--lie-list", "file:../../evil.dwg", "--lie-list", "dir:../../evildir", "--lie-list", "file:x\\y.dwg"});
+    setUp({"ann"});
     site.writeFile("evil.dwg", "evil");
     site.writeFile("evildir/e.dwg", "evil");
     site.writeFile("Lib/ok.dwg", "ok");
@@ -354,7 +315,7 @@ TEST_F(QxlibLyingListings, ListedNamesThatAreNotPlainAreNeverJoinedToLocalFolder
 }
 
 TEST_F(Qxlib, TakesTheNameTheSiteListsAndListsEachFolderOnce) {
-    setUp("ann");
+    setUp({"ann"});
     std::string journal = "版本日期：2099,01,01,00,00,09\r\nLib\\up.dwg|2099,01,01,00,00,09|MOD";
     for (int i = 0; i < 30; ++i) {
         site.writeFile("Lib/f" + std::to_string(i) + ".dwg", "f");
@@ -375,18 +336,10 @@ TEST_F(Qxlib, TakesTheNameTheSiteListsAndListsEachFolderOnce) {
     EXPECT_EQ(listings, 2u);  // the root and Lib
 }
 
-namespace {
-
-struct QxlibWithUser : QxlibFaultySite {
-    QxlibWithUser() : QxlibFaultySite({"--user", "ann", "--password", "s3cret"}) {}
-};
-
-} // namespace
-
-TEST_F(QxlibWithUser, TheFtpDialogueNeverShowsThePassword) {
-    ASSERT_EQ(qxlib("ann", "setup 127.0.0.1 " + std::to_string(server.port()) + " / --passive --user ann", "s3cret\\n").status, 0);
-    const ShellRun run = RunShellCommand("cd '" + machines.native() + "' && QX_FTP_VERBOSE=1 " + command("ann", "status"));
-    EXPECT_EQ(run.status, 0) << errors("ann");
+TEST_F(Qxlib, TheFtpDialogueNeverShowsThePassword) {
+    serve({"--user", "ann", "--password", "s3cret"});
+    done("ann", "setup 127.0.0.1 " + std::to_string(port()) + " / --passive --user ann", "s3cret\\n");
+    EXPECT_EQ(verbose("ann", "status").status, 0) << errors("ann");
     EXPECT_TRUE(contains(errors("ann"), "> PASS ****")) << errors("ann");
     EXPECT_FALSE(contains(errors("ann"), "s3cret"));
 }
@@ -396,9 +349,8 @@ TEST_F(QxlibWithUser, TheFtpDialogueNeverShowsThePassword) {
 // sync. No line, file or person's work may be lost, and the three libraries must end alike.
 TEST_F(Qxlib, ThreeClientsWorkingInOneFolderAtOnceLoseNothing) {
     const std::vector<std::string> people = {"ann", "bob", "cyd"};
-    for (const std::string& person : people) setUp(person);
-    machines.writeFile("ann/Lib/shared.dwg", "start");
-    ASSERT_EQ(qxlib("ann", "submit Lib/shared.dwg").status, 0) << errors("ann");
+    setUp({"ann", "bob", "cyd"});
+    submitNew("ann", "Lib/shared.dwg", "start");
     constexpr int kRounds = 50;  // about 2 s a round on two cores
     for (int round = 0; round < kRounds; ++round) {
         const std::string r = std::to_string(round);
@@ -417,10 +369,10 @@ TEST_F(Qxlib, ThreeClientsWorkingInOneFolderAtOnceLoseNothing) {
         for (const std::string& person : people) syncs.emplace_back(person, "sync");
         ASSERT_EQ(together(syncs), (std::vector<int>{0, 0, 0})) << "round " << r;
         EXPECT_EQ(machines.readFile(winner + "/Lib/shared.dwg"), winner + "'s edit " + r);  // kept while checked out
-        ASSERT_EQ(qxlib(winner, "submit Lib/shared.dwg").status, 0) << errors(winner);
+        done(winner, "submit Lib/shared.dwg");
         std::filesystem::remove(machines.native() + "/" + winner + "/Lib/shared (site copy).dwg");
     }
-    for (const std::string& person : people) ASSERT_EQ(qxlib(person, "sync").status, 0) << errors(person);
+    for (const std::string& person : people) done(person, "sync");
     const std::string library = libraryOf(site.native());
     EXPECT_EQ(std::count(library.begin(), library.end(), '\n'), 1 + 3 * kRounds) << library;
     for (const std::string& person : people) {
@@ -430,22 +382,14 @@ TEST_F(Qxlib, ThreeClientsWorkingInOneFolderAtOnceLoseNothing) {
     EXPECT_EQ(journalLines(), 3 + 3 * kRounds) << siteText("Server.xml");  // the version, "Lib\\" and shared.dwg
 }
 
-namespace {
-
-struct QxlibRelayedJournalLock : QxlibFaultySite {
-    QxlibRelayedJournalLock() : QxlibFaultySite({"--relay-lock", "Server.xml.bak"}) {}
-};
-
-} // namespace
-
 // A journal lock handed from one busy host to the next is never abandoned: the waits start again for each
 // new holder, so the client waits the relay out instead of breaking a live lock.
-TEST_F(QxlibRelayedJournalLock, WaitsAfreshForEachNewHolderAndNeverBreaksALiveLock) {
-    setUp("ann");
+TEST_F(Qxlib, WaitsAfreshForEachNewHolderAndNeverBreaksALiveLock) {
+    serve({"--relay-lock", "Server.xml.bak"});
+    setUp({"ann"});
     site.writeFile("Server.xml.bak", "10.9.9.0(relay)\r\n");
     machines.writeFile("ann/Lib/k.dwg", "k");
-    const ShellRun run = RunShellCommand("cd '" + machines.native() + "' && QX_FTP_VERBOSE=1 " + command("ann", "submit Lib/k.dwg"));
-    EXPECT_EQ(run.status, 0) << errors("ann");
+    EXPECT_EQ(verbose("ann", "submit Lib/k.dwg").status, 0) << errors("ann");
     std::istringstream dialogue(errors("ann"));
     // Until the client appends itself to the free lock, it reads the lock and never removes it.
     int lockReads = 0;

@@ -28,21 +28,27 @@ inline FtpTimings shortTimings() {
 
 class RepositoryFixture : public ::testing::Test {
 protected:
-    explicit RepositoryFixture(std::vector<std::string> serverOptions = {}) {
+    RepositoryFixture() {
         install.makeFolder("LocalData");
         SetCorvaneInstallDirOverride(install.logic());
         ::setenv("CORVANE_HOST_ID", "10.0.0.1(alpha)", 1);
-        server = std::make_unique<FtpTestServer>(site.native(), std::move(serverOptions));
-        writeLogin(u"");
     }
     ~RepositoryFixture() override {
         ::unsetenv("CORVANE_HOST_ID");
         SetCorvaneInstallDirOverride(CString());
     }
 
+    // Starts the site with the faults that `options` of tests/data/repository/ftp_server.py give it; a test
+    // that names none gets a site without faults at its first connection.
+    void serve(std::vector<std::string> options = {}) {
+        server = std::make_unique<FtpTestServer>(site.native(), std::move(options));
+        writeLogin(u"");
+    }
+
     CString loginFile() const { return install.logic() + u"LocalData\\QxFTPLoginInfo.sys"; }
 
     void writeLogin(const CString& root, int port = 0) {
+        if (!server) serve();
         FtpLoginLines lines;
         lines[kLoginRootPath] = root;
         lines[kLoginHost] = u"127.0.0.1";
@@ -53,12 +59,18 @@ protected:
         ASSERT_TRUE(WriteLoginInfo(loginFile(), lines));
     }
 
+    // A client of the install folder, not yet connected.
+    std::unique_ptr<CMyFtpConnection> connection(const FtpTimings& timings = shortTimings()) {
+        if (!server) serve();
+        auto made = std::make_unique<CMyFtpConnection>();
+        made->SetTimings(timings);
+        return made;
+    }
     // A client of the install folder, connected.
-    std::unique_ptr<CMyFtpConnection> client() {
-        auto connection = std::make_unique<CMyFtpConnection>();
-        connection->SetTimings(shortTimings());
-        EXPECT_TRUE(connection->ConnectServer()) << output.printed;
-        return connection;
+    std::unique_ptr<CMyFtpConnection> client(const FtpTimings& timings = shortTimings()) {
+        auto connected = connection(timings);
+        EXPECT_TRUE(connected->ConnectServer()) << output.printed;
+        return connected;
     }
 
     static void actAs(const char* hostId) { ::setenv("CORVANE_HOST_ID", hostId, 1); }

@@ -21,6 +21,13 @@ protected:
         ReadFileLines(journalPath(), lines, true);
         return lines;
     }
+    // The entries as "path|version|operation;" in their order.
+    static std::string entriesText(const COperateVersionFile& journal) {
+        CString text;
+        for (const STRUCT_FILE_INFO& entry : journal.GetEntries())
+            text += entry.m_strPath + u"|" + entry.m_strVersion + u"|" + entry.m_strOperation + u";";
+        return text.ToUtf8();
+    }
 
     TempFolder install;
 };
@@ -56,14 +63,8 @@ TEST_F(VersionFile, LoadsEntriesInFileOrderPassingOverTheVersionLineAndBlankLine
     COperateVersionFile journal(journalPath());
     ASSERT_TRUE(journal.Load());
     EXPECT_EQ(journal.m_strVersionLine, u"版本日期：2015,03,02,09,05,07");
-    const auto& entries = journal.GetEntries();
-    ASSERT_EQ(entries.GetSize(), 4);
-    EXPECT_EQ(entries[0].m_strPath, u"a\\b.dwg");
-    EXPECT_EQ(entries[0].m_strOperation, u"MOD");
-    EXPECT_EQ(entries[1].m_strPath, u"");  // a line without a bar gives three empty fields
-    EXPECT_EQ(entries[2].m_strPath, u"only");
-    EXPECT_EQ(entries[2].m_strVersion, u"");
-    EXPECT_EQ(entries[3].m_strOperation, u"op|more");
+    // A line without a bar gives three empty fields.
+    EXPECT_EQ(entriesText(journal), "a\\b.dwg|2015,03,02,09,05,07|MOD;||;only||;x|s|op|more;");
 
     COperateVersionFile missing(install.logic() + u"none.xml");
     EXPECT_FALSE(missing.Load());
@@ -75,8 +76,7 @@ TEST_F(VersionFile, RemovesTheFirstMatchOnlyIgnoringCase) {
     journal.Load();
     EXPECT_FALSE(journal.RemoveEntries({}));
     EXPECT_TRUE(journal.RemoveEntries({u"a.dwg"}));
-    ASSERT_EQ(journal.GetEntries().GetSize(), 2);
-    EXPECT_EQ(journal.GetEntries()[0].m_strPath, u"a.DWG");
+    EXPECT_EQ(entriesText(journal), "a.DWG|0|MOD;b.dwg|0|MOD;");
 }
 
 TEST_F(VersionFile, AddsABatchNewestFirstUnderOneStampAndRewritesTheFile) {
@@ -84,12 +84,8 @@ TEST_F(VersionFile, AddsABatchNewestFirstUnderOneStampAndRewritesTheFile) {
     COperateVersionFile journal(journalPath());
     journal.Load();
     ASSERT_TRUE(journal.AddEntries({u"x\\", u"y\\"}, {u"DEL", u"REN"}));
-    const CStringArray lines = journalLines();
-    ASSERT_EQ(lines.GetSize(), 4);
-    EXPECT_EQ(lines[0], u"版本日期：2099,01,01,00,00,8");
-    EXPECT_EQ(lines[1], u"y\\|2099,01,01,00,00,8|REN");
-    EXPECT_EQ(lines[2], u"x\\|2099,01,01,00,00,8|DEL");
-    EXPECT_EQ(lines[3], u"old.dwg|2099,01,01,00,00,07|MOD");
+    EXPECT_EQ(journalLines(), (CStringArray{u"版本日期：2099,01,01,00,00,8", u"y\\|2099,01,01,00,00,8|REN",
+                                            u"x\\|2099,01,01,00,00,8|DEL", u"old.dwg|2099,01,01,00,00,07|MOD"}));
     EXPECT_NE(install.readFile("Server.xml").back(), '\n');  // no line end behind the last line
     EXPECT_NE(install.readFile("Server.xml").find("\r\n"), std::string::npos);
 }
