@@ -8,6 +8,7 @@
 // Memory: every measurement runs in a fresh process (the program runs itself), which notes its resident
 // size, reads, and reports how far above that its peak went (`peak_MiB`). Differences inside one
 // long-lived process would hide what the allocator keeps from earlier runs.
+#include "bench/ProcessStatus.h"
 #include "drawing/model/AcDb.h"
 #include "support/FileSystem.h"
 
@@ -41,16 +42,6 @@ bool fileMissing(benchmark::State& state) {
 double fileMiB(const std::string& path) {
     std::ifstream file(path, std::ios::binary | std::ios::ate);
     return static_cast<double>(file.tellg()) / (1024.0 * 1024.0);
-}
-
-// A field of /proc/self/status in KiB ("VmRSS", "VmHWM"), or -1.
-long statusKiB(const char* field) {
-    std::ifstream status("/proc/self/status");
-    std::string line;
-    const std::string prefix = std::string(field) + ":";
-    while (std::getline(status, line))
-        if (line.starts_with(prefix)) return std::strtol(line.c_str() + prefix.size(), nullptr, 10);
-    return -1;
 }
 
 struct ChildMemory {

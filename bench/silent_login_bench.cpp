@@ -4,6 +4,7 @@
 //
 // Time: process CPU time per login (the credential check is CPU-bound). Memory: `peak_MiB` is how far
 // the resident size rises during one more login, after the peak was reset (/proc/self/clear_refs).
+#include "bench/ProcessStatus.h"
 #include "platform/InstallPath.h"
 #include "platform/cloud/HexmoorClient.h"
 #include "platform/cloud/embedded/BomCentre.h"
@@ -18,16 +19,6 @@
 #include <string>
 
 namespace {
-
-// A field of /proc/self/status in KiB ("VmRSS", "VmHWM"), or -1.
-long statusKiB(const char* field) {
-    std::ifstream status("/proc/self/status");
-    std::string line;
-    const std::string prefix = std::string(field) + ":";
-    while (std::getline(status, line))
-        if (line.starts_with(prefix)) return std::strtol(line.c_str() + prefix.size(), nullptr, 10);
-    return -1;
-}
 
 // How far the resident size rose above its level before the work, in MiB.
 double peakRiseMiB(const std::function<void()>& work) {
