@@ -3,25 +3,12 @@
 #include "ReaderViewSupport.h"
 #include "Views.h"
 #include "drawing/access/QxDwgObjects.h"
+#include "drawing/access/WorkingDatabaseScope.h"
 #include "drawing/primary/CircuitBom.h"
 #include "drawing/primary/PrimaryCircuits.h"
 #include "platform/host/Documents.h"
 
 namespace {
-
-// The working database for the length of a scope, as the scan of a primary drawing sets it.
-class WorkingDatabase {
-public:
-    explicit WorkingDatabase(AcDbDatabase* database) : m_before(acdbHostApplicationServices()->workingDatabase()) {
-        acdbHostApplicationServices()->setWorkingDatabase(database);
-    }
-    ~WorkingDatabase() { acdbHostApplicationServices()->setWorkingDatabase(m_before); }
-    WorkingDatabase(const WorkingDatabase&) = delete;
-    WorkingDatabase& operator=(const WorkingDatabase&) = delete;
-
-private:
-    AcDbDatabase* m_before;
-};
 
 // Frees the records however the view ends.
 struct CircuitsHolder {
@@ -81,7 +68,7 @@ int showCircuits(const std::string& file) {
     CircuitsHolder held;
     ReaderJson circuits = ReaderJson::array();
     {
-        const WorkingDatabase working(drawing.get());
+        const WorkingDatabaseScope working(drawing.get());
         QxGetPrimaryCircuits(path, 1, held.circuits);
         for (const CCir1Attrubute* circuit : held.circuits) circuits.push_back(circuitJson(drawing.get(), *circuit));
     }

@@ -4,6 +4,7 @@
 #include "FuzzSupport.h"
 
 #include "drawing/access/QxDwgObjects.h"
+#include "drawing/access/WorkingDatabaseScope.h"
 #include "drawing/bom/DwgBomRows.h"
 #include "drawing/parts/DwgLocation.h"
 #include "drawing/parts/GetPartInfo.h"
@@ -15,20 +16,6 @@
 
 namespace fuzz {
 namespace {
-
-// The working database for the length of a scope, as the scan of a primary drawing sets it.
-class WorkingDatabase {
-public:
-    explicit WorkingDatabase(AcDbDatabase* database) : m_before(acdbHostApplicationServices()->workingDatabase()) {
-        acdbHostApplicationServices()->setWorkingDatabase(database);
-    }
-    ~WorkingDatabase() { acdbHostApplicationServices()->setWorkingDatabase(m_before); }
-    WorkingDatabase(const WorkingDatabase&) = delete;
-    WorkingDatabase& operator=(const WorkingDatabase&) = delete;
-
-private:
-    AcDbDatabase* m_before;
-};
 
 struct CircuitsHolder {
     CCir1AttrubuteArray circuits;
@@ -62,7 +49,7 @@ void readCircuitBom(AcDbDatabase* database, const CString& handle) {
 void readCircuits(AcDbDatabase* database, const CString& path) {
     CircuitsHolder holder;
     {
-        const WorkingDatabase working(database);
+        const WorkingDatabaseScope working(database);
         QxGetPrimaryCircuits(path, 1, holder.circuits);
     }
     for (const CCir1Attrubute* circuit : holder.circuits) {
