@@ -14,16 +14,6 @@ namespace {
 
 constexpr char16_t kReplacement = 0xFFFD;
 
-void appendCodePoint(std::u16string& out, char32_t cp) {
-    if (cp < 0x10000) {
-        out += static_cast<char16_t>(cp);
-        return;
-    }
-    cp -= 0x10000;
-    out += static_cast<char16_t>(0xD800 + (cp >> 10));
-    out += static_cast<char16_t>(0xDC00 + (cp & 0x3FF));
-}
-
 // Decodes one sequence at bytes[i]; returns its length, or 0 when it is malformed.
 size_t decodeUtf8At(std::string_view bytes, size_t i, char32_t& cp) {
     const auto b0 = static_cast<unsigned char>(bytes[i]);
@@ -68,18 +58,25 @@ std::string toUtf16Le(std::u16string_view text) {
 
 } // namespace
 
+// Never more UTF-16 units than UTF-8 bytes: the text is written into room made at once, then cut to size.
 std::u16string Utf8ToUtf16(std::string_view utf8) {
-    std::u16string out;
-    out.reserve(utf8.size());
+    std::u16string out(utf8.size(), u'\0');
+    size_t used = 0;
     for (size_t i = 0; i < utf8.size();) {
         const auto b = static_cast<unsigned char>(utf8[i]);
-        if (b < 0x80) { out += static_cast<char16_t>(b); ++i; continue; }
+        if (b < 0x80) { out[used++] = static_cast<char16_t>(b); ++i; continue; }
         char32_t cp = 0;
         const size_t len = decodeUtf8At(utf8, i, cp);
-        if (len == 0) { out += kReplacement; ++i; continue; }
-        appendCodePoint(out, cp);
+        if (len == 0) { out[used++] = kReplacement; ++i; continue; }
+        if (cp >= 0x10000) {
+            out[used++] = static_cast<char16_t>(0xD800 + ((cp - 0x10000) >> 10));
+            out[used++] = static_cast<char16_t>(0xDC00 + ((cp - 0x10000) & 0x3FF));
+        } else {
+            out[used++] = static_cast<char16_t>(cp);
+        }
         i += len;
     }
+    out.resize(used);
     return out;
 }
 

@@ -1,22 +1,20 @@
-// Reading a DXF file piece by piece into one reserved range.
+// Reading a DXF file piece by piece through a moving window.
 #include "drawing/dxf/DxfFileText.h"
 
+#include <algorithm>
 #include <cerrno>
-#include <cstdint>
+#include <cstring>
 #include <fcntl.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
-// One huge page: the range asks for huge pages, so that the text costs one page fault per piece rather than
-// one per 4 KiB. Large enough that a read is cheap next to the work on its bytes, small enough to keep
-// little resident.
-constexpr size_t kChunk = size_t{2} << 20;
-// Released memory is given back in steps of this size, not after every record: a quarter of a piece, so
-// that little more than the piece in hand stays resident.
-constexpr size_t kReleaseStep = kChunk / 4;
+// Large enough that a read is cheap next to the work on its bytes, small enough to stay in the caches.
+constexpr size_t kPiece = size_t{64} << 10;
+// A window holds a few pieces, so that the bytes copied on moving on (the record in hand) are few.
+constexpr size_t kWindow = 4 * kPiece;
 
 } // namespace
 
@@ -28,52 +26,59 @@ std::unique_ptr<DxfFileText> DxfFileText::open(const std::string& nativePath) {
         ::close(descriptor);
         return nullptr;
     }
-    // Pages of the range cost nothing until bytes are read into them.
-    const size_t reserved = static_cast<size_t>(info.st_size) + 1;
-    const size_t mappingLength = reserved + kChunk;
-    void* mapping = mmap(nullptr, mappingLength, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-    if (mapping == MAP_FAILED) {
-        ::close(descriptor);
-        return nullptr;
-    }
-    const auto address = reinterpret_cast<std::uintptr_t>(mapping);
-    char* base = static_cast<char*>(mapping) + ((kChunk - address % kChunk) % kChunk);
-    madvise(base, reserved, MADV_HUGEPAGE);  // a hint: without huge pages the text reads all the same
-    std::unique_ptr<DxfFileText> file(new DxfFileText(descriptor, mapping, mappingLength, base, reserved));
-    file->more();
+    std::unique_ptr<DxfFileText> file(new DxfFileText(descriptor, static_cast<size_t>(info.st_size)));
+    // A small file gets a window of its own size, not a large one.
+    file->m_window = file->takeWindow(std::min(kWindow, file->m_size + 1));
+    file->readPiece();
     return file;
 }
 
 DxfFileText::~DxfFileText() {
-    munmap(m_mapping, m_mappingLength);
     ::close(m_descriptor);
 }
 
-std::string_view DxfFileText::more() {
-    // One byte of the range stays free: a file that grew since it was opened is read as far as it was.
-    const size_t room = m_reserved - 1 - m_filled;
-    if (m_atEnd || room == 0) return text();
-    const size_t wanted = room < kChunk ? room : kChunk;
-    size_t got = 0;
-    while (got < wanted) {
-        const ssize_t n = ::read(m_descriptor, m_base + m_filled + got, wanted - got);
-        if (n < 0 && errno == EINTR) continue;
-        if (n < 0) m_failed = true;
-        if (n <= 0) {
-            m_atEnd = true;
-            break;
-        }
-        got += static_cast<size_t>(n);
-    }
-    m_filled += got;
+DxfFileText::Window DxfFileText::takeWindow(size_t capacity) {
+    if (m_spare.capacity >= capacity) return std::exchange(m_spare, Window{});
+    return {std::make_unique_for_overwrite<char[]>(capacity), capacity};
+}
+
+std::string_view DxfFileText::more(size_t keepFrom) {
+    m_start += std::min(keepFrom, m_filled - m_start);
+    if (!m_atEnd && m_window.capacity - m_filled < kPiece) moveToAnotherWindow();
+    if (!m_atEnd) readPiece();
     return text();
 }
 
-void DxfFileText::releaseBefore(const char* position) {
-    if (position < m_base || position > m_base + m_filled) return;
-    const size_t page = static_cast<size_t>(sysconf(_SC_PAGESIZE));
-    const size_t end = static_cast<size_t>(position - m_base) / page * page;
-    if (end < m_released + kReleaseStep) return;
-    madvise(m_base + m_released, end - m_released, MADV_DONTNEED);
-    m_released = end;
+void DxfFileText::release() {
+    if (m_retired.empty()) return;
+    for (Window& window : m_retired)
+        if (window.capacity > m_spare.capacity) m_spare = std::move(window);
+    m_retired.clear();
+}
+
+// A line longer than a window doubles what is kept, so that copying it stays linear in its length.
+void DxfFileText::moveToAnotherWindow() {
+    const size_t kept = m_filled - m_start;
+    Window next = takeWindow(std::max(kWindow, 2 * kept + kPiece));
+    std::memcpy(next.bytes.get(), m_window.bytes.get() + m_start, kept);
+    m_retired.push_back(std::move(m_window));
+    m_window = std::move(next);
+    m_start = 0;
+    m_filled = kept;
+}
+
+// A file that grew since it was opened is read as far as it was then.
+void DxfFileText::readPiece() {
+    const size_t wanted = std::min({kPiece, m_window.capacity - m_filled, m_size - m_read});
+    size_t got = 0;
+    while (got < wanted) {
+        const ssize_t n = ::read(m_descriptor, m_window.bytes.get() + m_filled + got, wanted - got);
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0) m_failed = true;
+        if (n <= 0) break;
+        got += static_cast<size_t>(n);
+    }
+    m_filled += got;
+    m_read += got;
+    if (got < wanted || wanted == 0 || m_read == m_size) m_atEnd = true;
 }

@@ -74,6 +74,8 @@ bool DxfLoader::next(DxfRecord& record) {
         const bool header = m_section == "HEADER";
         DxfTag tag;
         if (!readTag(tag)) return fail(m_tokenizer.failed() ? DxfLoadStatus::Corrupt : DxfLoadStatus::Truncated);
+        // The record handed out before is done with: only this tag and what follows it are needed now.
+        m_tokenizer.keepFrom(tag.value.data());
         if (tag.code == 0 && trimmedValue(tag.value) == "ENDSEC") {
             m_inSection = false;
             continue;
@@ -83,16 +85,17 @@ bool DxfLoader::next(DxfRecord& record) {
 
         record.section = m_section;
         record.type = trimmedValue(tag.value);
+        // Tags are read straight into the record: copying each one costs more than reading it.
         record.tags.clear();
-        DxfTag member;
-        while (readTag(member)) {
-            if (isRecordStart(member, header)) {
-                m_pending = member;
+        while (readTag(record.tags.emplace_back())) {
+            if (isRecordStart(record.tags.back(), header)) {
+                m_pending = record.tags.back();
                 m_hasPending = true;
+                record.tags.pop_back();
                 return true;
             }
-            record.tags.push_back(member);
         }
+        record.tags.pop_back();
         return fail(m_tokenizer.failed() ? DxfLoadStatus::Corrupt : DxfLoadStatus::Truncated);
     }
     return false;

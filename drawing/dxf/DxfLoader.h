@@ -24,7 +24,7 @@ enum class DxfLoadStatus {
     Corrupt,    // a line that should be a group code is not one, or tags stand outside any section
 };
 
-class DxfLoader {
+class QX_API DxfLoader {
 public:
     // `feed`, when given, brings the text behind `text` as the loader needs it.
     explicit DxfLoader(std::string_view text, DxfTextFeed* feed = nullptr);

@@ -6,9 +6,8 @@
 
 namespace {
 
-// `file`, when given, is where the loader's text comes from: what lies behind the record in hand is given
-// back as the read moves on.
-DxfLoadStatus readRecords(DxfLoader& loader, size_t sizeHint, AcDbDatabase& database, DxfFileText* file) {
+// `file`, when given, is where the loader's text comes from.
+DxfLoadStatus readRecords(DxfLoader& loader, size_t sizeHint, AcDbDatabase& database, const DxfFileText* file) {
     DxfLoadStatus status = DxfLoadStatus::Ok;
     {
         DxfBuilder builder(database);
@@ -18,10 +17,7 @@ DxfLoadStatus readRecords(DxfLoader& loader, size_t sizeHint, AcDbDatabase& data
         // fewer, and grows once when there are more.
         database.reserveObjects(sizeHint / 256);
         DxfRecord record;
-        while (loader.next(record)) {
-            if (file != nullptr) file->releaseBefore(record.type.data());
-            builder.add(record);
-        }
+        while (loader.next(record)) builder.add(record);
         status = loader.status();
         if (status == DxfLoadStatus::Ok && file != nullptr && file->failed()) status = DxfLoadStatus::Truncated;
         if (status == DxfLoadStatus::Ok) builder.finish();

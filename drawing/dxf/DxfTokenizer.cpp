@@ -33,11 +33,20 @@ void DxfTokenizer::skipByteOrderMark() {
     if (m_pos == 0 && m_text.starts_with("\xEF\xBB\xBF")) m_pos = 3;
 }
 
+void DxfTokenizer::keepFrom(const char* position) {
+    if (m_feed == nullptr || position < m_text.data() || position > m_text.data() + m_text.size()) return;
+    m_keep = static_cast<size_t>(position - m_text.data());
+    m_feed->release();
+}
+
+// The new text begins at the keep mark: offsets into the old one move down by it.
 bool DxfTokenizer::moreText() {
     if (m_feed == nullptr) return false;
-    const size_t before = m_text.size();
-    m_text = m_feed->more();
-    return m_text.size() > before;
+    const size_t kept = m_text.size() - m_keep;
+    m_text = m_feed->more(m_keep);
+    m_pos -= m_keep;
+    m_keep = 0;
+    return m_text.size() > kept;
 }
 
 bool DxfTokenizer::readLine(std::string_view& line) {
@@ -46,7 +55,7 @@ bool DxfTokenizer::readLine(std::string_view& line) {
     size_t searched = m_pos;
     // A line that runs past what has arrived waits for more; only the new bytes are searched again.
     while ((newline = std::memchr(m_text.data() + searched, '\n', m_text.size() - searched)) == nullptr) {
-        searched = m_text.size();
+        searched = m_text.size() - m_keep;
         if (!moreText()) break;
     }
     const char* start = m_text.data() + m_pos;

@@ -14,9 +14,12 @@ struct DxfTag {
 class DxfTextFeed {
 public:
     virtual ~DxfTextFeed() = default;
-    // Makes more text available behind what has arrived, at the same addresses, and gives the whole text
-    // so far; at the end of the input it gives the same text again.
-    virtual std::string_view more() = 0;
+    // Makes more text available and gives the text from the byte that stood at `keepFrom` of the text given
+    // last, with what arrived behind it; at the end of the input nothing new arrives. The text may move to
+    // other addresses: what was given before stays readable where it was until release().
+    virtual std::string_view more(size_t keepFrom) = 0;
+    // Nothing given before the last call of more() is looked at again.
+    virtual void release() = 0;
 };
 
 class DxfTokenizer {
@@ -32,6 +35,9 @@ public:
     bool failed() const { return m_failed; }
     // The line number (from 1) of the last line read, for messages.
     size_t line() const { return m_line; }
+    // The text before `position` (in the last tag read) is no longer needed, nor any tag read before the
+    // last; the feed may drop it when more text arrives.
+    void keepFrom(const char* position);
 
 private:
     bool nextPlain(DxfTag& tag);
@@ -41,6 +47,7 @@ private:
     std::string_view m_text;
     DxfTextFeed* m_feed;
     size_t m_pos = 0;
+    size_t m_keep = 0;  // what lies before this offset of m_text is no longer needed
     size_t m_line = 0;
     bool m_failed = false;
 };
