@@ -68,33 +68,8 @@ bool DxfTokenizer::readLine(std::string_view& line) {
     return true;
 }
 
-// Most tags are a code of a few digits (blank-padded) and a short value, both wholly in the text that has
-// arrived: they are read in one pass. Anything else takes the general way below.
-bool DxfTokenizer::nextPlain(DxfTag& tag) {
-    const char* p = m_text.data() + m_pos;
-    const char* const end = m_text.data() + m_text.size();
-    while (p < end && *p == ' ') ++p;
-    const char* const digits = p;
-    int code = 0;
-    while (p < end && *p >= '0' && *p <= '9' && p - digits < 5) code = code * 10 + (*p++ - '0');
-    if (p == digits || code > 32767) return false;
-    if (p < end && *p == '\r') ++p;
-    if (p >= end || *p != '\n') return false;
-    const char* const value = ++p;
-    while (p < end && *p != '\n') ++p;
-    if (p >= end) return false;
-    size_t length = static_cast<size_t>(p - value);
-    if (length > 0 && value[length - 1] == '\r') --length;
-    tag.code = code;
-    tag.value = std::string_view(value, length);
-    m_pos = static_cast<size_t>(p + 1 - m_text.data());
-    m_line += 2;
-    return true;
-}
-
-bool DxfTokenizer::next(DxfTag& tag) {
+bool DxfTokenizer::nextGeneral(DxfTag& tag) {
     if (m_failed) return false;
-    if (nextPlain(tag)) return true;
     std::string_view codeLine;
     if (!readLine(codeLine)) return false;
     long long code;

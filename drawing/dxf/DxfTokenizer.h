@@ -41,6 +41,7 @@ public:
 
 private:
     bool nextPlain(DxfTag& tag);
+    bool nextGeneral(DxfTag& tag);
     bool readLine(std::string_view& line);
     bool moreText();
 
@@ -51,6 +52,35 @@ private:
     size_t m_line = 0;
     bool m_failed = false;
 };
+
+// Most tags are a code of a few digits (blank-padded) and a short value, both wholly in the text that has
+// arrived: they are read in one pass, here where the loader can inline it (a drawing has millions of tags).
+// Anything else takes nextGeneral().
+inline bool DxfTokenizer::nextPlain(DxfTag& tag) {
+    const char* p = m_text.data() + m_pos;
+    const char* const end = m_text.data() + m_text.size();
+    while (p < end && *p == ' ') ++p;
+    const char* const digits = p;
+    int code = 0;
+    while (p < end && *p >= '0' && *p <= '9' && p - digits < 5) code = code * 10 + (*p++ - '0');
+    if (p == digits || code > 32767) return false;
+    if (p < end && *p == '\r') ++p;
+    if (p >= end || *p != '\n') return false;
+    const char* const value = ++p;
+    while (p < end && *p != '\n') ++p;
+    if (p >= end) return false;
+    size_t length = static_cast<size_t>(p - value);
+    if (length > 0 && value[length - 1] == '\r') --length;
+    tag.code = code;
+    tag.value = std::string_view(value, length);
+    m_pos = static_cast<size_t>(p + 1 - m_text.data());
+    m_line += 2;
+    return true;
+}
+
+inline bool DxfTokenizer::next(DxfTag& tag) {
+    return (!m_failed && nextPlain(tag)) || nextGeneral(tag);
+}
 
 // Values of tags, read without regard to the locale; blanks around a number are allowed. A real must be
 // finite.
