@@ -15,10 +15,18 @@ bool isPointStart(int code) {
 
 } // namespace
 
+// Names come in the same order object after object (an entity's applications, say): the search starts
+// behind the name found last, where the next one mostly is.
 const CString& DxfNames::name(std::string_view bytes) {
-    for (const Recent& recent : m_recent)
-        if (recent.name != nullptr && recent.bytes == bytes) return *recent.name;
+    for (size_t i = 1; i <= m_recent.size(); ++i) {
+        const size_t slot = (m_lastFound + i) % m_recent.size();
+        if (m_recent[slot].name != nullptr && m_recent[slot].bytes == bytes) {
+            m_lastFound = slot;
+            return *m_recent[slot].name;
+        }
+    }
     Recent& replaced = m_recent[m_next];
+    m_lastFound = m_next;
     m_next = (m_next + 1) % m_recent.size();
     replaced.bytes = bytes;
     replaced.name = &m_pool.intern(m_decoder.decode(bytes).view());

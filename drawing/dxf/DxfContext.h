@@ -49,7 +49,8 @@ private:
     AcDbNamePool& m_pool;
     const DxfTextDecoder& m_decoder;
     std::array<Recent, 16> m_recent;
-    size_t m_next = 0;
+    size_t m_next = 0;       // the slot that a new name takes
+    size_t m_lastFound = 0;  // the slot of the name given last
 };
 
 // The groups of a record that every object has, and where its xdata begins.

@@ -62,7 +62,8 @@ inline bool DxfTokenizer::nextPlain(DxfTag& tag) {
     while (p < end && *p == ' ') ++p;
     const char* const digits = p;
     int code = 0;
-    while (p < end && *p >= '0' && *p <= '9' && p - digits < 5) code = code * 10 + (*p++ - '0');
+    const char* const digitsEnd = end - p > 5 ? p + 5 : end;
+    while (p < digitsEnd && static_cast<unsigned char>(*p - '0') < 10) code = code * 10 + (*p++ - '0');
     if (p == digits || code > 32767) return false;
     if (p < end && *p == '\r') ++p;
     if (p >= end || *p != '\n') return false;

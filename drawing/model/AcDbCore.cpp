@@ -3,7 +3,22 @@
 
 #include "drawing/model/AcDbObject.h"
 
+#include <array>
+#include <type_traits>
+
 namespace {
+
+// The value of each byte as a hexadecimal digit, or -1: handles are read by the hundred thousand.
+constexpr auto kHexDigits = [] {
+    std::array<signed char, 256> digits{};
+    digits.fill(-1);
+    for (int i = 0; i < 10; ++i) digits[static_cast<size_t>('0' + i)] = static_cast<signed char>(i);
+    for (int i = 0; i < 6; ++i) {
+        digits[static_cast<size_t>('A' + i)] = static_cast<signed char>(10 + i);
+        digits[static_cast<size_t>('a' + i)] = static_cast<signed char>(10 + i);
+    }
+    return digits;
+}();
 
 template <typename Char>
 bool parseHex(std::basic_string_view<Char> text, std::uint64_t& value) {
@@ -12,18 +27,15 @@ bool parseHex(std::basic_string_view<Char> text, std::uint64_t& value) {
     while (first < last && (text[first] == ' ' || text[first] == '\t')) ++first;
     while (last > first && (text[last - 1] == ' ' || text[last - 1] == '\t' || text[last - 1] == '\r')) --last;
     if (first == last) return false;
+    // Leading zeros do not count towards the sixteen digits a handle may have.
+    while (first + 1 < last && text[first] == '0') ++first;
+    if (last - first > 16) return false;
     std::uint64_t result = 0;
-    int significant = 0;
     for (size_t i = first; i < last; ++i) {
-        const auto ch = static_cast<char32_t>(text[i]);
-        unsigned digit;
-        if (ch >= '0' && ch <= '9') digit = ch - '0';
-        else if (ch >= 'A' && ch <= 'F') digit = ch - 'A' + 10;
-        else if (ch >= 'a' && ch <= 'f') digit = ch - 'a' + 10;
-        else return false;
-        if (result != 0 || digit != 0) ++significant;
-        if (significant > 16) return false;
-        result = (result << 4) | digit;
+        const auto ch = static_cast<std::make_unsigned_t<Char>>(text[i]);
+        const int digit = ch < kHexDigits.size() ? kHexDigits[ch] : -1;
+        if (digit < 0) return false;
+        result = (result << 4) | static_cast<unsigned>(digit);
     }
     value = result;
     return true;

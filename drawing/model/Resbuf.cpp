@@ -3,19 +3,15 @@
 
 #include "support/Format.h"
 
+#include <array>
 #include <cstring>
 
 static_assert(sizeof(ResItem) == 32, "an item should stay as small as a point and its code");
 
-RbKind RbKindOf(int code) {
-    switch (code) {
-    case RTREAL: case RTANG: return RbKind::Real;
-    case RTPOINT: case RT3DPOINT: return RbKind::Point;
-    case RTSHORT: return RbKind::Int16;
-    case RTLONG: return RbKind::Int32;
-    case RTSTR: return RbKind::Text;
-    default: break;
-    }
+namespace {
+
+// The kind of a DXF group code, by its range.
+constexpr RbKind kindOfGroupCode(int code) {
     if (code >= 10 && code <= 37) return RbKind::Point;
     if (code == 38 || code == 39) return RbKind::Real;  // elevation and thickness
     if (code >= 40 && code <= 59) return RbKind::Real;
@@ -37,6 +33,26 @@ RbKind RbKindOf(int code) {
     if (code >= 1060 && code <= 1070) return RbKind::Int16;
     if (code == 1071) return RbKind::Int32;
     return RbKind::Text;
+}
+
+// Every item of every drawing asks for its kind: group codes are looked up, not compared range by range.
+constexpr auto kGroupCodeKinds = [] {
+    std::array<RbKind, 1072> kinds{};
+    for (size_t code = 0; code < kinds.size(); ++code) kinds[code] = kindOfGroupCode(static_cast<int>(code));
+    return kinds;
+}();
+
+} // namespace
+
+RbKind RbKindOf(int code) {
+    if (code >= 0 && code < static_cast<int>(kGroupCodeKinds.size())) return kGroupCodeKinds[static_cast<size_t>(code)];
+    switch (code) {
+    case RTREAL: case RTANG: return RbKind::Real;
+    case RTPOINT: case RT3DPOINT: return RbKind::Point;
+    case RTSHORT: return RbKind::Int16;
+    case RTLONG: return RbKind::Int32;
+    default: return RbKind::Text;
+    }
 }
 
 resbuf* acutNewRb(int restype) {
