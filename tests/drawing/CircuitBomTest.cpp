@@ -180,13 +180,7 @@ TEST(CircuitMarkerTest, SmallCircleOfDiameterOne) {
     // and keeps it as it is in a later one, where it is then no marker.
     for (const auto& [file, marker] : {std::pair{"oldmarker_r12.dxf", true}, {"oldmarker_r2000.dxf", false}}) {
         const auto db = ReadFixture(file);
-        ASSERT_NE(db, nullptr) << file;
-        AcDbBlockTable* table = nullptr;
-        ASSERT_EQ(db->getBlockTable(table, AcDb::kForRead), Acad::eOk);
-        AcDbObjectId block;
-        table->getAt(u"CIR", block);
-        table->close();
-        const auto inside = EntitiesOf(block);
+        const auto inside = BlockEntities(db.get(), u"CIR");
         ASSERT_EQ(inside.size(), 1u) << file;
         EXPECT_EQ(QxIsCircuitMarker(inside[0], centre), marker) << file;
         AcDbExtents extents;
