@@ -11,11 +11,9 @@
 namespace {
 
 struct PartSpec {
-    PartSpec(CString t, CString n, CString c, CString k = {}) : type(t), name(n), count(c), code(k) {}
-    CString type, name, count, code;
+    CString type, name, count, code = {};
 };
 struct RowSpec {
-    RowSpec(CString n, CString t, CString c) : name(n), type(t), count(c) {}
     CString name, type, count;
 };
 

@@ -114,7 +114,7 @@ TEST(AcDbDictionaryTest, LooksUpIgnoringCaseButNotBlanksAndKeepsOrder) {
     EXPECT_EQ(FromRbChain(ResbufPtr(chain).get()), (ResItems{ResItem::text(1, u"x")}));
 }
 
-TEST(ResbufTest, ChainsKeepEveryKindOfValue) {
+TEST(ResbufTest, ChainsKeepEveryKindOfValueAndItemsCopyAndMoveTextOfAnyLength) {
     const ResItems items{ResItem::text(1, u"文字"), ResItem::real(40, 2.5), ResItem::point(10, {1, 2, 3}),
                          ResItem::integer(70, -3), ResItem::integer(90, 100000), ResItem::integer(160, 1LL << 40),
                          ResItem::text(330, u"1F")};
@@ -124,21 +124,20 @@ TEST(ResbufTest, ChainsKeepEveryKindOfValue) {
     EXPECT_EQ(FromRbChain(chain.get()), items);
     EXPECT_EQ(ToRbChain({}), nullptr);
     EXPECT_EQ(acutRelRb(nullptr), RTNORM);
-}
 
-TEST(ResbufTest, ItemsCopyAndMoveTextOfAnyLength) {
+    // Items copy and move text of any length.
     const CString longText(u'长', 300);
-    ResItems items{ResItem::text(1, longText), ResItem::text(1000, u"12 units ok!"), ResItem::text(1000, u"13 units ok!!"),
-                   ResItem::real(38, 1.5)};
-    ResItems copy = items;
-    items[0] = ResItem::text(1, u"short");
-    items[1] = items[2];
-    items[2] = std::move(items[3]);
+    ResItems texts{ResItem::text(1, longText), ResItem::text(1000, u"12 units ok!"),
+                   ResItem::text(1000, u"13 units ok!!"), ResItem::real(38, 1.5)};
+    ResItems copy = texts;
+    texts[0] = ResItem::text(1, u"short");
+    texts[1] = texts[2];
+    texts[2] = std::move(texts[3]);
     EXPECT_EQ(copy[0].asText(), longText);
     EXPECT_EQ(copy[1].textView(), u"12 units ok!");
     EXPECT_EQ(copy[2].textView(), u"13 units ok!!");
-    EXPECT_EQ(items[1], copy[2]);
-    EXPECT_EQ(items[2], ResItem::real(38, 1.5));
+    EXPECT_EQ(texts[1], copy[2]);
+    EXPECT_EQ(texts[2], ResItem::real(38, 1.5));
     EXPECT_NE(ResItem::real(40, 1.0), ResItem::integer(40, 1));
     EXPECT_EQ(ResItem::real(40, 1e300).asInteger(), 0);  // no integer value, and no overflow
     ResItems moved = std::move(copy);
