@@ -13,7 +13,7 @@ std::string extentsOf(AcDbObjectId id) { return ExtentsText(AcDbEntity::cast(id.
 
 } // namespace
 
-TEST(ExtentsTest, InsertTakesDefinitionThroughScaleRotationAndBasePoint) {
+TEST(ExtentsTest, InsertTakesDefinitionThroughScaleRotationAndBasePointArcsBulgesTextAndNestedInserts) {
     DrawingBuilder b;
     const AcDbObjectId block = b.defineBlock(u"B", {1, 1, 0});
     b.addLine({1, 1, 0}, {3, 2, 0}, block);
@@ -24,10 +24,7 @@ TEST(ExtentsTest, InsertTakesDefinitionThroughScaleRotationAndBasePoint) {
     EXPECT_EQ(extentsOf(b.addInsert(block, {0, 0, 0}, {}, {-1, 2, 1})), "-2,-1 0.5,2");
     // A quarter turn: (2, 1) relative to the base goes to (-1, 2); the circle stays round.
     EXPECT_EQ(extentsOf(b.addInsert(block, {0, 0, 0}, {}, {1, 1, 1}, AcGe::kPi / 2)), "-1,-0.5 0.5,2");
-}
 
-TEST(ExtentsTest, ArcsPolylineBulgesTextAndNestedInserts) {
-    DrawingBuilder b;
     const AcDbObjectId inner = b.defineBlock(u"INNER");
     b.addArc({0, 0, 0}, 1.0, 0.0, AcGe::kPi / 2, inner);  // first quadrant only
     EXPECT_EQ(extentsOf(b.addInsert(inner, {})), "0,0 1,1");

@@ -52,7 +52,7 @@ TEST(AcDbBlockTableTest, WalksInDrawingOrderSkippingErasedAndNeedsWriteToAppend)
     EXPECT_EQ(AcDbEntity::cast(added.objectUnchecked())->blockId(), b.modelSpace());
 }
 
-TEST(AcDbObjectTest, XDataByApplicationIgnoringCase) {
+TEST(AcDbObjectTest, XDataByApplicationIgnoringCaseAndOpeningChecksClassAndErasure) {
     DrawingBuilder b;
     const AcDbObjectId id = b.addMText(u"x", {});
     b.setXDataStrings(id, u"QX_SYMB1_TYPE", {u"断路器", u"second"});
@@ -73,26 +73,23 @@ TEST(AcDbObjectTest, XDataByApplicationIgnoringCase) {
     EXPECT_EQ(text->setXData(removal.get()), Acad::eOk);
     EXPECT_EQ(text->findXData(u"QX_SYMB1_TYPE"), nullptr);
     EXPECT_NE(text->findXData(u"OTHER"), nullptr);
-}
 
-TEST(AcDbObjectTest, OpeningChecksClassAndErasure) {
-    DrawingBuilder b;
-    const AcDbObjectId text = b.addText(u"t", {});
+    const AcDbObjectId plain = b.addText(u"t", {});
     AcDbMText* mtext = nullptr;
-    EXPECT_EQ(acdbOpenObject(mtext, text, AcDb::kForRead), Acad::eNotThatKindOfClass);
+    EXPECT_EQ(acdbOpenObject(mtext, plain, AcDb::kForRead), Acad::eNotThatKindOfClass);
     EXPECT_EQ(mtext, nullptr);
     AcDbEntity* entity = nullptr;
     EXPECT_EQ(acdbOpenAcDbEntity(entity, b.database().namedObjectsDictionaryId(), AcDb::kForRead),
               Acad::eNotThatKindOfClass);
     EXPECT_EQ(acdbOpenAcDbEntity(entity, AcDbObjectId::kNull, AcDb::kForRead), Acad::eNullObjectId);
-    b.erase(text);
-    EXPECT_EQ(acdbOpenAcDbEntity(entity, text, AcDb::kForRead), Acad::eWasErased);
-    EXPECT_EQ(acdbOpenAcDbEntity(entity, text, AcDb::kForRead, true), Acad::eOk);
+    b.erase(plain);
+    EXPECT_EQ(acdbOpenAcDbEntity(entity, plain, AcDb::kForRead), Acad::eWasErased);
+    EXPECT_EQ(acdbOpenAcDbEntity(entity, plain, AcDb::kForRead, true), Acad::eOk);
     // An attribute definition is text.
     EXPECT_NE(AcDbText::cast(b.addAttributeDefinition(u"TAG", u"v", {}).objectUnchecked()), nullptr);
 }
 
-TEST(AcDbDictionaryTest, LooksUpIgnoringCaseButNotBlanksAndKeepsOrder) {
+TEST(AcDbDictionaryTest, LooksUpIgnoringCaseButNotBlanksAndKeepsOrderAtAnySize) {
     DrawingBuilder b;
     const AcDbObjectId owner = b.addMText(u"cell", {});
     b.addTextXrecord(owner, u"Second", {u"x"});
@@ -112,6 +109,23 @@ TEST(AcDbDictionaryTest, LooksUpIgnoringCaseButNotBlanksAndKeepsOrder) {
     resbuf* chain = nullptr;
     ASSERT_EQ(AcDbXrecord::cast(object)->rbChain(chain), Acad::eOk);
     EXPECT_EQ(FromRbChain(ResbufPtr(chain).get()), (ResItems{ResItem::text(1, u"x")}));
+
+    // Large dictionaries look up as small ones.
+    const AcDbObjectId manyId = b.namedDictionary(u"MANY");
+    auto* many = AcDbDictionary::cast(manyId.objectUnchecked());
+    std::vector<AcDbObjectId> records;
+    for (int i = 0; i < 40; ++i) records.push_back(b.addXrecordTo(manyId, QxFormat(u"Entry%d", i), {}));
+    // A name given again replaces the entry's object; another case of a name finds the first entry.
+    const AcDbObjectId replaced = b.addXrecordTo(manyId, u"ENTRY7", {});
+    many->addEntry(u"entry8", records[0]);
+    EXPECT_EQ(many->numEntries(), 41u);
+    for (int i = 0; i < 40; ++i) {
+        AcDbObjectId id;
+        ASSERT_EQ(many->getAt(QxFormat(u"entry%d", i), id), Acad::eOk) << i;
+        EXPECT_EQ(id, i == 7 ? replaced : records[static_cast<size_t>(i)]) << i;
+    }
+    EXPECT_FALSE(many->has(u"Entry40"));
+    EXPECT_EQ(CString(many->entries()[7].name), u"Entry7");
 }
 
 TEST(ResbufTest, ChainsKeepEveryKindOfValueAndItemsCopyAndMoveTextOfAnyLength) {
@@ -179,23 +193,4 @@ TEST(AcDbDatabaseTest, FindsObjectsByHandleFarApartOrAtTheTopAndGivesFreshHandle
     }
     EXPECT_EQ(db.getAcDbObjectId(found, false, fresh.handle()), Acad::eOk);
     EXPECT_EQ(found, fresh);
-}
-
-TEST(AcDbDictionaryTest, LargeDictionariesLookUpAsSmallOnes) {
-    DrawingBuilder b;
-    const AcDbObjectId dictionary = b.namedDictionary(u"MANY");
-    auto* many = AcDbDictionary::cast(dictionary.objectUnchecked());
-    std::vector<AcDbObjectId> records;
-    for (int i = 0; i < 40; ++i) records.push_back(b.addXrecordTo(dictionary, QxFormat(u"Entry%d", i), {}));
-    // A name given again replaces the entry's object; another case of a name finds the first entry.
-    const AcDbObjectId replaced = b.addXrecordTo(dictionary, u"ENTRY7", {});
-    many->addEntry(u"entry8", records[0]);
-    EXPECT_EQ(many->numEntries(), 41u);
-    for (int i = 0; i < 40; ++i) {
-        AcDbObjectId id;
-        ASSERT_EQ(many->getAt(QxFormat(u"entry%d", i), id), Acad::eOk) << i;
-        EXPECT_EQ(id, i == 7 ? replaced : records[static_cast<size_t>(i)]) << i;
-    }
-    EXPECT_FALSE(many->has(u"Entry40"));
-    EXPECT_EQ(CString(many->entries()[7].name), u"Entry7");
 }

@@ -57,16 +57,13 @@ protected:
 
 } // namespace
 
-TEST(CircuitValuesTest, NumberRule) {
+TEST(CircuitValuesTest, NumberValueAndAnnotationRules) {
     EXPECT_EQ(QxCircuitNumber(u"2＠K03『x』"), u"K03(2)");
     EXPECT_EQ(QxCircuitNumber(u"K03"), u"K03");
     EXPECT_EQ(QxCircuitNumber(u"＠K03"), u"K03");
     EXPECT_EQ(QxCircuitNumber(u"2＠"), u"(2)");
     EXPECT_EQ(QxCircuitNumber(u"『x』"), u"");
     EXPECT_EQ(QxCircuitNumber(u"a＠b＠c『x『y"), u"b＠c(a)");
-}
-
-TEST(CircuitValuesTest, ValueRuleAndAnnotation) {
     EXPECT_EQ(QxCircuitValue(u"p＠v『n』"), u"v");
     EXPECT_EQ(QxCircuitValue(u"v"), u"v");
     EXPECT_EQ(QxCircuitValue(u"a＠b＠c『x『y』"), u"b＠c");
