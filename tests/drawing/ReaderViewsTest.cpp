@@ -24,7 +24,7 @@ nlohmann::json viewJson(const std::string& view, const std::string& file) {
 
 } // namespace
 
-TEST(ReaderViewsTest, EachReaderShowsItsRecordsByName) {
+TEST(ReaderViewsTest, EachReaderShowsItsRecordsByNameAndFailsWithItsStatus) {
     const auto bom = viewJson("bom", fixture("K01/K01_secondary.dwg"));
     EXPECT_EQ(bom["Path"], fixture("K01/K01_secondary.dwg"));
     ASSERT_EQ(bom["rows"].size(), 3u);
@@ -55,9 +55,8 @@ TEST(ReaderViewsTest, EachReaderShowsItsRecordsByName) {
     k02["bom"] = {bomOfK02, bomOfK02};
     EXPECT_EQ(circuits["circuits"][1], k02);
     EXPECT_EQ(circuits["circuits"][0]["SecondaryDrawings"], fixture("K01/K01_secondary.dwg"));
-}
 
-TEST(ReaderViewsTest, UnreadableDrawingsAndWrongCommandLines) {
+    // Unreadable drawings and wrong command lines.
     for (const char* view : {"bom", "title", "head", "circuits"}) {
         EXPECT_EQ(runView(std::string(view) + " '" + fixture("no_such.dwg") + "'").status, 1) << view;
         EXPECT_EQ(runView(std::string(view) + " '" + fixture("K01") + "'").status, 1) << view;
