@@ -110,21 +110,21 @@ TEST_F(CircuitBomTest, MarkerInTheDefinitionHoldsTheRecord) {
     EXPECT_EQ(bomOf(addPanel(m_panel)).text(), u"true|MARKED;|||4;|;|info;");
 }
 
-TEST_F(CircuitBomTest, EmptyMarkerEndsTheDefinition) {
+TEST_F(CircuitBomTest, EmptyMarkerEndsTheDefinitionAndWithoutOneNestedSymbolsGiveTheRows) {
     addNestedSymbol(m_panel, u"NESTED", u"N-1", u"");
     addMarker(m_panel);
     const AcDbObjectId panel = addPanel(m_panel);
     b.setXDataStrings(panel, QX_SYMB1_CODE, {u"OWN-CODE"});
     EXPECT_EQ(bomOf(panel).text(), u"false|;|OWN-CODE;|;|1;|;|");
-}
 
-TEST_F(CircuitBomTest, NestedSymbolsWithoutMarker) {
-    addNestedSymbol(m_panel, u"VS1", u"", u"断路器");
-    addNestedSymbol(m_panel, u"", u"", u"no type and no code");
-    addNestedSymbol(m_panel, u"", u"CT-1", u"");
-    const AcDbObjectId panel = addPanel(m_panel);
-    b.setXDataStrings(panel, QX_SYMB1_TYPE, {u"OWN"});
-    EXPECT_EQ(bomOf(panel).text(), u"false|VS1;;|;CT-1;|断路器;;|1;1;|;;|");
+    // Without a marker the nested symbols give the rows.
+    const AcDbObjectId unmarked = DefineSquareBlock(b, u"UNMARKED", 40);
+    addNestedSymbol(unmarked, u"VS1", u"", u"断路器");
+    addNestedSymbol(unmarked, u"", u"", u"no type and no code");
+    addNestedSymbol(unmarked, u"", u"CT-1", u"");
+    const AcDbObjectId symbols = addPanel(unmarked);
+    b.setXDataStrings(symbols, QX_SYMB1_TYPE, {u"OWN"});
+    EXPECT_EQ(bomOf(symbols).text(), u"false|VS1;;|;CT-1;|断路器;;|1;1;|;;|");
 }
 
 TEST_F(CircuitBomTest, NothingAnywhereGivesNoRowsAndTheResultTellsCircuitBlocksFromOthers) {
