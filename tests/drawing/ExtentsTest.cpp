@@ -13,7 +13,9 @@ std::string extentsOf(AcDbObjectId id) { return ExtentsText(AcDbEntity::cast(id.
 
 } // namespace
 
-TEST(ExtentsTest, InsertTakesDefinitionThroughScaleRotationAndBasePointArcsBulgesTextAndNestedInserts) {
+// Inserts measured through scale, rotation and base point; arcs, bulges, text and nested inserts; empty,
+// missing and cyclic definitions.
+TEST(ExtentsTest, InsertsArcsBulgesTextNestedAndEmptyMissingOrCyclicDefinitions) {
     DrawingBuilder b;
     const AcDbObjectId block = b.defineBlock(u"B", {1, 1, 0});
     b.addLine({1, 1, 0}, {3, 2, 0}, block);
@@ -40,10 +42,8 @@ TEST(ExtentsTest, InsertTakesDefinitionThroughScaleRotationAndBasePointArcsBulge
     // Left to right, a clockwise half circle passes above the chord and a counter-clockwise one below.
     EXPECT_EQ(extentsOf(b.addPolyline({{0, 0, -1}, {2, 0, 0}}, false)), "0,0 2,1");
     EXPECT_EQ(extentsOf(b.addPolyline({{0, 0, 1}, {2, 0, 0}}, false)), "0,-1 2,0");
-}
 
-TEST(ExtentsTest, EmptyMissingAndCyclicDefinitionsGiveNoExtents) {
-    DrawingBuilder b;
+    // Empty and missing definitions give no extents; a cycle of definitions is measured once around.
     AcDbExtents e;
     const AcDbObjectId empty = b.defineBlock(u"EMPTY");
     EXPECT_EQ(AcDbEntity::cast(b.addInsert(empty, {}).objectUnchecked())->getGeomExtents(e), Acad::eInvalidExtents);

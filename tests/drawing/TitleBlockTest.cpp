@@ -96,7 +96,9 @@ TEST(TitleCellTableTest, CellLinesHaveEightFieldsAndMarkersFrameThem) {
     EXPECT_EQ(full.Cells[99].X1, 99.0);
 }
 
-TEST_F(TitleBlockTest, TextOnAnEdgeLiesOutsideTheFirstInsideWinsAndTheFirstMatchingCellDecides) {
+// Text on a cell's edge lies outside, the first text inside wins, and the first matching cell decides;
+// blocks that are no title blocks or have no table read nothing.
+TEST_F(TitleBlockTest, CellsSearchedForTheTextsOfTitleBlocksOnly) {
     const AcDbObjectId title = addBlockWithKeys({100, 50, 0}, kAllKeys);
     // The table's items count whatever their result types.
     b.addXrecord(title, CORVANE_TITLE,
@@ -113,9 +115,8 @@ TEST_F(TitleBlockTest, TextOnAnEdgeLiesOutsideTheFirstInsideWinsAndTheFirstMatch
     AddTextRecord(b, emptyCells, CORVANE_TITLE, {u"图号|10|20|30|5|0|0|", u"图纸编号|40|20|60|5|0|0|", u"图号|10"});
     b.addText(u"in the second cell", {1050, 1010, 0});
     EXPECT_EQ(readBlock(emptyCells), u"true||");
-}
 
-TEST_F(TitleBlockTest, BlocksThatAreNoTitleBlocksOrHaveNoTableAndTheStrictTest) {
+    // Blocks that are no title blocks or have no table, and the strict test.
     // HORBEGIN_OF_TABLE alone is not enough for the reader.
     EXPECT_EQ(readBlock(addTitle({0, 0, 0}, u"N", u"M", {HORBEGIN_OF_TABLE})), u"false||");
     EXPECT_EQ(readBlock(addBlockWithKeys({0, 0, 0}, {HORSIZE_OF_DRAWING})), u"false||");
