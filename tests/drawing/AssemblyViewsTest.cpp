@@ -21,7 +21,7 @@ protected:
 
 } // namespace
 
-TEST_F(AssemblyViewsTest, ScanShowsGroupsWithDrawersInTheMachinesPaths) {
+TEST_F(AssemblyViewsTest, ScanShowsGroupsInTheMachinesPathsDeviceScansTheTopProjectPartsShowAllDrawings) {
     layOutStation();
     const ShellRun run = inspect("scan " + quoted(native("Station")));
     ASSERT_EQ(run.status, 0);
@@ -43,27 +43,7 @@ TEST_F(AssemblyViewsTest, ScanShowsGroupsWithDrawersInTheMachinesPaths) {
     EXPECT_TRUE(nlohmann::json::parse(empty.out)["groups"].empty());
     EXPECT_EQ(inspect("scan " + quoted(native("Missing"))).status, 1);
     EXPECT_EQ(inspect("scan").status, 2);
-}
 
-TEST_F(AssemblyViewsTest, PartsShowsRecordsOfAllDrawingsTogether) {
-    m_folder.writeFile("d/A.dwg", AssemblyFixture("device_a.dxf"));
-    m_folder.writeFile("d/B.dwg", AssemblyFixture("device_b.dxf"));
-    const ShellRun run = inspect("parts " + quoted(native("d/A.dwg")) + " " + quoted(native("d/none.dwg")) + " " +
-                                   quoted(native("d/B.dwg")));
-    ASSERT_EQ(run.status, 0);
-    const auto doc = nlohmann::json::parse(run.out);
-    EXPECT_EQ(doc["drawings"][1]["read"], false);
-    ASSERT_EQ(doc["parts"].size(), 3u);
-    const auto& rows = doc["parts"][0]["PartBoms"];
-    ASSERT_EQ(rows.size(), 2u);
-    EXPECT_EQ(rows[1]["Path"], native("d/B.dwg"));
-    EXPECT_EQ(rows[0]["Components"].size(), 2u);
-    EXPECT_EQ(doc["parts"][2]["Location"], "+B2");
-    EXPECT_EQ(inspect("parts " + quoted(native("d/none.dwg"))).status, 1);
-}
-
-TEST_F(AssemblyViewsTest, DeviceScansTheTopProjectAndShowsRowsAndTheFailedCheck) {
-    layOutStation();
     // A device below a sub-project: the top project's primary diagram is the one scanned.
     m_folder.writeFile("Station/Sub/Sub.itm", "$BEGIN NOTE OF PRJ\r\n$END NOTE OF PRJ\r\n$EOF");
     m_folder.writeFile("Station/Sub/K02/K02.prj", DeviceFileText("K02"));
@@ -91,4 +71,20 @@ TEST_F(AssemblyViewsTest, DeviceScansTheTopProjectAndShowsRowsAndTheFailedCheck)
 
     EXPECT_EQ(inspect("device " + quoted(native("Station/Station.itm"))).status, 1);
     EXPECT_EQ(inspect("device " + quoted(native("Station/none.prj"))).status, 1);
+
+    // The parts view shows the records of all drawings together.
+    m_folder.writeFile("d/A.dwg", AssemblyFixture("device_a.dxf"));
+    m_folder.writeFile("d/B.dwg", AssemblyFixture("device_b.dxf"));
+    const ShellRun parts = inspect("parts " + quoted(native("d/A.dwg")) + " " + quoted(native("d/none.dwg")) + " " +
+                                   quoted(native("d/B.dwg")));
+    ASSERT_EQ(parts.status, 0);
+    const auto records = nlohmann::json::parse(parts.out);
+    EXPECT_EQ(records["drawings"][1]["read"], false);
+    ASSERT_EQ(records["parts"].size(), 3u);
+    const auto& rows = records["parts"][0]["PartBoms"];
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[1]["Path"], native("d/B.dwg"));
+    EXPECT_EQ(rows[0]["Components"].size(), 2u);
+    EXPECT_EQ(records["parts"][2]["Location"], "+B2");
+    EXPECT_EQ(inspect("parts " + quoted(native("d/none.dwg"))).status, 1);
 }

@@ -22,7 +22,9 @@ protected:
 
 } // namespace
 
-TEST_F(BlockKindsTest, ClassAndExtentsComeFirst) {
+// Class and extents come first, anonymous blocks are told before symbol keys, and a second-class label wins
+// over first-class keys.
+TEST_F(BlockKindsTest, KindsAreTestedInTheirOrder) {
     EXPECT_EQ(kindOf(b.addMText(u"x", {0, 0, 0})), kNotBlockReference);
     EXPECT_EQ(QxClassifyBlock(nullptr), kNotBlockReference);
     // A definition that is flat in y gives no area, whatever the xdata says.
@@ -34,9 +36,7 @@ TEST_F(BlockKindsTest, ClassAndExtentsComeFirst) {
     EXPECT_EQ(kindOf(b.addInsert(b.defineBlock(u"EMPTY"), {0, 0, 0})), kEmptyExtents);
     // A reference to a block the drawing does not define.
     EXPECT_EQ(kindOf(b.addInsert(AcDbObjectId::kNull, {0, 0, 0})), kEmptyExtents);
-}
 
-TEST_F(BlockKindsTest, AnonymousBlocksAreToldBeforeSymbolKeys) {
     const AcDbObjectId multi = insertOf(u"*U12");
     b.setXDataStrings(multi, QX_SYMB2_MULTI, {u"1"});
     b.setXDataStrings(multi, QX_SYMB2_PART2LIB, {u"1"});
@@ -47,9 +47,7 @@ TEST_F(BlockKindsTest, AnonymousBlocksAreToldBeforeSymbolKeys) {
     const AcDbObjectId labelled = insertOf(u"*U14");
     b.setXDataStrings(labelled, QX_SYMB2_LABEL, {u"1"});
     EXPECT_EQ(kindOf(labelled), kAnonymousOther);
-}
 
-TEST_F(BlockKindsTest, SecondClassLabelWinsOverFirstClassKeys) {
     const AcDbObjectId both = insertOf(u"KA");
     b.setXDataStrings(both, QX_SYMB1_TYPE, {u"T"});
     b.setXDataStrings(both, QX_SYMB2_LABEL, {u"1"});

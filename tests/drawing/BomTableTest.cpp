@@ -51,35 +51,31 @@ protected:
 
 } // namespace
 
-TEST_F(BomTableTest, LabelAnchorReadsItsLinkedCellsCleaned) {
+TEST_F(BomTableTest, EachAnchorReadsItsLinkedCellsCleanedButATypeAnchorKeepsItsOwnText) {
     const LabelRow row = addLabelRow(u"{\\H2;1QF}", u"DZ47\\P-60", u"{\\fSimSun;微型断路器}", u"2", u"备用");
     b.setXDataStrings(row.type, QXBOM_CODE, {u"ZK-0601"});
     b.setXDataStrings(row.type, QXBOM_PRICE, {u"12.5"});
     // One blank is an empty cell, two blanks stay.
     addLabelRow(u"2QF", u"T", u" ", u"  ", u"\\H2; ", 10);
-    EXPECT_EQ(read().rows(), (std::vector<CString>{u"1QF|DZ47-60|微型断路器|2|备用|ZK-0601|12.5|Symb2|",
-                                                   u"2QF|T||  ||T||Symb2|"}));
-}
 
-TEST_F(BomTableTest, TypeAnchorKeepsItsOwnTextAsStored) {
-    const AcDbObjectId type = b.addMText(u"{\\fA;X}\\PY", {0, 0, 0});
-    const AcDbObjectId name = b.addMText(u"{\\H2;接触器}", {10, 0, 0});
-    const AcDbObjectId label = b.addMText(u"KM1", {20, 0, 0});
+    const AcDbObjectId type = b.addMText(u"{\\fA;X}\\PY", {0, 20, 0});
+    const AcDbObjectId name = b.addMText(u"{\\H2;接触器}", {10, 20, 0});
+    const AcDbObjectId label = b.addMText(u"KM1", {20, 20, 0});
     b.setXDataStrings(type, QXBOM_TYPE, {u""});
     b.setXDataStrings(type, QXBOM_PRICE, {u"30"});
     link(type, QXBOM_TYPE_NAMEHANDLE, name, QXBOM_NAME_TYPEHANDLE);
     link(type, QXBOM_TYPE_LABELHANDLE, label, QXBOM_LABEL_TYPEHANDLE);
-    // Braces and codes stay; only paragraph breaks go. Without a code, the type stands in.
-    EXPECT_EQ(read().rows(), (std::vector<CString>{u"KM1|{\\fA;X}Y|接触器|||{\\fA;X}Y|30|Symb1|"}));
-}
 
-TEST_F(BomTableTest, ACellWithBothKeysIsALabelAnchorAndATypeCellReachedFromALabelIsCleaned) {
-    const LabelRow row = addLabelRow(u"1KA", u"{\\fA;X}", u"继电器", u"1", u" ");
-    b.setXDataStrings(row.type, QXBOM_TYPE, {u""});
-    const LabelRow both = addLabelRow(u"1HD", u"AD16", u"指示灯", u"1", u"", 10);
+    // A cell with both keys is a label anchor; a type anchor reached from a label is cleaned, and having
+    // no name link of its own kind it reaches the label by its back link.
+    const LabelRow typed = addLabelRow(u"1KA", u"{\\fA;X}", u"继电器", u"1", u" ", 30);
+    b.setXDataStrings(typed.type, QXBOM_TYPE, {u""});
+    const LabelRow both = addLabelRow(u"1HD", u"AD16", u"指示灯", u"1", u"", 40);
     b.setXDataStrings(both.label, QXBOM_TYPE, {u""});
-    // The type anchor has no name link of its own kind; it reaches the label by its back link.
-    EXPECT_EQ(read().rows(), (std::vector<CString>{u"1KA|X|继电器|1||X||Symb2|", u"1KA|{\\fA;X}||||{\\fA;X}||Symb1|",
+    // The type anchor's braces and codes stay; only paragraph breaks go. Without a code, the type stands in.
+    EXPECT_EQ(read().rows(), (std::vector<CString>{u"1QF|DZ47-60|微型断路器|2|备用|ZK-0601|12.5|Symb2|",
+                                                   u"2QF|T||  ||T||Symb2|", u"KM1|{\\fA;X}Y|接触器|||{\\fA;X}Y|30|Symb1|",
+                                                   u"1KA|X|继电器|1||X||Symb2|", u"1KA|{\\fA;X}||||{\\fA;X}||Symb1|",
                                                    u"1HD|AD16|指示灯|1||AD16||Symb2|"}));
 }
 
@@ -134,14 +130,7 @@ TEST_F(BomTableTest, RowsComeInDrawingOrderFromModelSpaceOnly) {
     EXPECT_EQ(read().rows(), (std::vector<CString>{u"2|T2|N2|1||T2||Symb2|", u"1|T1|N1|1||T1||Symb2|"}));
 }
 
-TEST_F(BomTableTest, DrawingThatDoesNotOpenGivesFalse) {
-    BomColumnsRead c;
-    EXPECT_FALSE(QxGetDwgBomRows(u"\\no\\such\\drawing.dwg", c.names, c.types, c.counts, c.codes, c.prices, c.kinds,
-                                 c.labels, c.notes, c.extras));
-    EXPECT_EQ(c.size(), 0);
-}
-
-TEST(BomOfDwgTest, FreeingEmptiesTheList) {
+TEST(BomOfDwgTest, FreeingEmptiesTheListAndADrawingThatDoesNotOpenGivesNoRows) {
     CBomOfDwgArray list;
     for (int i = 0; i < 3; ++i) {
         auto* bom = new CBomOfDwg;
@@ -153,4 +142,9 @@ TEST(BomOfDwgTest, FreeingEmptiesTheList) {
     EXPECT_TRUE(list.IsEmpty());
     QxFreeBomOfDwgs(list);
     EXPECT_TRUE(list.IsEmpty());
+
+    BomColumnsRead c;
+    EXPECT_FALSE(QxGetDwgBomRows(u"\\no\\such\\drawing.dwg", c.names, c.types, c.counts, c.codes, c.prices, c.kinds,
+                                 c.labels, c.notes, c.extras));
+    EXPECT_EQ(c.size(), 0);
 }

@@ -54,24 +54,11 @@ CString polylineText(const AcDbPolyline& line) {
     return CString(text.str());
 }
 
-AcDbObjectId blockNamed(AcDbDatabase* database, const CString& name) {
-    AcDbBlockTable* table = nullptr;
-    AcDbObjectId id;
-    if (database->getBlockTable(table, AcDb::kForRead) != Acad::eOk) return id;
-    table->getAt(name, id);
-    table->close();
-    return id;
-}
-
 std::vector<const AcDbPolyline*> markersOf(AcDbDatabase* database, const CString& block) {
     std::vector<const AcDbPolyline*> markers;
-    AcDbObjectPointer<AcDbBlockTableRecord> record(blockNamed(database, block), AcDb::kForRead);
-    if (!record) return markers;
-    for (AcDbObjectId id : record->entityIds()) {
-        AcDbEntity* entity = AcDbEntity::cast(id.objectUnchecked());
-        AcGePoint3d centre;
+    AcGePoint3d centre;
+    for (AcDbEntity* entity : BlockEntities(database, block))
         if (QxIsCircuitMarker(entity, centre)) markers.push_back(AcDbPolyline::cast(entity));
-    }
     return markers;
 }
 
@@ -221,10 +208,19 @@ TEST_F(AssemblyTest, CircuitsSharingABlockKeepTheirNestedPartsInEveryScan) {
     }
 }
 
-TEST_F(AssemblyTest, FolderWithoutOneDrawingKeepsTheGroupsOfTheLastScanAnUnreadableOneEmptiesThem) {
+TEST_F(AssemblyTest, ScanKeepsTheHostsStateAndAFolderWithoutOneDrawingKeepsTheGroupsOfTheLastScan) {
     layOutStation();
+    // The primary drawing open in another document, the working database elsewhere: both stay as they are.
+    AcApDocument* untitled = acDocManagerPtr()->curDocument();
+    ASSERT_NE(acDocManagerPtr()->openDocument(station() + u"一次系统图.dwg"), nullptr);
+    acDocManagerPtr()->setCurDocument(untitled, AcAp::kNone, true);
+    AcDbDatabase elsewhere;
+    acdbHostApplicationServices()->setWorkingDatabase(&elsewhere);
     QxScanPrimaryDiagram(station());
     ASSERT_EQ(g_arrReferGroups.GetSize(), 6);
+    EXPECT_EQ(acDocManagerPtr()->curDocument(), untitled);
+    EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), &elsewhere);
+    acdbHostApplicationServices()->setWorkingDatabase(nullptr);
     CReferSourceGroupInfo* const kept = g_arrReferGroups[0];
 
     m_folder.makeFolder("Empty");
@@ -241,31 +237,14 @@ TEST_F(AssemblyTest, FolderWithoutOneDrawingKeepsTheGroupsOfTheLastScanAnUnreada
 
     // An unreadable primary drawing empties the arrays and restores everything.
     acDocManagerPtr()->reset();
-    AcApDocument* untitled = acDocManagerPtr()->curDocument();
+    AcApDocument* fresh = acDocManagerPtr()->curDocument();
     m_folder.writeFile("Broken/broken.dwg", "AC1032 binary junk\0\x01\x02");
     QxScanPrimaryDiagram(m_folder.logic() + u"Broken\\");
     EXPECT_TRUE(g_arrReferGroups.IsEmpty());
     EXPECT_TRUE(g_arrCircuits.IsEmpty());
-    EXPECT_EQ(acDocManagerPtr()->curDocument(), untitled);
+    EXPECT_EQ(acDocManagerPtr()->curDocument(), fresh);
     EXPECT_EQ(acDocManagerPtr()->documentCount(), 1);
-    EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), untitled->database());
-}
-
-TEST_F(AssemblyTest, ScanRestoresTheWorkingDatabaseAndCurrentDocument) {
-    layOutStation();
-    const CString primary = station() + u"一次系统图.dwg";
-    AcApDocument* untitled = acDocManagerPtr()->curDocument();
-    AcApDocument* opened = acDocManagerPtr()->openDocument(primary);
-    ASSERT_NE(opened, nullptr);
-    acDocManagerPtr()->setCurDocument(untitled, AcAp::kNone, true);
-    AcDbDatabase elsewhere;
-    acdbHostApplicationServices()->setWorkingDatabase(&elsewhere);
-
-    QxScanPrimaryDiagram(station());
-    EXPECT_EQ(g_arrReferGroups.GetSize(), 6);
-    EXPECT_EQ(acDocManagerPtr()->curDocument(), untitled);
-    EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), &elsewhere);
-    acdbHostApplicationServices()->setWorkingDatabase(nullptr);
+    EXPECT_EQ(acdbHostApplicationServices()->workingDatabase(), fresh->database());
 }
 
 TEST_F(AssemblyTest, ReferDrawingNeedsOneExistingFile) {

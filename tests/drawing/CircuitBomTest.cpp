@@ -110,21 +110,21 @@ TEST_F(CircuitBomTest, MarkerInTheDefinitionHoldsTheRecord) {
     EXPECT_EQ(bomOf(addPanel(m_panel)).text(), u"true|MARKED;|||4;|;|info;");
 }
 
-TEST_F(CircuitBomTest, EmptyMarkerEndsTheDefinition) {
+TEST_F(CircuitBomTest, EmptyMarkerEndsTheDefinitionAndWithoutOneNestedSymbolsGiveTheRows) {
     addNestedSymbol(m_panel, u"NESTED", u"N-1", u"");
     addMarker(m_panel);
     const AcDbObjectId panel = addPanel(m_panel);
     b.setXDataStrings(panel, QX_SYMB1_CODE, {u"OWN-CODE"});
     EXPECT_EQ(bomOf(panel).text(), u"false|;|OWN-CODE;|;|1;|;|");
-}
 
-TEST_F(CircuitBomTest, NestedSymbolsWithoutMarker) {
-    addNestedSymbol(m_panel, u"VS1", u"", u"断路器");
-    addNestedSymbol(m_panel, u"", u"", u"no type and no code");
-    addNestedSymbol(m_panel, u"", u"CT-1", u"");
-    const AcDbObjectId panel = addPanel(m_panel);
-    b.setXDataStrings(panel, QX_SYMB1_TYPE, {u"OWN"});
-    EXPECT_EQ(bomOf(panel).text(), u"false|VS1;;|;CT-1;|断路器;;|1;1;|;;|");
+    // Without a marker the nested symbols give the rows.
+    const AcDbObjectId unmarked = DefineSquareBlock(b, u"UNMARKED", 40);
+    addNestedSymbol(unmarked, u"VS1", u"", u"断路器");
+    addNestedSymbol(unmarked, u"", u"", u"no type and no code");
+    addNestedSymbol(unmarked, u"", u"CT-1", u"");
+    const AcDbObjectId symbols = addPanel(unmarked);
+    b.setXDataStrings(symbols, QX_SYMB1_TYPE, {u"OWN"});
+    EXPECT_EQ(bomOf(symbols).text(), u"false|VS1;;|;CT-1;|断路器;;|1;1;|;;|");
 }
 
 TEST_F(CircuitBomTest, NothingAnywhereGivesNoRowsAndTheResultTellsCircuitBlocksFromOthers) {
@@ -180,13 +180,7 @@ TEST(CircuitMarkerTest, SmallCircleOfDiameterOne) {
     // and keeps it as it is in a later one, where it is then no marker.
     for (const auto& [file, marker] : {std::pair{"oldmarker_r12.dxf", true}, {"oldmarker_r2000.dxf", false}}) {
         const auto db = ReadFixture(file);
-        ASSERT_NE(db, nullptr) << file;
-        AcDbBlockTable* table = nullptr;
-        ASSERT_EQ(db->getBlockTable(table, AcDb::kForRead), Acad::eOk);
-        AcDbObjectId block;
-        table->getAt(u"CIR", block);
-        table->close();
-        const auto inside = EntitiesOf(block);
+        const auto inside = BlockEntities(db.get(), u"CIR");
         ASSERT_EQ(inside.size(), 1u) << file;
         EXPECT_EQ(QxIsCircuitMarker(inside[0], centre), marker) << file;
         AcDbExtents extents;

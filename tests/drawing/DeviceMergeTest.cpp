@@ -11,11 +11,9 @@
 namespace {
 
 struct PartSpec {
-    PartSpec(CString t, CString n, CString c, CString k = {}) : type(t), name(n), count(c), code(k) {}
-    CString type, name, count, code;
+    CString type, name, count, code = {};
 };
 struct RowSpec {
-    RowSpec(CString n, CString t, CString c) : name(n), type(t), count(c) {}
     CString name, type, count;
 };
 
@@ -121,7 +119,7 @@ TEST_F(DeviceMergeTest, CabinetListsOfEitherCommaMergeTheFirstGroupOnce) {
     EXPECT_EQ(merged(u"K99"), u"true|1||");
 }
 
-TEST_F(DeviceMergeTest, OwnRowsWinOverDrawerRowsAndPartsRemoveOneSecondaryRow) {
+TEST_F(DeviceMergeTest, OwnRowsWinOverDrawerRowsPartsRemoveOneSecondaryRowAndPlainGroupsAddTheirRows) {
     CReferSourceGroupInfo& group = addGroup(u"K01");
     addDrawer(group, u"1", {{u"T1", u"n1", u"2"}}, {{u"drawer", u"D", u"1"}});
     addDrawer(group, u"2", {{u"T1", u"n1", u"3"}}, {{u"drawer", u"D", u"1"}});
@@ -130,24 +128,22 @@ TEST_F(DeviceMergeTest, OwnRowsWinOverDrawerRowsAndPartsRemoveOneSecondaryRow) {
         node.m_arrSecondaryBom.Add(row(name, model, u"1"));
     // Each part added removes one row of its name and model, even one of the device's own drawings.
     EXPECT_EQ(merged(node), u"true|1|n1/T1/5;|own/O/1;n1/T1/1;");
-}
 
-TEST_F(DeviceMergeTest, WithoutOwnRowsEveryDrawerOfTheGroupAddsItsRows) {
-    CReferSourceGroupInfo& group = addGroup(u"K01", {{u"ignored", u"g", u"1"}}, {{u"ignored", u"g", u"1"}});
-    addDrawer(group, u"1", {}, {{u"a", u"A", u"2"}, {u"b", u"B", u"abc"}});
-    addDrawer(group, u"2", {}, {{u"a", u"A", u"3"}, {u"b", u"B", u"2"}});
-    // The group's own parts and rows are ignored once it has drawers; "abc" adds as 0.
-    EXPECT_EQ(merged(u"K01"), u"true|1||a/A/5;b/B/2;");
-}
+    // Without own rows every drawer of the group adds its rows; the group's own parts and rows are ignored
+    // once it has drawers; "abc" adds as 0.
+    CReferSourceGroupInfo& withDrawers = addGroup(u"K02", {{u"ignored", u"g", u"1"}}, {{u"ignored", u"g", u"1"}});
+    addDrawer(withDrawers, u"1", {}, {{u"a", u"A", u"2"}, {u"b", u"B", u"abc"}});
+    addDrawer(withDrawers, u"2", {}, {{u"a", u"A", u"3"}, {u"b", u"B", u"2"}});
+    EXPECT_EQ(merged(u"K02"), u"true|1||a/A/5;b/B/2;");
 
-TEST_F(DeviceMergeTest, PlainGroupsOfOneNameFillTheRowsOnceAndAddTheirParts) {
-    addGroup(u"K01", {{u"T1", u"n1", u"1"}}, {{u"r", u"R", u"1"}, {u"r", u"R", u"2"}});
-    addGroup(u"K01", {{u"T1", u"n1", u"2"}, {u"T2", u"n2", u"x"}, {u"T3", u"n1", u"4"}}, {{u"late", u"L", u"1"}});
-    node.m_strCirNo = u"K01";
-    // Rows of a plain group are appended as they are, without adding up. A row the add rule appends keeps
-    // its count text as it stands; another model is another row.
-    EXPECT_EQ(merged(node), u"true|1|n1/T1/3;n2/T2/x;n1/T3/4;|r/R/1;r/R/2;");
-    EXPECT_EQ(node.m_arrPrimaryBom[0], row(u"n1", u"T1", u"3", u"T1"));
+    // Plain groups of one name fill the rows once, as they are, without adding up, and add their parts. A
+    // row the add rule appends keeps its count text as it stands; another model is another row.
+    addGroup(u"K03", {{u"T1", u"n1", u"1"}}, {{u"r", u"R", u"1"}, {u"r", u"R", u"2"}});
+    addGroup(u"K03", {{u"T1", u"n1", u"2"}, {u"T2", u"n2", u"x"}, {u"T3", u"n1", u"4"}}, {{u"late", u"L", u"1"}});
+    HMProjectTree_INFO plain;
+    plain.m_strCirNo = u"K03";
+    EXPECT_EQ(merged(plain), u"true|1|n1/T1/3;n2/T2/x;n1/T3/4;|r/R/1;r/R/2;");
+    EXPECT_EQ(plain.m_arrPrimaryBom[0], row(u"n1", u"T1", u"3", u"T1"));
 }
 
 TEST_F(DeviceMergeTest, EachFailureOfTheCheckShowsItsMessageAndRaisesTheFlag) {

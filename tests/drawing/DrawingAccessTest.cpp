@@ -35,7 +35,10 @@ protected:
 
 } // namespace
 
-TEST_F(DrawingAccessTest, OpenDwgDatabaseHasThreeOutcomes) {
+TEST_F(DrawingAccessTest, OpenDwgDatabaseHasThreeOutcomesAndOtherDocumentsAreFoundAndActivated) {
+    AcApDocument* untitled = acDocManagerPtr()->curDocument();
+    ASSERT_NE(untitled, nullptr);
+    EXPECT_EQ(untitled->fileName(), u"Drawing1.dwg");
     AcDbDatabase* db = nullptr;
     EXPECT_FALSE(QxOpenDwgDatabase(path(u"a\\missing.dwg"), 1, db));
     EXPECT_EQ(db, nullptr);
@@ -47,7 +50,7 @@ TEST_F(DrawingAccessTest, OpenDwgDatabaseHasThreeOutcomes) {
 
     // Open in a document: its database comes back and the caller owns nothing.
     AcApDocument* document = acDocManagerPtr()->openDocument(path(u"a\\Primary.dwg"));
-    ASSERT_NE(document, nullptr);
+    ASSERT_EQ(acDocManagerPtr()->curDocument(), document);
     EXPECT_FALSE(QxOpenDwgDatabase(path(u"A\\PRIMARY.DWG"), 1, db));
     EXPECT_EQ(db, document->database());
     // Mode 0 compares file names alone: another folder's drawing of that name is the document's.
@@ -60,6 +63,26 @@ TEST_F(DrawingAccessTest, OpenDwgDatabaseHasThreeOutcomes) {
     QxDwgDatabase scoped(path(u"b\\primary.dwg"), 1);
     EXPECT_TRUE(scoped.isSideDatabase());
     EXPECT_TRUE(scoped);
+
+    // The document is found by its path; the other one is activated by its name.
+    EXPECT_TRUE(QxIsDwgOpen(path(u"a\\primary.DWG")));
+    EXPECT_FALSE(QxIsDwgOpen(path(u"b\\primary.dwg")));
+
+    AcApDocument* found = nullptr;
+    EXPECT_FALSE(QxFindOtherDocument(path(u"a\\Primary.dwg"), 1, found));  // it is the current one
+    QxActivateDwg(u"Drawing1.dwg");
+    EXPECT_EQ(acDocManagerPtr()->curDocument(), untitled);
+    EXPECT_EQ(acDocManagerPtr()->mdiActiveDocument(), untitled);
+    EXPECT_TRUE(QxFindOtherDocument(path(u"a\\Primary.dwg"), 1, found));
+    EXPECT_EQ(found, document);
+    EXPECT_TRUE(QxFindOtherDocument(u"X:\\elsewhere\\PRIMARY.dwg", 0, found));
+
+    QxSetVarInt(u"SDI", 1);
+    found = nullptr;
+    EXPECT_FALSE(QxFindOtherDocument(path(u"a\\Primary.dwg"), 1, found));
+    EXPECT_EQ(found, nullptr);
+    QxActivateDwg(path(u"a\\Primary.dwg"));
+    EXPECT_EQ(acDocManagerPtr()->curDocument(), untitled);  // SDI 1: nothing happens
 }
 
 // Within a command's read scope every drawing is read once; a document still wins over a kept database, a
@@ -100,32 +123,6 @@ TEST_F(DrawingAccessTest, AReadScopeReadsEachDrawingOnceAndKeepsNothingPastItsel
     const QxDwgDatabase after(path(u"b\\primary.dwg"), 1);
     EXPECT_TRUE(after.isSideDatabase());
     EXPECT_EQ(QxDrawingFilesRead() - before, 4u);
-}
-
-TEST_F(DrawingAccessTest, FindOtherDocumentAndActivate) {
-    AcApDocument* untitled = acDocManagerPtr()->curDocument();
-    ASSERT_NE(untitled, nullptr);
-    EXPECT_EQ(untitled->fileName(), u"Drawing1.dwg");
-    AcApDocument* opened = acDocManagerPtr()->openDocument(path(u"a\\Primary.dwg"));
-    ASSERT_EQ(acDocManagerPtr()->curDocument(), opened);
-    EXPECT_TRUE(QxIsDwgOpen(path(u"a\\primary.DWG")));
-    EXPECT_FALSE(QxIsDwgOpen(path(u"b\\primary.dwg")));
-
-    AcApDocument* found = nullptr;
-    EXPECT_FALSE(QxFindOtherDocument(path(u"a\\Primary.dwg"), 1, found));  // it is the current one
-    QxActivateDwg(u"Drawing1.dwg");
-    EXPECT_EQ(acDocManagerPtr()->curDocument(), untitled);
-    EXPECT_EQ(acDocManagerPtr()->mdiActiveDocument(), untitled);
-    EXPECT_TRUE(QxFindOtherDocument(path(u"a\\Primary.dwg"), 1, found));
-    EXPECT_EQ(found, opened);
-    EXPECT_TRUE(QxFindOtherDocument(u"X:\\elsewhere\\PRIMARY.dwg", 0, found));
-
-    QxSetVarInt(u"SDI", 1);
-    found = nullptr;
-    EXPECT_FALSE(QxFindOtherDocument(path(u"a\\Primary.dwg"), 1, found));
-    EXPECT_EQ(found, nullptr);
-    QxActivateDwg(path(u"a\\Primary.dwg"));
-    EXPECT_EQ(acDocManagerPtr()->curDocument(), untitled);  // SDI 1: nothing happens
 }
 
 TEST_F(DrawingAccessTest, OpenInEditorSavesInDefaultFormatAndKeepsBackupsByIsavebak) {

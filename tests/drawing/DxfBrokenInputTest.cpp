@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(DxfBrokenInputTest, BrokenFramesDoNotOpen) {
+TEST(DxfBrokenInputTest, BrokenFramesDoNotOpenAndADwgPathTakesDxfInsideOrBeside) {
     for (const char* name : {"broken_truncated.dxf", "broken_groupcode.dxf", "broken_binary.dwg", "broken_empty.dxf"}) {
         SCOPED_TRACE(name);
         Acad::ErrorStatus status;
@@ -17,6 +17,25 @@ TEST(DxfBrokenInputTest, BrokenFramesDoNotOpen) {
     Acad::ErrorStatus status;
     ReadFixture("no_such_file.dwg", &status);
     EXPECT_EQ(status, Acad::eFileNotFound);
+
+    // A ".dwg" path takes DXF text inside it, or a DXF file of that name beside it in any case.
+    std::string dxf;
+    ASSERT_TRUE(QxFs::ReadBytes(FixturePath("sample_r2018.dxf"), dxf));
+    TempFolder folder;
+    folder.writeFile("inside.dwg", dxf);
+    folder.writeFile("beside.dwg", "AC1032 binary");
+    folder.writeFile("BESIDE.DXF", dxf);
+    folder.writeFile("alone.dwg", "AC1032 binary");
+    folder.writeFile("lone.dxf", dxf);
+    AcDbDatabase db(false, true);
+    EXPECT_EQ(db.readDwgFile(folder.logic() + u"inside.dwg"), Acad::eOk);
+    EXPECT_EQ(EntitiesOf(db.modelSpaceId()).size(), 8u);
+    EXPECT_EQ(db.originalFileName(), folder.logic() + u"inside.dwg");
+    EXPECT_EQ(db.readDwgFile(folder.logic() + u"beside.dwg"), Acad::eOk);
+    EXPECT_EQ(EntitiesOf(db.modelSpaceId()).size(), 8u);
+    EXPECT_EQ(db.readDwgFile(folder.logic() + u"alone.dwg"), Acad::eBadDwgHeader);
+    EXPECT_TRUE(db.modelSpaceId().isNull());
+    EXPECT_EQ(db.readDwgFile(folder.logic() + u"lone.dwg"), Acad::eFileNotFound);
 }
 
 TEST(DxfBrokenInputTest, BadObjectsArePassedOver) {
@@ -60,27 +79,6 @@ TEST(DxfBrokenInputTest, EveryCutAndFlippedByteIsSurvived) {
             EXPECT_FALSE(db.modelSpaceId().isNull());
         }
     }
-}
-
-TEST(DxfBrokenInputTest, DwgPathTakesDxfInsideOrBeside) {
-    std::string dxf;
-    ASSERT_TRUE(QxFs::ReadBytes(FixturePath("sample_r2018.dxf"), dxf));
-    TempFolder folder;
-    folder.writeFile("inside.dwg", dxf);
-    folder.writeFile("beside.dwg", "AC1032 binary");
-    folder.writeFile("BESIDE.DXF", dxf);
-    folder.writeFile("alone.dwg", "AC1032 binary");
-    folder.writeFile("lone.dxf", dxf);
-
-    AcDbDatabase db(false, true);
-    EXPECT_EQ(db.readDwgFile(folder.logic() + u"inside.dwg"), Acad::eOk);
-    EXPECT_EQ(EntitiesOf(db.modelSpaceId()).size(), 8u);
-    EXPECT_EQ(db.originalFileName(), folder.logic() + u"inside.dwg");
-    EXPECT_EQ(db.readDwgFile(folder.logic() + u"beside.dwg"), Acad::eOk);
-    EXPECT_EQ(EntitiesOf(db.modelSpaceId()).size(), 8u);
-    EXPECT_EQ(db.readDwgFile(folder.logic() + u"alone.dwg"), Acad::eBadDwgHeader);
-    EXPECT_TRUE(db.modelSpaceId().isNull());
-    EXPECT_EQ(db.readDwgFile(folder.logic() + u"lone.dwg"), Acad::eFileNotFound);
 }
 
 TEST(DxfTextDecoderTest, CodePagesEscapesAndUtf8) {

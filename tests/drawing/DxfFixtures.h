@@ -34,6 +34,16 @@ inline std::vector<AcDbEntity*> EntitiesOf(AcDbObjectId recordId) {
     return entities;
 }
 
+// The entities of the block definition of that name, or none.
+inline std::vector<AcDbEntity*> BlockEntities(AcDbDatabase* database, const CString& name) {
+    AcDbBlockTable* table = nullptr;
+    AcDbObjectId id;
+    if (database->getBlockTable(table, AcDb::kForRead) != Acad::eOk) return {};
+    table->getAt(name, id);
+    table->close();
+    return EntitiesOf(id);
+}
+
 // The first 1000 (or other) item of an application's xdata, as text.
 inline CString FirstXDataText(const AcDbObject* object, const char16_t* app, short code = 1000) {
     const XDataApp* found = object ? object->findXData(app) : nullptr;
@@ -67,6 +77,17 @@ inline std::string PolylineText(const AcDbPolyline& line) {
         text << (i ? ";" : "") << Rounded(p.x) << "," << Rounded(p.y) << " b" << Rounded(bulge);
     }
     text << (line.isClosed() ? " closed" : " open");
+    return text.str();
+}
+
+// The vertices of a curve in space as "x,y,z", separated by ";".
+inline std::string VerticesText(const AcDbSpaceVertices& curve) {
+    std::ostringstream text;
+    for (unsigned i = 0; i < curve.numVerts(); ++i) {
+        AcGePoint3d p;
+        curve.getPointAt(i, p);
+        text << (i ? ";" : "") << Rounded(p.x) << "," << Rounded(p.y) << "," << Rounded(p.z);
+    }
     return text.str();
 }
 

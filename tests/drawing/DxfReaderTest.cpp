@@ -89,12 +89,7 @@ TEST_P(SampleDrawing, BlocksPaperSpaceAndNamedObjects) {
     ASSERT_EQ(paper.size(), 1u);
     EXPECT_EQ(CString(AcDbText::cast(paper[0])->textStringConst()), u"图纸空间");
 
-    AcDbBlockTable* table = nullptr;
-    ASSERT_EQ(db->getBlockTable(table, AcDb::kForRead), Acad::eOk);
-    AcDbObjectId circuitId;
-    ASSERT_EQ(table->getAt(u"circuit", circuitId), Acad::eOk);
-    table->close();
-    const auto inside = EntitiesOf(circuitId);
+    const auto inside = BlockEntities(db.get(), u"circuit");
     ASSERT_EQ(inside.size(), 5u);
     const auto* marker = AcDbPolyline::cast(inside[2]);
     ASSERT_NE(marker, nullptr);
@@ -147,12 +142,7 @@ TEST(DxfReaderTest, MultiLineAttributeDefinitionsSpacePolylinesAndXrecordReals) 
     auto db = ReadFixture("details_r2018.dxf", &status);
     ASSERT_EQ(status, Acad::eOk);
 
-    AcDbBlockTable* table = nullptr;
-    ASSERT_EQ(db->getBlockTable(table, AcDb::kForRead), Acad::eOk);
-    AcDbObjectId blockId;
-    ASSERT_EQ(table->getAt(u"ATTBLOCK", blockId), Acad::eOk);
-    table->close();
-    const auto inside = EntitiesOf(blockId);
+    const auto inside = BlockEntities(db.get(), u"ATTBLOCK");
     ASSERT_EQ(inside.size(), 1u);
     const auto* attdef = AcDbAttributeDefinition::cast(inside[0]);
     ASSERT_NE(attdef, nullptr);
@@ -161,38 +151,23 @@ TEST(DxfReaderTest, MultiLineAttributeDefinitionsSpacePolylinesAndXrecordReals) 
     EXPECT_EQ(attdef->position(), (AcGePoint3d{1, 2, 0}));
     EXPECT_EQ(attdef->tag(), u"备注");
 
+    // None of them is a flat polyline with its heights dropped.
     const auto model = EntitiesOf(db->modelSpaceId());
     ASSERT_EQ(model.size(), 4u);
-    // None of them is a flat polyline with its heights dropped.
-    for (size_t i = 0; i < 3; ++i) EXPECT_EQ(AcDbPolyline::cast(model[i]), nullptr) << i;
-
     const auto* space = AcDb3dPolyline::cast(model[0]);
-    ASSERT_NE(space, nullptr);
-    ASSERT_EQ(space->numVerts(), 3u);
-    AcGePoint3d p;
-    space->getPointAt(2, p);
-    EXPECT_EQ(p, (AcGePoint3d{4, 5, -6}));
+    const auto* mesh = AcDbPolygonMesh::cast(model[1]);
+    const auto* faces = AcDbPolyFaceMesh::cast(model[2]);
+    ASSERT_TRUE(space && mesh && faces);
+    EXPECT_EQ(VerticesText(*space), "0,0,0;1,2,3;4,5,-6");
     AcDbExtents e;
     ASSERT_EQ(space->getGeomExtents(e), Acad::eOk);
     EXPECT_EQ(e.minPoint(), (AcGePoint3d{0, 0, -6}));
     EXPECT_EQ(e.maxPoint(), (AcGePoint3d{4, 5, 3}));
-
-    const auto* mesh = AcDbPolygonMesh::cast(model[1]);
-    ASSERT_NE(mesh, nullptr);
-    EXPECT_EQ(mesh->mSize(), 2);
-    EXPECT_EQ(mesh->nSize(), 2);
-    ASSERT_EQ(mesh->numVerts(), 4u);
-    mesh->getPointAt(3, p);
-    EXPECT_EQ(p, (AcGePoint3d{10, 10, -4}));
-
-    const auto* faces = AcDbPolyFaceMesh::cast(model[2]);
-    ASSERT_NE(faces, nullptr);
-    ASSERT_EQ(faces->numVerts(), 3u);
-    faces->getPointAt(2, p);
-    EXPECT_EQ(p, (AcGePoint3d{2, 2, 8}));
+    EXPECT_EQ((std::pair{mesh->mSize(), mesh->nSize()}), (std::pair{2, 2}));
+    EXPECT_EQ(VerticesText(*mesh), "0,0,1;0,10,2;10,0,3;10,10,-4");
+    EXPECT_EQ(VerticesText(*faces), "0,0,7;2,0,7;2,2,8");
     ASSERT_EQ(faces->numFaces(), 1u);
-    EXPECT_EQ(faces->faceAt(0)[0], 1);
-    EXPECT_EQ(faces->faceAt(0)[2], 3);
+    EXPECT_EQ(faces->faceAt(0), (AcDbPolyFaceMesh::Face{1, 2, 3, 0}));
 
     AcDbObjectPointer<AcDbDictionary> named(db->namedObjectsDictionaryId(), AcDb::kForRead);
     AcDbObjectId details;

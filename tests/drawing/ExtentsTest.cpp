@@ -13,7 +13,9 @@ std::string extentsOf(AcDbObjectId id) { return ExtentsText(AcDbEntity::cast(id.
 
 } // namespace
 
-TEST(ExtentsTest, InsertTakesDefinitionThroughScaleRotationAndBasePoint) {
+// Inserts measured through scale, rotation and base point; arcs, bulges, text and nested inserts; empty,
+// missing and cyclic definitions.
+TEST(ExtentsTest, InsertsArcsBulgesTextNestedAndEmptyMissingOrCyclicDefinitions) {
     DrawingBuilder b;
     const AcDbObjectId block = b.defineBlock(u"B", {1, 1, 0});
     b.addLine({1, 1, 0}, {3, 2, 0}, block);
@@ -24,10 +26,7 @@ TEST(ExtentsTest, InsertTakesDefinitionThroughScaleRotationAndBasePoint) {
     EXPECT_EQ(extentsOf(b.addInsert(block, {0, 0, 0}, {}, {-1, 2, 1})), "-2,-1 0.5,2");
     // A quarter turn: (2, 1) relative to the base goes to (-1, 2); the circle stays round.
     EXPECT_EQ(extentsOf(b.addInsert(block, {0, 0, 0}, {}, {1, 1, 1}, AcGe::kPi / 2)), "-1,-0.5 0.5,2");
-}
 
-TEST(ExtentsTest, ArcsPolylineBulgesTextAndNestedInserts) {
-    DrawingBuilder b;
     const AcDbObjectId inner = b.defineBlock(u"INNER");
     b.addArc({0, 0, 0}, 1.0, 0.0, AcGe::kPi / 2, inner);  // first quadrant only
     EXPECT_EQ(extentsOf(b.addInsert(inner, {})), "0,0 1,1");
@@ -43,10 +42,8 @@ TEST(ExtentsTest, ArcsPolylineBulgesTextAndNestedInserts) {
     // Left to right, a clockwise half circle passes above the chord and a counter-clockwise one below.
     EXPECT_EQ(extentsOf(b.addPolyline({{0, 0, -1}, {2, 0, 0}}, false)), "0,0 2,1");
     EXPECT_EQ(extentsOf(b.addPolyline({{0, 0, 1}, {2, 0, 0}}, false)), "0,-1 2,0");
-}
 
-TEST(ExtentsTest, EmptyMissingAndCyclicDefinitionsGiveNoExtents) {
-    DrawingBuilder b;
+    // Empty and missing definitions give no extents; a cycle of definitions is measured once around.
     AcDbExtents e;
     const AcDbObjectId empty = b.defineBlock(u"EMPTY");
     EXPECT_EQ(AcDbEntity::cast(b.addInsert(empty, {}).objectUnchecked())->getGeomExtents(e), Acad::eInvalidExtents);

@@ -52,7 +52,7 @@ TEST(AcDbBlockTableTest, WalksInDrawingOrderSkippingErasedAndNeedsWriteToAppend)
     EXPECT_EQ(AcDbEntity::cast(added.objectUnchecked())->blockId(), b.modelSpace());
 }
 
-TEST(AcDbObjectTest, XDataByApplicationIgnoringCase) {
+TEST(AcDbObjectTest, XDataByApplicationIgnoringCaseAndOpeningChecksClassAndErasure) {
     DrawingBuilder b;
     const AcDbObjectId id = b.addMText(u"x", {});
     b.setXDataStrings(id, u"QX_SYMB1_TYPE", {u"断路器", u"second"});
@@ -73,26 +73,23 @@ TEST(AcDbObjectTest, XDataByApplicationIgnoringCase) {
     EXPECT_EQ(text->setXData(removal.get()), Acad::eOk);
     EXPECT_EQ(text->findXData(u"QX_SYMB1_TYPE"), nullptr);
     EXPECT_NE(text->findXData(u"OTHER"), nullptr);
-}
 
-TEST(AcDbObjectTest, OpeningChecksClassAndErasure) {
-    DrawingBuilder b;
-    const AcDbObjectId text = b.addText(u"t", {});
+    const AcDbObjectId plain = b.addText(u"t", {});
     AcDbMText* mtext = nullptr;
-    EXPECT_EQ(acdbOpenObject(mtext, text, AcDb::kForRead), Acad::eNotThatKindOfClass);
+    EXPECT_EQ(acdbOpenObject(mtext, plain, AcDb::kForRead), Acad::eNotThatKindOfClass);
     EXPECT_EQ(mtext, nullptr);
     AcDbEntity* entity = nullptr;
     EXPECT_EQ(acdbOpenAcDbEntity(entity, b.database().namedObjectsDictionaryId(), AcDb::kForRead),
               Acad::eNotThatKindOfClass);
     EXPECT_EQ(acdbOpenAcDbEntity(entity, AcDbObjectId::kNull, AcDb::kForRead), Acad::eNullObjectId);
-    b.erase(text);
-    EXPECT_EQ(acdbOpenAcDbEntity(entity, text, AcDb::kForRead), Acad::eWasErased);
-    EXPECT_EQ(acdbOpenAcDbEntity(entity, text, AcDb::kForRead, true), Acad::eOk);
+    b.erase(plain);
+    EXPECT_EQ(acdbOpenAcDbEntity(entity, plain, AcDb::kForRead), Acad::eWasErased);
+    EXPECT_EQ(acdbOpenAcDbEntity(entity, plain, AcDb::kForRead, true), Acad::eOk);
     // An attribute definition is text.
     EXPECT_NE(AcDbText::cast(b.addAttributeDefinition(u"TAG", u"v", {}).objectUnchecked()), nullptr);
 }
 
-TEST(AcDbDictionaryTest, LooksUpIgnoringCaseButNotBlanksAndKeepsOrder) {
+TEST(AcDbDictionaryTest, LooksUpIgnoringCaseButNotBlanksAndKeepsOrderAtAnySize) {
     DrawingBuilder b;
     const AcDbObjectId owner = b.addMText(u"cell", {});
     b.addTextXrecord(owner, u"Second", {u"x"});
@@ -112,9 +109,26 @@ TEST(AcDbDictionaryTest, LooksUpIgnoringCaseButNotBlanksAndKeepsOrder) {
     resbuf* chain = nullptr;
     ASSERT_EQ(AcDbXrecord::cast(object)->rbChain(chain), Acad::eOk);
     EXPECT_EQ(FromRbChain(ResbufPtr(chain).get()), (ResItems{ResItem::text(1, u"x")}));
+
+    // Large dictionaries look up as small ones.
+    const AcDbObjectId manyId = b.namedDictionary(u"MANY");
+    auto* many = AcDbDictionary::cast(manyId.objectUnchecked());
+    std::vector<AcDbObjectId> records;
+    for (int i = 0; i < 40; ++i) records.push_back(b.addXrecordTo(manyId, QxFormat(u"Entry%d", i), {}));
+    // A name given again replaces the entry's object; another case of a name finds the first entry.
+    const AcDbObjectId replaced = b.addXrecordTo(manyId, u"ENTRY7", {});
+    many->addEntry(u"entry8", records[0]);
+    EXPECT_EQ(many->numEntries(), 41u);
+    for (int i = 0; i < 40; ++i) {
+        AcDbObjectId id;
+        ASSERT_EQ(many->getAt(QxFormat(u"entry%d", i), id), Acad::eOk) << i;
+        EXPECT_EQ(id, i == 7 ? replaced : records[static_cast<size_t>(i)]) << i;
+    }
+    EXPECT_FALSE(many->has(u"Entry40"));
+    EXPECT_EQ(CString(many->entries()[7].name), u"Entry7");
 }
 
-TEST(ResbufTest, ChainsKeepEveryKindOfValue) {
+TEST(ResbufTest, ChainsKeepEveryKindOfValueAndItemsCopyAndMoveTextOfAnyLength) {
     const ResItems items{ResItem::text(1, u"文字"), ResItem::real(40, 2.5), ResItem::point(10, {1, 2, 3}),
                          ResItem::integer(70, -3), ResItem::integer(90, 100000), ResItem::integer(160, 1LL << 40),
                          ResItem::text(330, u"1F")};
@@ -124,21 +138,20 @@ TEST(ResbufTest, ChainsKeepEveryKindOfValue) {
     EXPECT_EQ(FromRbChain(chain.get()), items);
     EXPECT_EQ(ToRbChain({}), nullptr);
     EXPECT_EQ(acutRelRb(nullptr), RTNORM);
-}
 
-TEST(ResbufTest, ItemsCopyAndMoveTextOfAnyLength) {
+    // Items copy and move text of any length.
     const CString longText(u'长', 300);
-    ResItems items{ResItem::text(1, longText), ResItem::text(1000, u"12 units ok!"), ResItem::text(1000, u"13 units ok!!"),
-                   ResItem::real(38, 1.5)};
-    ResItems copy = items;
-    items[0] = ResItem::text(1, u"short");
-    items[1] = items[2];
-    items[2] = std::move(items[3]);
+    ResItems texts{ResItem::text(1, longText), ResItem::text(1000, u"12 units ok!"),
+                   ResItem::text(1000, u"13 units ok!!"), ResItem::real(38, 1.5)};
+    ResItems copy = texts;
+    texts[0] = ResItem::text(1, u"short");
+    texts[1] = texts[2];
+    texts[2] = std::move(texts[3]);
     EXPECT_EQ(copy[0].asText(), longText);
     EXPECT_EQ(copy[1].textView(), u"12 units ok!");
     EXPECT_EQ(copy[2].textView(), u"13 units ok!!");
-    EXPECT_EQ(items[1], copy[2]);
-    EXPECT_EQ(items[2], ResItem::real(38, 1.5));
+    EXPECT_EQ(texts[1], copy[2]);
+    EXPECT_EQ(texts[2], ResItem::real(38, 1.5));
     EXPECT_NE(ResItem::real(40, 1.0), ResItem::integer(40, 1));
     EXPECT_EQ(ResItem::real(40, 1e300).asInteger(), 0);  // no integer value, and no overflow
     ResItems moved = std::move(copy);
@@ -180,23 +193,4 @@ TEST(AcDbDatabaseTest, FindsObjectsByHandleFarApartOrAtTheTopAndGivesFreshHandle
     }
     EXPECT_EQ(db.getAcDbObjectId(found, false, fresh.handle()), Acad::eOk);
     EXPECT_EQ(found, fresh);
-}
-
-TEST(AcDbDictionaryTest, LargeDictionariesLookUpAsSmallOnes) {
-    DrawingBuilder b;
-    const AcDbObjectId dictionary = b.namedDictionary(u"MANY");
-    auto* many = AcDbDictionary::cast(dictionary.objectUnchecked());
-    std::vector<AcDbObjectId> records;
-    for (int i = 0; i < 40; ++i) records.push_back(b.addXrecordTo(dictionary, QxFormat(u"Entry%d", i), {}));
-    // A name given again replaces the entry's object; another case of a name finds the first entry.
-    const AcDbObjectId replaced = b.addXrecordTo(dictionary, u"ENTRY7", {});
-    many->addEntry(u"entry8", records[0]);
-    EXPECT_EQ(many->numEntries(), 41u);
-    for (int i = 0; i < 40; ++i) {
-        AcDbObjectId id;
-        ASSERT_EQ(many->getAt(QxFormat(u"entry%d", i), id), Acad::eOk) << i;
-        EXPECT_EQ(id, i == 7 ? replaced : records[static_cast<size_t>(i)]) << i;
-    }
-    EXPECT_FALSE(many->has(u"Entry40"));
-    EXPECT_EQ(CString(many->entries()[7].name), u"Entry7");
 }

@@ -63,6 +63,16 @@ struct PartsOf {
     }
 };
 
+// Each group's values of every key, then the values after the last line.
+std::vector<CString> groupTexts(const RecordGroups& groups, int keyCount) {
+    std::vector<CString> texts;
+    for (size_t group = 0; group <= groups.size(); ++group) {
+        texts.emplace_back();
+        for (int key = 0; key < keyCount; ++key) texts.back() += (key ? u"|" : u"") + groups.value(group, key);
+    }
+    return texts;
+}
+
 // Each device record followed by its rows.
 std::vector<CString> partsText(const CPartBomDataBaseArray& parts) {
     std::vector<CString> texts;
@@ -80,25 +90,14 @@ TEST(RecordGroupsTest, GroupsOpenAtEachLabelAndInheritWhatTheyDoNotState) {
         {u"序号:7", u"板号:B1", u"标号:1KA", u"其他:x", u"板号:B2", u"合并过的标号数组:A", u"标号:2KA", u"序号:8",
          u"合并过的标号数组:B"},
         LabelRecordKeys());
-    ASSERT_EQ(groups.size(), 3u);
     // A first line other than a label: the label is empty when the next label closes the group.
-    EXPECT_EQ(groups.value(0, kLabel), u"");
-    EXPECT_EQ(groups.value(0, kSeqNo), u"7");
-    EXPECT_EQ(groups.value(0, kBoardNo), u"B1");
-    EXPECT_EQ(groups.value(1, kLabel), u"1KA");
-    EXPECT_EQ(groups.value(1, kBoardNo), u"B2");
-    EXPECT_EQ(groups.value(1, kMergedLabels), u"A");
-    EXPECT_EQ(groups.value(2, kLabel), u"2KA");
-    EXPECT_EQ(groups.value(2, kBoardNo), u"B2");
-    EXPECT_EQ(groups.value(2, kSeqNo), u"8");
-    EXPECT_EQ(groups.lastValue(kMergedLabels), u"B");
-
+    EXPECT_EQ(groupTexts(groups, kLabelRecordKeyCount),
+              (std::vector<CString>{u"|7|B1||||||||||||||", u"1KA|7|B2|||||A|||||||||", u"2KA|8|B2|||||B|||||||||",
+                                    u"2KA|8|B2|||||B|||||||||"}));
     EXPECT_TRUE(RecordGroups({}, LabelRecordKeys()).empty());
     // A label on the last line closes the group before it and then its own.
     const RecordGroups closing({u"标号:A", u"名称:n", u"标号:B"}, ComponentRecordKeys());
-    ASSERT_EQ(closing.size(), 2u);
-    EXPECT_EQ(closing.value(1, kComponentLabel), u"B");
-    EXPECT_EQ(closing.value(1, kComponentName), u"n");
+    EXPECT_EQ(groupTexts(closing, kComponentRecordKeyCount), (std::vector<CString>{u"A|n|||", u"B|n|||", u"B|n|||"}));
 }
 
 TEST(PartRecordsTest, LabelGroupsBecomeRecordsWithTheRowsFields) {

@@ -41,14 +41,11 @@ protected:
         return panel;
     }
     void setAttributes(AcDbObjectId entity, const CircuitAttributes& a) {
-        b.setXDataStrings(entity, QX_Circuit1_No, {a.no});
-        b.setXDataStrings(entity, QX_Circuit1_GroupCode, {a.group});
-        b.setXDataStrings(entity, QX_Circuit1_Use, {a.use});
-        b.setXDataStrings(entity, QX_Circuit1_Type, {a.type});
-        b.setXDataStrings(entity, QX_Circuit1_Cir1Voltage, {a.v1});
-        b.setXDataStrings(entity, QX_Circuit1_Cir2Voltage, {a.v2});
-        b.setXDataStrings(entity, QX_Circuit1_MuXianType, {a.busbar});
-        b.setXDataStrings(entity, QX_Circuit1_TankCirNo, {a.tank});
+        for (const auto& [application, value] :
+             {std::pair{QX_Circuit1_No, a.no}, {QX_Circuit1_GroupCode, a.group}, {QX_Circuit1_Use, a.use},
+              {QX_Circuit1_Type, a.type}, {QX_Circuit1_Cir1Voltage, a.v1}, {QX_Circuit1_Cir2Voltage, a.v2},
+              {QX_Circuit1_MuXianType, a.busbar}, {QX_Circuit1_TankCirNo, a.tank}})
+            b.setXDataStrings(entity, application, {value});
     }
     void read(const CString& path = kPrimaryPath) { QxGetPrimaryCircuits(path, 1, circuits); }
     static CString handleOf(AcDbObjectId id) { return id.handle().text(); }
@@ -60,16 +57,13 @@ protected:
 
 } // namespace
 
-TEST(CircuitValuesTest, NumberRule) {
+TEST(CircuitValuesTest, NumberValueAndAnnotationRules) {
     EXPECT_EQ(QxCircuitNumber(u"2＠K03『x』"), u"K03(2)");
     EXPECT_EQ(QxCircuitNumber(u"K03"), u"K03");
     EXPECT_EQ(QxCircuitNumber(u"＠K03"), u"K03");
     EXPECT_EQ(QxCircuitNumber(u"2＠"), u"(2)");
     EXPECT_EQ(QxCircuitNumber(u"『x』"), u"");
     EXPECT_EQ(QxCircuitNumber(u"a＠b＠c『x『y"), u"b＠c(a)");
-}
-
-TEST(CircuitValuesTest, ValueRuleAndAnnotation) {
     EXPECT_EQ(QxCircuitValue(u"p＠v『n』"), u"v");
     EXPECT_EQ(QxCircuitValue(u"v"), u"v");
     EXPECT_EQ(QxCircuitValue(u"a＠b＠c『x『y』"), u"b＠c");
@@ -213,19 +207,10 @@ TEST(SecondaryDrawingListTest, MovedProjectFolderIsSearched) {
     const CString resolved = finder.Resolve(
         u"\\old\\proj\\K01\\K01二次原理图.dwg|\\old\\proj\\BESIDE.dwg|nobackslash.dwg|\\old\\missing.dwg|"
         u"\\old\\notes.txt|");
-    CStringArray pieces;
-    SplitString(resolved, u"|", pieces);
-    ASSERT_EQ(pieces.GetSize(), 6);
-    // Below the folder the first in listing order wins, its name matched ignoring case.
-    EXPECT_TRUE(pieces[0].EndsWith(u"A\\K01\\K01二次原理图.DWG")) << pieces[0];
-    EXPECT_TRUE(pieces[0].StartsWith(folder.logic()));
-    // Beside the primary drawing the file system's own matching finds the file.
-    EXPECT_EQ(pieces[1], folder.logic() + u"BESIDE.dwg");
-    EXPECT_EQ(pieces[2], u"nobackslash.dwg");
-    EXPECT_EQ(pieces[3], u"\\old\\missing.dwg");
-    // Only drawings are looked for below the folder.
-    EXPECT_EQ(pieces[4], u"\\old\\notes.txt");
-    EXPECT_EQ(pieces[5], u"");
+    // Below the folder the first in listing order wins, its name matched ignoring case. Beside the primary
+    // drawing the file system's own matching finds the file. Only drawings are looked for below the folder.
+    EXPECT_EQ(resolved, folder.logic() + u"A\\K01\\K01二次原理图.DWG|" + folder.logic() +
+                            u"BESIDE.dwg|nobackslash.dwg|\\old\\missing.dwg|\\old\\notes.txt|");
 }
 
 TEST_F(PrimaryDiagramTest, SecondaryDrawingsFollowTheProjectFolder) {
@@ -242,7 +227,7 @@ TEST_F(PrimaryDiagramTest, SecondaryDrawingsFollowTheProjectFolder) {
     k02.v2 = u"＠DC220V『" + existing + u"』";
     addCircuit(k02);
     read(folder.logic() + u"一次系统图.dwg");
-    ASSERT_EQ(circuits.GetSize(), 2);
-    EXPECT_EQ(circuits[0]->SecondaryDrawings, folder.logic() + u"K01\\K01二次原理图.dwg");
-    EXPECT_EQ(circuits[1]->SecondaryDrawings, existing);
+    std::vector<CString> drawings;
+    for (const CCir1Attrubute* c : circuits) drawings.push_back(c->SecondaryDrawings);
+    EXPECT_EQ(drawings, (std::vector<CString>{folder.logic() + u"K01\\K01二次原理图.dwg", existing}));
 }

@@ -70,12 +70,6 @@ std::string cellText(const TitleCell& cell) {
     return text.str();
 }
 
-CStringArray Items(std::initializer_list<CString> items) {
-    CStringArray out;
-    for (const CString& item : items) out.Add(item);
-    return out;
-}
-
 } // namespace
 
 TEST(TitleCellTableTest, CellLinesHaveEightFieldsAndMarkersFrameThem) {
@@ -86,13 +80,13 @@ TEST(TitleCellTableTest, CellLinesHaveEightFieldsAndMarkersFrameThem) {
     EXPECT_EQ(cellText(ParseTitleCellLine(u"图号|10|20")), "图号|10|0|0|0|0|0|20");
 
     const TitleCellTable table = ParseTitleCellTable(
-        Items({u"a|1|1|1|1|1|1|", u"$beginetitle", u"sheet|1", u"no bar", u"图号|10|20|30|5|0|0|", u"$EndTitle",
-               u"图名|1|2|3|4|0|0|"}),
+        CStringArray{u"a|1|1|1|1|1|1|", u"$beginetitle", u"sheet|1", u"no bar", u"图号|10|20|30|5|0|0|",
+                     u"$EndTitle", u"图名|1|2|3|4|0|0|"},
         {100, 50, 0});
     // Insertion point (100, 50) and cell 10|20|30|5: x from 110 to 130, y from 55 to 70.
     ASSERT_EQ(table.Cells.GetSize(), 1);
     EXPECT_EQ(cellText(table.Cells[0]), "图号|110|70|130|55|0|0|");
-    const TitleCellTable noMarkers = ParseTitleCellTable(Items({u"图号|1|2|3|4|0|0|", u"图名|1|2|3|4|0|0|"}), {});
+    const TitleCellTable noMarkers = ParseTitleCellTable(CStringArray{u"图号|1|2|3|4|0|0|", u"图名|1|2|3|4|0|0|"}, {});
     EXPECT_EQ(noMarkers.Cells.GetSize(), 2);
 
     CStringArray items;
@@ -102,7 +96,9 @@ TEST(TitleCellTableTest, CellLinesHaveEightFieldsAndMarkersFrameThem) {
     EXPECT_EQ(full.Cells[99].X1, 99.0);
 }
 
-TEST_F(TitleBlockTest, TextOnAnEdgeLiesOutsideAndTheFirstInsideWins) {
+// Text on a cell's edge lies outside, the first text inside wins, and the first matching cell decides;
+// blocks that are no title blocks or have no table read nothing.
+TEST_F(TitleBlockTest, CellsSearchedForTheTextsOfTitleBlocksOnly) {
     const AcDbObjectId title = addBlockWithKeys({100, 50, 0}, kAllKeys);
     // The table's items count whatever their result types.
     b.addXrecord(title, CORVANE_TITLE,
@@ -113,16 +109,14 @@ TEST_F(TitleBlockTest, TextOnAnEdgeLiesOutsideAndTheFirstInsideWins) {
     b.addMText(u"{\\H2;名称}", {159.9, 69.9, 0});
     // Text is taken as stored, MText is cleaned.
     EXPECT_EQ(readBlock(title), u"true|{\\H2;A-01}|名称");
-}
 
-TEST_F(TitleBlockTest, FirstMatchingCellDecidesEvenWhenEmpty) {
-    const AcDbObjectId title = addBlockWithKeys({0, 0, 0}, kAllKeys);
-    AddTextRecord(b, title, CORVANE_TITLE, {u"图号|10|20|30|5|0|0|", u"图纸编号|40|20|60|5|0|0|", u"图号|10"});
-    b.addText(u"in the second cell", {50, 10, 0});
-    EXPECT_EQ(readBlock(title), u"true||");
-}
+    // The first cell whose name matches decides, even when nothing lies in it.
+    const AcDbObjectId emptyCells = addBlockWithKeys({1000, 1000, 0}, kAllKeys);
+    AddTextRecord(b, emptyCells, CORVANE_TITLE, {u"图号|10|20|30|5|0|0|", u"图纸编号|40|20|60|5|0|0|", u"图号|10"});
+    b.addText(u"in the second cell", {1050, 1010, 0});
+    EXPECT_EQ(readBlock(emptyCells), u"true||");
 
-TEST_F(TitleBlockTest, BlocksThatAreNoTitleBlocksOrHaveNoTableAndTheStrictTest) {
+    // Blocks that are no title blocks or have no table, and the strict test.
     // HORBEGIN_OF_TABLE alone is not enough for the reader.
     EXPECT_EQ(readBlock(addTitle({0, 0, 0}, u"N", u"M", {HORBEGIN_OF_TABLE})), u"false||");
     EXPECT_EQ(readBlock(addBlockWithKeys({0, 0, 0}, {HORSIZE_OF_DRAWING})), u"false||");

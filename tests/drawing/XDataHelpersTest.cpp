@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(XDataHelpersTest, FirstItemOfTheCodeReadAsItsKind) {
+TEST(XDataHelpersTest, FirstItemOfTheCodeReadAsItsKindAndApplicationsByName) {
     DrawingBuilder b;
     const AcDbObjectId id = b.addMText(u"cell", {});
     b.setXData(id, u"QX_ALL", {ResItem::text(1000, u"first"), ResItem::text(1000, u"second"),
@@ -45,14 +45,9 @@ TEST(XDataHelpersTest, FirstItemOfTheCodeReadAsItsKind) {
     EXPECT_EQ(XDataKindOfCode(1059), XDataKind::Real);
     EXPECT_EQ(XDataKindOfCode(1060), XDataKind::Integer16);
     EXPECT_EQ(XDataKindOfCode(1072), XDataKind::Text);
-}
 
-TEST(XDataHelpersTest, HasXDataByApplicationName) {
-    DrawingBuilder b;
-    const AcDbObjectId id = b.addText(u"t", {});
-    b.setXDataStrings(id, u"X1", {u""});
-    EXPECT_TRUE(HasXData(id.objectUnchecked(), u"x1"));
-    EXPECT_FALSE(HasXData(id.objectUnchecked(), u"X2"));
-    EXPECT_FALSE(HasXData(id.objectUnchecked(), u""));
-    EXPECT_FALSE(HasXData(nullptr, u"X1"));
+    EXPECT_TRUE(HasXData(cell, u"qx_all"));
+    EXPECT_FALSE(HasXData(cell, u"QX_AL"));
+    EXPECT_FALSE(HasXData(cell, u""));
+    EXPECT_FALSE(HasXData(nullptr, u"QX_ALL"));
 }
