@@ -10,6 +10,9 @@ TEST(AcDbHandleTest, TextIsUpperHexWithoutLeadingZeros) {
     EXPECT_EQ(AcDbHandle(std::u16string_view(u"  00ff ")).value(), 0xFFu);
     EXPECT_TRUE(AcDbHandle(std::u16string_view(u"xyz")).isNull());
     EXPECT_TRUE(AcDbHandle(std::u16string_view(u"1FFFFFFFFFFFFFFFF")).isNull());  // 17 digits do not fit
+    // Sixteen digits fit, however many zeros lead them; a byte beyond ASCII is no digit.
+    EXPECT_EQ(AcDbHandle(std::u16string_view(u"000FEDCBA9876543210")).value(), 0xFEDCBA9876543210u);
+    EXPECT_TRUE(AcDbHandle(std::u16string_view(u"1\u0131")).isNull());
 
     char16_t small[3];
     EXPECT_FALSE(AcDbHandle(0xABC).getIntoAsciiBuffer(small, 3));
