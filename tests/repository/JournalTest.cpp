@@ -161,7 +161,7 @@ TEST_F(Journal, EachOperationLeavesItsLinesAndRenamingOntoAFileAsksFirst) {
     EXPECT_EQ(site.readFile("tree/dev/dev.PRJ"), "p");
     EXPECT_FALSE(site.exists("tree/notes.txt"));
     submit(*connection, "a.dwg");
-    ASSERT_TRUE(connection->SubmitRenameFile(u"a.dwg", u"b.dwg"));
+    ASSERT_TRUE(connection->SubmitRenameFile(u" a.dwg", u"b.dwg "));  // paths as typed, with blanks
     EXPECT_TRUE(site.exists("b.dwg"));
     ASSERT_TRUE(connection->SubmitNewFolder(u"", u"lib"));
     ASSERT_TRUE(connection->SubmitNewFolder(u"lib", u"sub"));
