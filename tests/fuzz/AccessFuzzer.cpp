@@ -76,7 +76,6 @@ void startWatchdog() {
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzz::SilenceHost();
     startWatchdog();
     return 0;
 }

@@ -5,11 +5,6 @@
 
 #include "drawing/access/QxDwgOpen.h"
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzz::SilenceHost();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const CString path = fuzz::WriteScratchFile("drawing.dwg", data, size);
     const QxDwgDatabase drawing(path, 1);

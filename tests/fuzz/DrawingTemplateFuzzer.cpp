@@ -121,11 +121,6 @@ void addLocation(DrawingBuilder& builder, Filler& fill) {
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzz::SilenceHost();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Filler fill(data, size);
     DrawingBuilder builder;

@@ -48,11 +48,6 @@ void readDrawing(AcDbDatabase& database) {
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzz::SilenceHost();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     QxDwgDatabase drawing(fuzz::WriteScratchFile("drawing.dwg", data, size), 1);
     if (drawing) readDrawing(*drawing.get());

@@ -1,14 +1,10 @@
 // The loopback FTP site of the repository harness.
 #include "FakeFtpSite.h"
 
+#include "tests/common/LoopbackSockets.h"
+
 #include <algorithm>
-#include <arpa/inet.h>
-#include <cstring>
-#include <netinet/in.h>
 #include <netinet/tcp.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 namespace fuzz {
 namespace {
@@ -18,58 +14,16 @@ constexpr int kWaitMs = 3000;
 // Listings are given this deep; deeper folders are empty, so that a folder that lists itself ends.
 constexpr int kListedDepth = 2;
 
-int listenOnLoopback(int& port) {
-    const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (fd < 0) return -1;
-    const int yes = 1;
-    ::setsockopt(fd, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof address;
-    if (::bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 || ::listen(fd, 8) != 0 ||
-        ::getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length) != 0) {
-        ::close(fd);
-        return -1;
-    }
-    port = ntohs(address.sin_port);
-    return fd;
-}
-
-bool readable(int fd, int waitMs) {
-    pollfd entry{fd, POLLIN, 0};
-    return ::poll(&entry, 1, waitMs) > 0;
-}
-
 // Replies go out at once: small writes left to wait for an acknowledgement cost each command 40 ms.
 int acceptWithin(int listener, int waitMs) {
-    if (listener < 0 || !readable(listener, waitMs)) return -1;
+    if (listener < 0 || !loopback::Readable(listener, waitMs)) return -1;
     const int fd = ::accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
     const int yes = 1;
     if (fd >= 0) ::setsockopt(fd, IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
     return fd;
 }
 
-void sendAll(int fd, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t sent = ::send(fd, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-        if (sent <= 0) return;
-        bytes.remove_prefix(static_cast<size_t>(sent));
-    }
-}
-
-void reply(int fd, const std::string& line) { sendAll(fd, line + "\r\n"); }
-
-std::string receiveAll(int fd) {
-    std::string bytes;
-    char buffer[4096];
-    while (readable(fd, kWaitMs)) {
-        const ssize_t got = ::recv(fd, buffer, sizeof buffer, 0);
-        if (got <= 0) break;
-        bytes.append(buffer, static_cast<size_t>(got));
-    }
-    return bytes;
-}
+void reply(int fd, const std::string& line) { loopback::SendAll(fd, line + "\r\n"); }
 
 int depthOf(const std::string& path) {
     int depth = 0;
@@ -107,7 +61,7 @@ public:
     int open() {
         close();
         int port = 0;
-        m_listener = listenOnLoopback(port);
+        m_listener = loopback::Listen(port);
         return m_listener < 0 ? 0 : port;
     }
     int connection() {
@@ -131,7 +85,7 @@ void sendOverData(int control, DataChannel& data, std::string_view bytes, const 
         reply(control, "425 no data connection");
     } else {
         reply(control, start);
-        sendAll(connection, bytes);
+        loopback::SendAll(connection, bytes);
         data.close();
         reply(control, end);
     }
@@ -141,7 +95,7 @@ void sendOverData(int control, DataChannel& data, std::string_view bytes, const 
 } // namespace
 
 FakeFtpSite::FakeFtpSite() {
-    m_listener = listenOnLoopback(m_port);
+    m_listener = loopback::Listen(m_port);
     if (m_listener >= 0) m_acceptor = std::thread([this] { acceptLoop(); });
 }
 
@@ -222,7 +176,7 @@ void FakeFtpSite::converse(int control) {
     while (!m_stopping) {
         size_t lineEnd = pending.find("\r\n");
         if (lineEnd == std::string::npos) {
-            if (!readable(control, kWaitMs)) break;
+            if (!loopback::Readable(control, kWaitMs)) break;
             const ssize_t got = ::recv(control, buffer, sizeof buffer, 0);
             if (got <= 0) break;
             pending.append(buffer, static_cast<size_t>(got));
@@ -275,7 +229,7 @@ void FakeFtpSite::converse(int control) {
                 reply(control, "425 no data connection");
             } else {
                 reply(control, "150 receiving");
-                const std::string bytes = receiveAll(connection);
+                const std::string bytes = loopback::ReceiveAll(connection, kWaitMs);
                 data.close();
                 {
                     const std::lock_guard lock(m_filesMutex);

@@ -75,6 +75,16 @@ public:
     std::optional<int> AskChoice(const CString&, const CStringArray&) override { return std::nullopt; }
 };
 
+// Set when the harness starts, before libFuzzer gives it any input.
+struct SilentHost {
+    SilentHost() {
+        static SilentOutput silent;
+        SetHostOutput(&silent);
+        static SilentPrompts prompts;
+        SetHostPrompts(&prompts);
+    }
+} const g_silentHost;
+
 } // namespace
 
 const std::string& ScratchFolder() {
@@ -126,12 +136,5 @@ void Require(bool holds, const char* promise) {
 CString ScratchLogicFolder() { return QxFs::FromNative(ScratchFolder()) + u"\\"; }
 
 void UseScratchAsInstallFolder() { SetCorvaneInstallDirOverride(ScratchLogicFolder()); }
-
-void SilenceHost() {
-    static SilentOutput silent;
-    SetHostOutput(&silent);
-    static SilentPrompts prompts;
-    SetHostPrompts(&prompts);
-}
 
 } // namespace fuzz

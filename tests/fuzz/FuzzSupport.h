@@ -1,5 +1,7 @@
 // What the harnesses share: a scratch folder of the process, the input written into it as a file, and a
-// host that shows nothing.
+// host that shows nothing (every harness has it from its start: it drops what the host would print and every
+// box it would show, and answers no question, as the harnesses run millions of inputs with nobody at the
+// terminal).
 #pragma once
 
 #include "support/CString.h"
@@ -39,9 +41,5 @@ std::vector<std::string_view> SplitSections(const uint8_t* data, size_t size, si
 
 // A broken promise of the code under test: says which and aborts, so that libFuzzer keeps the input.
 void Require(bool holds, const char* promise);
-
-// Drops what the host would print and every box it would show, and answers no question: the harnesses run
-// millions of inputs, with nobody at the terminal.
-void SilenceHost();
 
 } // namespace fuzz

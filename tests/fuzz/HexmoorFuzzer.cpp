@@ -5,11 +5,6 @@
 #include "exchange/HexmoorReader.h"
 #include "exchange/HexmoorWriter.h"
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzz::SilenceHost();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const CString path = fuzz::WriteScratchFile("Hexmoor.xml", data, size);
     CXmlDocument document;

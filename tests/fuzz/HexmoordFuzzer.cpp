@@ -9,15 +9,11 @@
 #include "centre/operations/CentreAccounts.h"
 #include "centre/server/CentreServer.h"
 #include "centre/server/StorePool.h"
+#include "tests/common/LoopbackSockets.h"
 
-#include <arpa/inet.h>
 #include <atomic>
-#include <netinet/in.h>
-#include <poll.h>
 #include <sanitizer/allocator_interface.h>
-#include <sys/socket.h>
 #include <thread>
-#include <unistd.h>
 
 namespace {
 
@@ -41,37 +37,16 @@ void countRelease(const volatile void* pointer) {
     g_live.fetch_sub(static_cast<long long>(__sanitizer_get_allocated_size(const_cast<const void*>(pointer))));
 }
 
-int connectTo(int port) {
-    const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(static_cast<uint16_t>(port));
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    if (fd >= 0 && ::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0) return fd;
-    if (fd >= 0) ::close(fd);
-    return -1;
-}
-
 // Sends the bytes and reads the reply until the server closes; gives the reply. An input may claim more
 // body than it brings: closing the sending side keeps the server from waiting for the rest. A client that
 // has closed its side gets no answer from the route handlers, only the refusals made before them, so the
 // harness's own login keeps its side open.
 std::string exchange(int port, std::string_view request, bool closeSendingSide = true) {
-    const int fd = connectTo(port);
+    const int fd = loopback::Connect(port);
     if (fd < 0) return {};
-    while (!request.empty()) {
-        const ssize_t sent = ::send(fd, request.data(), request.size(), MSG_NOSIGNAL);
-        if (sent <= 0) break;
-        request.remove_prefix(static_cast<size_t>(sent));
-    }
+    loopback::SendAll(fd, request);
     if (closeSendingSide) ::shutdown(fd, SHUT_WR);
-    std::string reply;
-    char buffer[4096];
-    for (pollfd entry{fd, POLLIN, 0}; ::poll(&entry, 1, kReplyWaitMs) > 0;) {
-        const ssize_t got = ::recv(fd, buffer, sizeof buffer, 0);
-        if (got <= 0) break;
-        reply.append(buffer, static_cast<size_t>(got));
-    }
+    const std::string reply = loopback::ReceiveAll(fd, kReplyWaitMs);
     ::close(fd);
     return reply;
 }
@@ -138,7 +113,6 @@ std::string withToken(std::string_view part) {
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzz::SilenceHost();
     // Without a session the routes behind the login would never be reached.
     fuzz::Require(!server().token().empty(), "the harness's own login gives a session");
     __sanitizer_install_malloc_and_free_hooks(countAllocation, countRelease);

@@ -4,7 +4,6 @@
 #include "settings/HistoryDataOprt.h"
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzz::SilenceHost();
     fuzz::UseScratchAsInstallFolder();
     return 0;
 }

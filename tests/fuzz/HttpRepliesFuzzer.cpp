@@ -147,7 +147,6 @@ void runEveryOperation(const CString& endpoint) {
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzz::SilenceHost();
     static FirstChoice person;
     SetHostPrompts(&person);
     server();

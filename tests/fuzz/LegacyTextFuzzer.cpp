@@ -7,19 +7,8 @@
 #include "support/Encoding.h"
 #include "support/TextFile.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <string_view>
-
-namespace {
-
-void check(bool holds, const char* what) {
-    if (holds) return;
-    std::fprintf(stderr, "broken: %s\n", what);
-    std::abort();
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     ::setenv("QXHM_CODEPAGE", "GB18030", 1);
@@ -34,10 +23,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     DecodeTextFile(bytes);
 
     const std::u16string fromUtf8 = Utf8ToUtf16(bytes);
-    if (IsValidUtf8(bytes)) check(Utf16ToUtf8(fromUtf8) == bytes, "valid UTF-8 through UTF-16 and back");
-    check(Utf8ToUtf16(Utf16ToUtf8(fromUtf8)) == fromUtf8, "decoded UTF-8 through UTF-8 and back");
+    if (IsValidUtf8(bytes)) fuzz::Require(Utf16ToUtf8(fromUtf8) == bytes, "valid UTF-8 through UTF-16 and back");
+    fuzz::Require(Utf8ToUtf16(Utf16ToUtf8(fromUtf8)) == fromUtf8, "decoded UTF-8 through UTF-8 and back");
 
     const std::u16string fromLegacy = DecodeLegacy(bytes);
-    check(DecodeLegacy(EncodeLegacy(fromLegacy)) == fromLegacy, "decoded GB18030 through GB18030 and back");
+    fuzz::Require(DecodeLegacy(EncodeLegacy(fromLegacy)) == fromLegacy, "decoded GB18030 through GB18030 and back");
     return 0;
 }

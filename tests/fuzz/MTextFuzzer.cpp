@@ -55,11 +55,6 @@ void checkCircuitValues(const CString& text) {
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzz::SilenceHost();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const CString text = CString::FromUtf8(std::string_view(reinterpret_cast<const char*>(data), size));
 

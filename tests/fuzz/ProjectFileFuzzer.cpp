@@ -27,11 +27,6 @@ PrjNoteList someNotes() {
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzz::SilenceHost();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const CString path = fuzz::WriteScratchFile(kPrjFile, data, size);
     STRUCT_PRJ_FILE file;

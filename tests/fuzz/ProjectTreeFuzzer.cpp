@@ -78,11 +78,6 @@ void checkNodes(const HMProjectTree_INFO& node, const CString& projectFolder, in
 
 } // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzz::SilenceHost();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::vector<std::string_view> files = fuzz::SplitSections(data, size, kMostFiles);
     layOut(files);

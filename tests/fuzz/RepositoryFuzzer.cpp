@@ -18,6 +18,7 @@
 #include "repository/MyFtpConnection.h"
 #include "repository/VersionFile.h"
 #include "support/FileSystem.h"
+#include "tests/common/FtpTestTimings.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -42,18 +43,6 @@ CString installFolder() {
     CString relative(kInstall.c_str());
     relative.Replace(u'/', u'\\');
     return fuzz::ScratchLogicFolder() + relative + u"\\";
-}
-
-FtpTimings quickTimings() {
-    FtpTimings timings;
-    timings.connectTimeoutMs = 3000;
-    timings.stallTimeoutMs = 5000;
-    timings.connectAttempts = 1;
-    timings.connectPauseMs = 1;
-    timings.lockPauseMs = 1;
-    timings.lockWaits = 1;
-    timings.treeFilePauseMs = 0;
-    return timings;
 }
 
 // The login file of the install folder, for the loopback site, passive, anonymous, at the site's top.
@@ -102,7 +91,7 @@ void rewriteJournal(std::string_view bytes) {
 void talkToTheSite() {
     RunSync();
     CMyFtpConnection connection(installFolder() + u"LocalData\\QxFTPLoginInfo.sys");
-    connection.SetTimings(quickTimings());
+    connection.SetTimings(LoopbackFtpTimings(3000, 5000, 1, 1, 1));
     if (!connection.ConnectServer()) return;
     connection.DownloadFolder(u"Lib", installFolder() + u"Lib");
     CString holder;
@@ -133,7 +122,6 @@ std::stringstream g_discarded;
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv) {
-    fuzz::SilenceHost();
     // qxlib tells its progress on the standard streams; libFuzzer reports through stdio.
     std::cout.rdbuf(g_discarded.rdbuf());
     std::cerr.rdbuf(g_discarded.rdbuf());

@@ -6,8 +6,6 @@
 #include "settings/ReadAworkSys.h"
 #include "settings/SettingsSession.h"
 
-#include <cstdlib>
-
 namespace {
 
 constexpr const char* kSettingsFiles[] = {
@@ -20,14 +18,14 @@ void readKinds(bool (*reader)(CKindColumns&)) {
     CKindColumns kinds;
     reader(kinds);
     const int size = kinds.GetSize();
-    if (kinds.m_arrSymbol.GetSize() != size || kinds.m_arrWidth.GetSize() != size || kinds.m_arrRest.GetSize() != size)
-        std::abort();
+    fuzz::Require(kinds.m_arrSymbol.GetSize() == size && kinds.m_arrWidth.GetSize() == size &&
+                      kinds.m_arrRest.GetSize() == size,
+                  "a kind list gives columns of one length");
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzz::SilenceHost();
     fuzz::UseScratchAsInstallFolder();
     return 0;
 }

@@ -1,5 +1,6 @@
 // File locks between two hosts: check-out, re-check-out by the holder, a forced take-over and the refused
-// check-in that follows it. The two hosts are one process acting under two identities.
+// check-in that follows it, locks taken and released by name. The two hosts are one process acting under
+// two identities.
 #include "RepositoryFixture.h"
 
 #include "support/FileUtils.h"
@@ -26,7 +27,9 @@ const char* const kBeta = "10.0.0.2(beta)";
 
 } // namespace
 
-TEST_F(FileLocks, ACheckOutFetchesAndLocksBesideTheFileTheHolderMayCheckOutAgainAndAMissingFileIsNotLocked) {
+// A check-out fetches and locks beside the file, the holder may check out again, and a missing file is not
+// locked; a forced take-over refuses the first host's check-in; taking or releasing another host's lock asks.
+TEST_F(FileLocks, ACheckOutLocksBesideTheFileAForcedTakeOverRefusesTheCheckInAndEveryOverruleAsks) {
     auto connection = client();
     ASSERT_TRUE(connection->CheckOutFile(local(), u"lib", u"a.dwg"));
     EXPECT_EQ(install.readFile("lib/a.dwg"), "v1");
@@ -46,11 +49,6 @@ TEST_F(FileLocks, ACheckOutFetchesAndLocksBesideTheFileTheHolderMayCheckOutAgain
     EXPECT_EQ(output.boxes.back().text, u"服务器上不存在<lib\\none.dwg>文件！");
     EXPECT_FALSE(site.exists("lib/none.dwg.bak"));
     EXPECT_FALSE(connection->IsCheckOutRevoked(u"lib\\none.dwg"));
-}
-
-TEST_F(FileLocks, AForcedTakeOverRefusesTheFirstHostsCheckIn) {
-    auto connection = client();
-    ASSERT_TRUE(connection->CheckOutFile(local(), u"lib", u"a.dwg"));
 
     actAs(kBeta);
     prompts.answers = {u"n"};
@@ -78,20 +76,18 @@ TEST_F(FileLocks, AForcedTakeOverRefusesTheFirstHostsCheckIn) {
     actAs(kAlpha);
     EXPECT_TRUE(connection->IsCheckOutRevoked(u"lib\\a.dwg"));
     EXPECT_EQ(output.boxes.back().text, u"文件<lib\\a.dwg>的库修改作已被强制撤销，无法入库...");
-}
 
-TEST_F(FileLocks, TakingAndReleasingALockAskBeforeOverrulingAnotherHost) {
-    auto connection = client();
-    site.writeFile("lib/junk.dwg.bak", std::string("\xff\xfe\x00junk", 7));  // a lock with junk in it
+    // Taking and releasing a lock ask before they overrule another host (a lock with junk in it).
+    site.writeFile("lib/junk.dwg.bak", std::string("\xff\xfe\x00junk", 7));
     prompts.answers = {u"n"};
     EXPECT_FALSE(connection->TakeLock(u"lib\\junk.dwg.bak"));
     EXPECT_FALSE(connection->ReleaseLock(u"lib\\junk.dwg"));
-    EXPECT_EQ(prompts.questions.size(), 2u);
+    EXPECT_EQ(prompts.questions.size(), 4u);
 
     ASSERT_TRUE(connection->TakeLock(u"lib\\mine.dwg.bak"));
     EXPECT_EQ(holder("lib/mine.dwg.bak"), kAlpha);
     ASSERT_TRUE(connection->TakeLock(u"lib\\mine.dwg.bak"));  // the holder again: no question
     EXPECT_TRUE(connection->ReleaseLock(u"lib\\mine.dwg"));
     EXPECT_FALSE(site.exists("lib/mine.dwg.bak"));
-    EXPECT_EQ(prompts.questions.size(), 2u);
+    EXPECT_EQ(prompts.questions.size(), 4u);
 }

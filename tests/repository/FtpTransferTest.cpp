@@ -1,18 +1,15 @@
 // The FTP connection against a real server: login, root folder, transfers with one reconnect, staging.
 #include "RepositoryFixture.h"
 
+#include "common/LoopbackSockets.h"
 #include "repository/FtpTransport.h"
 #include "repository/HostId.h"
 #include "support/FileSystem.h"
 
 #include <algorithm>
 #include <filesystem>
-#include <unistd.h>
-
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -73,18 +70,37 @@ TEST(FtpLoginFile, NeedsElevenLinesAndAnExistingFileThatStaysPrivate) {
     EXPECT_FALSE(ReadLoginInfo(dir.logic() + u"missing.sys", read));
 }
 
-TEST_F(FtpTransfer, ConnectsToTheRootFolderAndTellsWhenItIsMissing) {
+// One site: the root folder of the login file, names that URLs would take apart, a failed upload that says
+// which file, a stale part library lock, and a root folder that is missing.
+TEST_F(FtpTransfer, ConnectsToTheRootFolderAndTransfersNamesAsTheyAreAndSaysWhatFailed) {
     site.writeFile("lib/a.txt", "one");
-    writeLogin(u"lib");
-    EXPECT_TRUE(client()->DownloadFile(u"a.txt", install.logic() + u"got\\deep\\a.txt"));
+    writeLogin({u"lib"});
+    auto connected = client();
+    EXPECT_TRUE(connected->DownloadFile(u"a.txt", install.logic() + u"got\\deep\\a.txt"));
     EXPECT_EQ(install.readFile("got/deep/a.txt"), "one");  // missing local folders are made
+    install.writeFile("src.txt", "payload");
+    for (const char16_t* name : {u"#.txt", u"a b%20c.dwg", u"原图?.dwg"}) {
+        EXPECT_TRUE(connected->UploadFile(install.logic() + u"src.txt", name)) << CString(name);
+        EXPECT_TRUE(site.exists("lib/" + CString(name).ToUtf8())) << CString(name);
+        EXPECT_TRUE(connected->RemotePathExists(name));
+    }
+    EXPECT_FALSE(connected->RemotePathExists(u"#"));
+    EXPECT_FALSE(connected->UploadFile(install.logic() + u"src.txt", u"nosuch\\a.dwg"));
+    ASSERT_EQ(output.boxes.size(), 1u);
+    EXPECT_EQ(output.boxes[0].text, u"文件 a.dwg 上传失败，请确认是否被其它客户端用户调用！");
+    EXPECT_EQ(output.boxes[0].style, unsigned(MB_ICONWARNING));
+    // A part library lock that can be removed was stale.
+    EXPECT_FALSE(connected->IsPartLibInUse());
+    site.writeFile("lib/Part2lib/Part2Lib.ldb", "x");
+    EXPECT_FALSE(connected->IsPartLibInUse());
+    EXPECT_FALSE(site.exists("lib/Part2lib/Part2Lib.ldb"));
 
-    writeLogin(u"nosuch");
+    writeLogin({u"nosuch"});
     auto lost = connection();
     EXPECT_FALSE(lost->ConnectServer());
-    ASSERT_EQ(output.boxes.size(), 1u);
-    EXPECT_EQ(output.boxes[0].text, u"设置站点当前路径失败!\n可能原因:FTP站点中路径名nosuch不存在");
-    EXPECT_EQ(output.boxes[0].caption, u"Corvane");
+    ASSERT_EQ(output.boxes.size(), 2u);
+    EXPECT_EQ(output.boxes[1].text, u"设置站点当前路径失败!\n可能原因:FTP站点中路径名nosuch不存在");
+    EXPECT_EQ(output.boxes[1].caption, u"Corvane");
     EXPECT_FALSE(lost->IsConnected());
 }
 
@@ -99,16 +115,10 @@ TEST_F(FtpTransfer, ASiteThatIsDownOrNeverGreetsFailsTheConnectWithTheReasonOnTh
     EXPECT_TRUE(output.boxes.empty());  // a download fails silently
 
     // A socket that listens and never answers: the connection is made by the kernel, the greeting never comes.
-    const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
+    int port = 0;
+    const int listener = loopback::Listen(port);
     ASSERT_GE(listener, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    ASSERT_EQ(::bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
-    ASSERT_EQ(::listen(listener, 4), 0);
-    socklen_t length = sizeof address;
-    ::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length);
-    writeLogin(u"", ntohs(address.sin_port));
+    writeLogin({u"", port});
     auto silent = connection(oneSecondStalls());
     EXPECT_FALSE(silent->ConnectServer());
     EXPECT_FALSE(silent->IsConnected());
@@ -130,28 +140,6 @@ TEST_F(FtpTransfer, DownloadsAgainAfterTheServerWasRestarted) {
     install.writeFile("b.dwg", "b");
     EXPECT_TRUE(connected->UploadFile(install.logic() + u"b.dwg", u"b.dwg"));
     EXPECT_EQ(site.readFile("b.dwg"), "b");
-}
-
-TEST_F(FtpTransfer, NamesThatAreNotPlainInUrlsTravelAsTheyAreAndAFailedUploadSaysWhichFile) {
-    auto connected = client();
-    install.writeFile("src.txt", "payload");
-    for (const char16_t* name : {u"#.txt", u"a b%20c.dwg", u"原图?.dwg"}) {
-        EXPECT_TRUE(connected->UploadFile(install.logic() + u"src.txt", name)) << CString(name);
-        EXPECT_TRUE(site.exists(CString(name).ToUtf8())) << CString(name);
-        EXPECT_TRUE(connected->RemotePathExists(name));
-    }
-    EXPECT_FALSE(connected->RemotePathExists(u"#"));
-
-    EXPECT_FALSE(connected->UploadFile(install.logic() + u"src.txt", u"nosuch\\a.dwg"));
-    ASSERT_EQ(output.boxes.size(), 1u);
-    EXPECT_EQ(output.boxes[0].text, u"文件 a.dwg 上传失败，请确认是否被其它客户端用户调用！");
-    EXPECT_EQ(output.boxes[0].style, unsigned(MB_ICONWARNING));
-
-    // A part library lock that can be removed was stale.
-    EXPECT_FALSE(connected->IsPartLibInUse());
-    site.writeFile("Part2lib/Part2Lib.ldb", "x");
-    EXPECT_FALSE(connected->IsPartLibInUse());
-    EXPECT_FALSE(site.exists("Part2lib/Part2Lib.ldb"));
 }
 
 TEST_P(ListingServers, ListsFindsAndMakesFolders) {
@@ -222,33 +210,23 @@ TEST_F(FtpTransfer, ADownloadDroppedStalledOrEndlessFailsAndWritesNothing) {
 // Knows no passive mode: only a client that keeps to the login file's passive flag "0" gets through.
 TEST_F(FtpTransfer, LogsInAsTheUserAndKeepsToThePassiveFlag) {
     serve({"--user", "ann", "--password", "s3cret", "--refuse-pasv"});
-    const auto writeUserLogin = [this](const CString& anonymous, const CString& password, const CString& passive) {
-        FtpLoginLines lines;
-        lines[kLoginHost] = u"127.0.0.1";
-        lines[kLoginPort] = CString(std::to_string(server->port()));
-        lines[kLoginAnonymous] = anonymous;
-        lines[kLoginUser] = u"ann";
-        lines[kLoginPassword] = password;
-        lines[kLoginPassive] = passive;
-        ASSERT_TRUE(WriteLoginInfo(loginFile(), lines));
-    };
     site.writeFile("a.dwg", "a");
     install.writeFile("b.dwg", "b");
     for (const bool passive : {false, true}) {
-        writeUserLogin(u"0", u"s3cret", passive ? u"1" : u"0");
+        writeLogin({u"", 0, u"0", u"ann", u"s3cret", passive ? u"1" : u"0"});
         auto connected = client();
         EXPECT_EQ(connected->DownloadFile(u"a.dwg", install.logic() + u"a.dwg"), !passive) << passive;
         EXPECT_EQ(connected->RemotePathExists(u"a.dwg"), !passive) << passive;
     }
-    writeUserLogin(u"0", u"s3cret", u"0");
+    writeLogin({u"", 0, u"0", u"ann", u"s3cret", u"0"});
     EXPECT_TRUE(client()->UploadFile(install.logic() + u"b.dwg", u"b.dwg"));
     EXPECT_EQ(site.readFile("b.dwg"), "b");
 
-    writeUserLogin(u"0", u"wrong", u"1");
+    writeLogin({u"", 0, u"0", u"ann", u"wrong", u"1"});
     auto refused = connection();
     EXPECT_FALSE(refused->ConnectServer());
     // The anonymous flag leaves user and password out: this site has no anonymous login.
-    writeUserLogin(u"1", u"s3cret", u"1");
+    writeLogin({u"", 0, u"1", u"ann", u"s3cret", u"1"});
     EXPECT_FALSE(refused->ConnectServer());
 }
 

@@ -1,5 +1,6 @@
 // The journal protocol against a real server: the journal's birth, its growth under submits, the lock,
-// the backup that restores lost lines, and whether a client is behind.
+// the backup that restores lost lines, whether a client is behind, and sites that break during an update:
+// no staged file is left missing, and the journal on the site is never shorter than before.
 #include "RepositoryFixture.h"
 
 #include "repository/VersionFile.h"
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <sstream>
 #include <sys/wait.h>
 #include <thread>
@@ -38,8 +40,18 @@ protected:
         const int first = line.Find(u'|');
         return line.Mid(first + 1, line.Find(u'|', first + 1) - first - 1);
     }
+    // The journal's lines below the version line as "path operation; ", in their order.
+    std::string entries() const {
+        CString text;
+        const CStringArray lines = siteLines();
+        for (int i = 1; i < lines.GetSize(); ++i)
+            text += lines[i].Left(lines[i].Find(u'|')) + u" " + lines[i].Mid(lines[i].ReverseFind(u'|') + 1) + u"; ";
+        return text.ToUtf8();
+    }
 };
 
+const char16_t* const kTwoLines =
+    u"版本日期：2015,01,01,00,00,02\nb.dwg|2015,01,01,00,00,02|MOD\na.dwg|2015,01,01,00,00,01|MOD";
 
 } // namespace
 
@@ -56,23 +68,42 @@ TEST_F(Journal, TheFirstClientOfAnEmptySiteGivesItItsJournalFromItsVersionOrTheT
     EXPECT_EQ(siteLines(), CStringArray{u"版本日期：2015,03,02,09,05,07"});
 }
 
-TEST_F(Journal, GrowsWithEverySubmitUnderStampsThatNeverGoBack) {
+// One client submits until another changes the main library: it is behind until it syncs; a journal lock
+// another host left is waited for and then broken.
+TEST_F(Journal, GrowsWithEverySubmitUnderStampsThatNeverGoBackAndTellsWhenTheClientIsBehind) {
     auto connection = client();
     for (const char* name : {"a.dwg", "b.dwg", "c.dwg", "a.dwg", "d.dwg"}) submit(*connection, name, name);
+    EXPECT_EQ(entries(), "d.dwg MOD; a.dwg MOD; c.dwg MOD; b.dwg MOD; ");  // a replaced file keeps its one line
     const CStringArray lines = siteLines();
-    ASSERT_EQ(lines.GetSize(), 5);  // a replaced file keeps its one line
-    EXPECT_TRUE(lines[1].StartsWith(u"d.dwg|"));
-    EXPECT_TRUE(lines[2].StartsWith(u"a.dwg|"));
-    EXPECT_TRUE(lines[4].StartsWith(u"b.dwg|"));
     for (int i = 1; i + 1 < lines.GetSize(); ++i)
         EXPECT_GT(stampOf(lines[i]).CompareNoCase(stampOf(lines[i + 1])), 0) << lines[i] << " / " << lines[i + 1];
     EXPECT_EQ(lines[0], u"版本日期：" + stampOf(lines[1]));
     EXPECT_EQ(site.readFile("a.dwg"), "a.dwg");
-
     EXPECT_FALSE(site.exists("Server.xml.bak"));  // the journal lock is gone
     EXPECT_EQ(siteLines(u"Server.backup"), lines);  // the backup follows the journal at once
     EXPECT_EQ(clientLine(), lines[0]);  // a client in step stays in step
     EXPECT_EQ(connection->CheckClientVersion(), 0);
+    bool mainLibChanged = true;
+    EXPECT_FALSE(connection->CheckServerVersion(mainLibChanged));
+
+    // Another client changes the main library.
+    writeSite(u"Server.xml", u"版本日期：2099,01,01,00,00,00\nData\\QxMainLib.mdb|2099,01,01,00,00,00|MOD\n" + lines[1]);
+    EXPECT_EQ(connection->CheckClientVersion(), 1);
+    ASSERT_TRUE(connection->CheckServerVersion(mainLibChanged));
+    EXPECT_TRUE(mainLibChanged);
+    EXPECT_TRUE(connection->SyncClientVersion());
+    EXPECT_EQ(clientLine(), u"版本日期：2099,01,01,00,00,00");
+    EXPECT_EQ(clientLine(u"Client_PartLib.xml"), u"版本日期：2099,01,01,00,00,00");
+    EXPECT_EQ(connection->CheckClientVersion(), 0);
+    EXPECT_FALSE(connection->FindMainLibChange(site.logic() + u"Server.xml", u"版本日期：2099,01,01,00,00,00"));
+    EXPECT_TRUE(connection->FindMainLibChange(site.logic() + u"Server.xml", u""));
+
+    // A journal lock of another host is waited for, then broken; one this host left behind is its own at once.
+    writeSite(u"Server.xml.bak", u"10.0.0.2(beta)");
+    connection->LockVersionFile();
+    EXPECT_EQ(siteLines(u"Server.xml.bak"), CStringArray{u"10.0.0.1(alpha)"});
+    connection->LockVersionFile();
+    EXPECT_EQ(siteLines(u"Server.xml.bak"), CStringArray{u"10.0.0.1(alpha)"});
 }
 
 // A lost line hides behind an added one when lines are only counted: the journal is repaired by content.
@@ -119,43 +150,18 @@ TEST_F(Journal, RestoresLostLinesByContentAndKeepsStampsWellFormed) {
     }
 }
 
-TEST_F(Journal, TellsWhenTheClientIsBehindAndWhetherTheMainLibraryChanged) {
+// Every operation leaves its lines: a folder tree file by file (drawings and project files only), renames,
+// folders and deletes; renaming onto an existing file asks first.
+TEST_F(Journal, EachOperationLeavesItsLinesAndRenamingOntoAFileAsksFirst) {
+    install.writeFile("tree/a.dwg", "a");
+    install.writeFile("tree/notes.txt", "n");
+    install.writeFile("tree/dev/dev.PRJ", "p");
     auto connection = client();
+    ASSERT_TRUE(connection->SubmitFolderTree(u"", u"tree", install.logic() + u"tree"));
+    EXPECT_EQ(site.readFile("tree/dev/dev.PRJ"), "p");
+    EXPECT_FALSE(site.exists("tree/notes.txt"));
     submit(*connection, "a.dwg");
-    EXPECT_EQ(connection->CheckClientVersion(), 0);
-    bool mainLibChanged = true;
-    EXPECT_FALSE(connection->CheckServerVersion(mainLibChanged));
-
-    // Another client changes the main library.
-    const CStringArray before = siteLines();
-    writeSite(u"Server.xml", u"版本日期：2099,01,01,00,00,00\nData\\QxMainLib.mdb|2099,01,01,00,00,00|MOD\n" + before[1]);
-    EXPECT_EQ(connection->CheckClientVersion(), 1);
-    ASSERT_TRUE(connection->CheckServerVersion(mainLibChanged));
-    EXPECT_TRUE(mainLibChanged);
-
-    EXPECT_TRUE(connection->SyncClientVersion());
-    EXPECT_EQ(clientLine(), u"版本日期：2099,01,01,00,00,00");
-    EXPECT_EQ(clientLine(u"Client_PartLib.xml"), u"版本日期：2099,01,01,00,00,00");
-    EXPECT_EQ(connection->CheckClientVersion(), 0);
-    EXPECT_FALSE(connection->FindMainLibChange(site.logic() + u"Server.xml", u"版本日期：2099,01,01,00,00,00"));
-    EXPECT_TRUE(connection->FindMainLibChange(site.logic() + u"Server.xml", u""));
-}
-
-TEST_F(Journal, AJournalLockOfAnotherHostIsWaitedForThenBroken) {
-    writeSite(u"Server.xml.bak", u"10.0.0.2(beta)");
-    auto connection = client();
-    connection->LockVersionFile();
-    EXPECT_EQ(siteLines(u"Server.xml.bak"), CStringArray{u"10.0.0.1(alpha)"});
-
-    // A lock this host left behind is this host's at once.
-    connection->LockVersionFile();
-    EXPECT_EQ(siteLines(u"Server.xml.bak"), CStringArray{u"10.0.0.1(alpha)"});
-}
-
-TEST_F(Journal, DeletesRenamesAndFoldersEachLeaveTheirLines) {
-    auto connection = client();
-    submit(*connection, "a.dwg");
-    ASSERT_TRUE(connection->SubmitRenameFile(u"a.dwg", u"b.dwg"));
+    ASSERT_TRUE(connection->SubmitRenameFile(u" a.dwg", u"b.dwg "));  // paths as typed, with blanks
     EXPECT_TRUE(site.exists("b.dwg"));
     ASSERT_TRUE(connection->SubmitNewFolder(u"", u"lib"));
     ASSERT_TRUE(connection->SubmitNewFolder(u"lib", u"sub"));
@@ -167,16 +173,9 @@ TEST_F(Journal, DeletesRenamesAndFoldersEachLeaveTheirLines) {
     EXPECT_FALSE(site.exists("lib2"));
     ASSERT_TRUE(connection->SubmitDelete(u"b.dwg"));
     EXPECT_TRUE(connection->SubmitDelete(u"b.dwg"));  // gone already: nothing to do
+    EXPECT_EQ(entries(), "b.dwg DEL; lib2\\ DEL; lib2\\sub\\ DEL; lib\\ DEL; lib\\sub\\c.dwg MOD; lib\\sub\\ MOD; "
+                         "a.dwg DEL; tree\\dev\\dev.PRJ MOD; tree\\dev\\ MOD; tree\\a.dwg MOD; tree\\ MOD; ");
 
-    CString operations;
-    const CStringArray lines = siteLines();
-    for (int i = 1; i < lines.GetSize(); ++i)
-        operations += lines[i].Left(lines[i].Find(u'|')) + u" " + lines[i].Mid(lines[i].ReverseFind(u'|') + 1) + u"; ";
-    EXPECT_EQ(operations, u"b.dwg DEL; lib2\\ DEL; lib2\\sub\\ DEL; lib\\ DEL; lib\\sub\\c.dwg MOD; lib\\sub\\ MOD; a.dwg DEL; ");
-}
-
-TEST_F(Journal, RenamingOntoAnExistingFileAsksFirst) {
-    auto connection = client();
     submit(*connection, "a.dwg", "a");
     submit(*connection, "b.dwg", "b");
     prompts.answers = {u"n"};
@@ -185,23 +184,41 @@ TEST_F(Journal, RenamingOntoAnExistingFileAsksFirst) {
     prompts.answers = {u"y"};
     EXPECT_TRUE(connection->SubmitRenameFile(u"a.dwg", u"b.dwg"));
     EXPECT_EQ(site.readFile("b.dwg"), "a");
-    ASSERT_EQ(prompts.questions.size(), 2u);
-    EXPECT_EQ(prompts.questions[0], u"重命名文件b.dwg已经存在,是否覆盖？");
-
+    EXPECT_EQ(prompts.questions, std::vector<CString>(2, u"重命名文件b.dwg已经存在,是否覆盖？"));
     EXPECT_FALSE(connection->SubmitRenameFile(u"none.dwg", u"c.dwg"));
     EXPECT_EQ(output.boxes.back().text, u"重命名文件<none.dwg>服务器上不存在!");
 }
 
-TEST_F(Journal, AFolderTreeIsSubmittedFileByFileForDrawingsAndProjectFilesOnly) {
-    install.writeFile("tree/a.dwg", "a");
-    install.writeFile("tree/notes.txt", "n");
-    install.writeFile("tree/dev/dev.PRJ", "p");
+TEST_F(Journal, AJournalThatCannotBeReadIsNeitherReplacedNorShortened) {
+    serve({"--drop-retr", "Server.xml"});
+    writeSite(u"Server.xml", kTwoLines);
     auto connection = client();
-    ASSERT_TRUE(connection->SubmitFolderTree(u"", u"tree", install.logic() + u"tree"));
-    EXPECT_EQ(site.readFile("tree/a.dwg"), "a");
-    EXPECT_EQ(site.readFile("tree/dev/dev.PRJ"), "p");
-    EXPECT_FALSE(site.exists("tree/notes.txt"));
-    EXPECT_EQ(siteLines().GetSize(), 1 + 4);  // two folders, two files
+    EXPECT_EQ(connection->CheckClientVersion(), 0);
+    install.writeFile("c.dwg", "c");
+    EXPECT_FALSE(connection->SubmitFile(install.logic() + u"c.dwg", u"c.dwg"));
+    EXPECT_EQ(site.readFile("c.dwg"), "c");  // the change itself is on the site
+    EXPECT_EQ(siteLines().GetSize(), 3);
+    EXPECT_FALSE(site.exists("Server.xml.bak"));
+}
+
+TEST_F(Journal, WhenRenamesAreRefusedStagedFilesAndJournalUpdatesAreNeverLeftMissing) {
+    serve({"--refuse-rename"});
+    install.writeFile("LocalData/Ftp.bg", "");
+    writeSite(u"Server.xml", kTwoLines);
+    site.writeFile("a.dwg", "old");
+    install.writeFile("new.dwg", "new");
+    auto connection = client();
+    EXPECT_TRUE(connection->UploadFile(install.logic() + u"new.dwg", u"a.dwg"));
+    EXPECT_EQ(site.readFile("a.dwg"), "new");
+    // The staging file is left beside it, as a held target leaves it.
+    size_t staged = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(site.native()))
+        staged += entry.path().filename().string().rfind("#10.0.0.1(alpha)-", 0) == 0;
+    EXPECT_EQ(staged, 1u);
+    EXPECT_TRUE(connection->SubmitFile(install.logic() + u"new.dwg", u"c.dwg"));
+    EXPECT_TRUE(connection->SubmitFile(install.logic() + u"new.dwg", u"d.dwg"));
+    EXPECT_EQ(siteLines().GetSize(), 5);
+    EXPECT_EQ(site.readFile("d.dwg"), "new");
 }
 
 namespace {

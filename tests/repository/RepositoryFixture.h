@@ -4,6 +4,7 @@
 
 #include "FtpTestServer.h"
 #include "common/CapturedOutput.h"
+#include "common/FtpTestTimings.h"
 #include "common/ScriptedPrompts.h"
 #include "common/TempFolder.h"
 #include "platform/InstallPath.h"
@@ -14,17 +15,17 @@
 #include <gtest/gtest.h>
 #include <memory>
 
-inline FtpTimings shortTimings() {
-    FtpTimings timings;
-    timings.connectTimeoutMs = 2000;
-    timings.stallTimeoutMs = 2000;
-    timings.connectAttempts = 2;
-    timings.connectPauseMs = 50;
-    timings.lockPauseMs = 50;
-    timings.lockWaits = 6;
-    timings.treeFilePauseMs = 0;
-    return timings;
-}
+inline FtpTimings shortTimings() { return LoopbackFtpTimings(2000, 2000, 2, 50, 6); }
+
+// What the login file of the install folder says; the port 0 is the test site's.
+struct LoginFile {
+    CString root;
+    int port = 0;
+    CString anonymous = u"1";
+    CString user = u"";
+    CString password = u"";
+    CString passive = u"1";
+};
 
 class RepositoryFixture : public ::testing::Test {
 protected:
@@ -42,19 +43,21 @@ protected:
     // that names none gets a site without faults at its first connection.
     void serve(std::vector<std::string> options = {}) {
         server = std::make_unique<FtpTestServer>(site.native(), std::move(options));
-        writeLogin(u"");
+        writeLogin({});
     }
 
     CString loginFile() const { return install.logic() + u"LocalData\\QxFTPLoginInfo.sys"; }
 
-    void writeLogin(const CString& root, int port = 0) {
+    void writeLogin(const LoginFile& login) {
         if (!server) serve();
         FtpLoginLines lines;
-        lines[kLoginRootPath] = root;
+        lines[kLoginRootPath] = login.root;
         lines[kLoginHost] = u"127.0.0.1";
-        lines[kLoginPort] = CString(std::to_string(port ? port : server->port()));
-        lines[kLoginAnonymous] = u"1";
-        lines[kLoginPassive] = u"1";
+        lines[kLoginPort] = CString(std::to_string(login.port ? login.port : server->port()));
+        lines[kLoginAnonymous] = login.anonymous;
+        lines[kLoginUser] = login.user;
+        lines[kLoginPassword] = login.password;
+        lines[kLoginPassive] = login.passive;
         install.writeFile("LocalData/QxFTPLoginInfo.sys", "");
         ASSERT_TRUE(WriteLoginInfo(loginFile(), lines));
     }

@@ -70,34 +70,22 @@ TEST_F(VersionFile, LoadsEntriesInFileOrderPassingOverTheVersionLineAndBlankLine
     EXPECT_FALSE(missing.Load());
 }
 
-TEST_F(VersionFile, RemovesTheFirstMatchOnlyIgnoringCase) {
-    writeJournal(u"版本日期：1\nA.dwg|1|MOD\na.DWG|0|MOD\nb.dwg|0|MOD");
+// Removing takes the first match only, ignoring case; adding puts a batch at the front under one stamp;
+// replacing a path moves its line to the front under the next stamp; each rewrites the whole file.
+TEST_F(VersionFile, RemovesAddsAndReplacesEntriesAndRewritesTheFile) {
+    writeJournal(u"版本日期：2099,01,01,00,00,07\nA.dwg|1|MOD\na.DWG|0|MOD\nb.dwg|2099,01,01,00,00,07|MOD");
     COperateVersionFile journal(journalPath());
     journal.Load();
     EXPECT_FALSE(journal.RemoveEntries({}));
     EXPECT_TRUE(journal.RemoveEntries({u"a.dwg"}));
-    EXPECT_EQ(entriesText(journal), "a.DWG|0|MOD;b.dwg|0|MOD;");
-}
-
-TEST_F(VersionFile, AddsABatchNewestFirstUnderOneStampAndRewritesTheFile) {
-    writeJournal(u"版本日期：2099,01,01,00,00,07\nold.dwg|2099,01,01,00,00,07|MOD");
-    COperateVersionFile journal(journalPath());
-    journal.Load();
+    EXPECT_EQ(entriesText(journal), "a.DWG|0|MOD;b.dwg|2099,01,01,00,00,07|MOD;");
     ASSERT_TRUE(journal.AddEntries({u"x\\", u"y\\"}, {u"DEL", u"REN"}));
-    EXPECT_EQ(journalLines(), (CStringArray{u"版本日期：2099,01,01,00,00,8", u"y\\|2099,01,01,00,00,8|REN",
-                                            u"x\\|2099,01,01,00,00,8|DEL", u"old.dwg|2099,01,01,00,00,07|MOD"}));
+    ASSERT_TRUE(journal.UpdateEntry(u"B.DWG", u"MOD"));
+    EXPECT_EQ(journalLines(), (CStringArray{u"版本日期：2099,01,01,00,00,9", u"B.DWG|2099,01,01,00,00,9|MOD",
+                                            u"y\\|2099,01,01,00,00,8|REN", u"x\\|2099,01,01,00,00,8|DEL",
+                                            u"a.DWG|0|MOD"}));
     EXPECT_NE(install.readFile("Server.xml").back(), '\n');  // no line end behind the last line
     EXPECT_NE(install.readFile("Server.xml").find("\r\n"), std::string::npos);
-}
-
-TEST_F(VersionFile, ReplacingAPathKeepsTheLineCount) {
-    writeJournal(u"版本日期：1\na.dwg|1|MOD\nb.dwg|1|MOD");
-    COperateVersionFile journal(journalPath());
-    ASSERT_TRUE(journal.UpdateEntry(u"A.DWG", u"MOD"));
-    const CStringArray lines = journalLines();
-    ASSERT_EQ(lines.GetSize(), 3);
-    EXPECT_TRUE(lines[1].StartsWith(u"A.DWG|"));
-    EXPECT_EQ(lines[2], u"b.dwg|1|MOD");
 }
 
 TEST_F(VersionFile, OnlyTheMainLibraryAloneMarksThePartLibraryVersion) {
