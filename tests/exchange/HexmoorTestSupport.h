@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace hexmoor_test {
@@ -39,6 +40,19 @@ inline void setCabinet(HMProjectTree_INFO& node, const CString& no, const CStrin
 inline std::vector<CString> fieldsOf(const HMProjectTree_INFO& node) {
     return {node.m_strName, node.m_strID, node.m_strType, node.m_strCirNo, node.m_strCirName,
             node.m_strCirType, node.m_strCirSize, node.m_strBoms, node.m_strDataSchema};
+}
+
+// A node's fields joined by "|", trailing empty ones left out, then a line for each child's.
+inline std::string described(const HMProjectTree_INFO& node) {
+    const auto joined = [](const HMProjectTree_INFO& of) {
+        std::string text;
+        for (const CString& field : fieldsOf(of)) text += field.ToUtf8() + "|";
+        while (!text.empty() && text.back() == '|') text.pop_back();
+        return text;
+    };
+    std::string text = joined(node);
+    for (const HMProjectTree_INFO* child : node.m_arrChildren) text += "\n  " + joined(*child);
+    return text;
 }
 
 // The text that saveXml would be handed for the node.
