@@ -99,13 +99,15 @@ TEST(HexmoorReader, EachDocumentReadsUntilItsFirstMissingPieceWithABoxForIt) {
         {"no Node", kHead + "</Hexmoor>", kUntouched},
         {"another root", "<Other><Node Name='a' ID='b' Type=''/></Other>", kUntouched},
         {"an unknown encoding",
-         "<?xml version='1.0' encoding='no-such-code-page'?><Hexmoor><Node Name='a' ID='' Type=''/></Hexmoor>", kUntouched},
+         "<?xml version='1.0' encoding='no-such-code-page'?><Hexmoor><Node Name='a' ID='' Type=''/></Hexmoor>",
+         kUntouched},
         {"a device without NewDataSet stops after its type",
          kHead + "<Node Name='K' ID='D' Type='0' CirNo='7' CirName='n' CirType='t' CirSize='s'><Boms><cabinet/></Boms>"
                  "<DataSchema>\n</DataSchema></Node></Hexmoor>",
          "K|D|0|~|~|~|~|~|~\n! Invalid pointer"},
         {"a project without NewDataSet reads no sub-nodes",
-         kHead + "<Node Name='R' ID='P' Type=''><SubNodes><SubNode Name='K' ID='D' Type='0'/></SubNodes></Node></Hexmoor>",
+         kHead + "<Node Name='R' ID='P' Type=''><SubNodes><SubNode Name='K' ID='D' Type='0'/></SubNodes>"
+                 "</Node></Hexmoor>",
          "R|P||~|~|~|~|~|~\n! Invalid pointer"},
         {"a device without a cabinet block keeps its BOMs",
          kHead + "<Node Name='K' ID='D' Type='3' CirNo='1' CirName='' CirType='' CirSize=''><Boms><other/></Boms>" +
@@ -120,13 +122,15 @@ TEST(HexmoorReader, EachDocumentReadsUntilItsFirstMissingPieceWithABoxForIt) {
              "</Node></Hexmoor>",
          "K|D|0|1|2|3|~|~|<NewDataSet/>\n! Type mismatch."},
         {"a sub-node without an ID ends the children",
-         kHead + "<Node Name='R' ID='' Type=''><SubNodes><SubNode Name='a' ID='1' Type='0'/><SubNode Name='b' Type='0'/>"
-                 "<SubNode Name='c' ID='3' Type='0'/></SubNodes>" + kSchema + "</Node></Hexmoor>",
+         kHead + "<Node Name='R' ID='' Type=''><SubNodes><SubNode Name='a' ID='1' Type='0'/>"
+                 "<SubNode Name='b' Type='0'/><SubNode Name='c' ID='3' Type='0'/></SubNodes>" + kSchema +
+             "</Node></Hexmoor>",
          "R|||~|~|~|~|~|<NewDataSet/>\n  a|1|0\n! Type mismatch."},
         {"paths only: comments, attribute order and a second Node do not matter; the first Node is read",
-         "<!-- c --><Hexmoor><Node Type='' ID='i' Name='first'>  <!-- x -->\r\n<DataSchema><NewDataSet a='1'/></DataSchema>"
-         "<SubNodes><SubNode Type='100' ID='' Name='dup'/><SubNode Name='dup' ID='' Type='100'/></SubNodes></Node>"
-         "<Node Name='second' ID='' Type=''><SubNodes><SubNode Name='more' ID='' Type='0'/></SubNodes></Node></Hexmoor>",
+         "<!-- c --><Hexmoor><Node Type='' ID='i' Name='first'>  <!-- x -->\r\n"
+         "<DataSchema><NewDataSet a='1'/></DataSchema><SubNodes><SubNode Type='100' ID='' Name='dup'/>"
+         "<SubNode Name='dup' ID='' Type='100'/></SubNodes></Node><Node Name='second' ID='' Type=''><SubNodes>"
+         "<SubNode Name='more' ID='' Type='0'/></SubNodes></Node></Hexmoor>",
          "first|i||~|~|~|~|~|<NewDataSet a=\"1\"/>\n  dup||100\n  dup||100\n  more||0"},
         {"UTF-16 with its mark", utf16le(cabinetText(u"进线柜")), cabinet("进线柜")},
         {"UTF-8 with its mark", "\xEF\xBB\xBF" + cabinetText(u"进线柜").ToUtf8(), cabinet("进线柜")},
