@@ -182,12 +182,10 @@ TEST(HexmoorReader, LargeAndDeepDocumentsReadWhole) {
     EXPECT_EQ(project.m_arrChildren[19999]->m_strName, CString(u"子19999"));
 
     // The innermost empty element comes back in its short form.
-    std::u16string expected = u"<cabinet>";
-    for (int i = 1; i < depth; ++i) expected += u"<d>";
-    expected += u"<d/>";
-    for (int i = 1; i < depth; ++i) expected += u"</d>";
-    expected += u"<product F_Name=\"deep\"/></cabinet>";
-    EXPECT_TRUE(read.m_strBoms == CString(expected));
+    CString expected = device->m_strBoms;
+    expected.Replace(u"<d></d>", u"<d/>");
+    expected.Replace(u"'deep'", u"\"deep\"");
+    EXPECT_TRUE(read.m_strBoms == expected);
     ASSERT_EQ(read.m_arrPrimaryBom.GetSize(), 1);
     EXPECT_EQ(read.m_arrPrimaryBom[0].m_strRowName, CString(u"deep"));
 }

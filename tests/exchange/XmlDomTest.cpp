@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace {
 
 CXmlDocument newDocument() {
@@ -57,16 +59,14 @@ TEST(XmlDom, LoadXmlRefusesEmptyAndMalformedTextWithoutRaising) {
 
 TEST(XmlDom, EmptyReferencesRaiseTheInvalidPointerError) {
     const CXmlDocument never;
-    EXPECT_EQ(errorCodeOf([&] { never.documentElement(); }), CXmlDomError::kInvalidPointer);
-    EXPECT_EQ(errorCodeOf([&] { never.selectSingleNode(u"/a"); }), CXmlDomError::kInvalidPointer);
-    EXPECT_EQ(errorCodeOf([&] { never.createElement(u"a"); }), CXmlDomError::kInvalidPointer);
-    EXPECT_EQ(errorCodeOf([&] { CXmlElement().getAttribute(u"a"); }), CXmlDomError::kInvalidPointer);
-    EXPECT_EQ(errorCodeOf([&] { CXmlElement().setAttribute(u"a", u"b"); }), CXmlDomError::kInvalidPointer);
-    EXPECT_EQ(errorCodeOf([&] { CXmlNode().xml(); }), CXmlDomError::kInvalidPointer);
-    EXPECT_EQ(errorCodeOf([&] { CXmlNodeList().length(); }), CXmlDomError::kInvalidPointer);
-
     CXmlDocument document = newDocument();
-    EXPECT_EQ(errorCodeOf([&] { document.appendChild(CXmlNode()); }), CXmlDomError::kInvalidPointer);
+    const std::vector<std::uint32_t> codes = {
+        errorCodeOf([&] { never.documentElement(); }),   errorCodeOf([&] { never.selectSingleNode(u"/a"); }),
+        errorCodeOf([&] { never.createElement(u"a"); }), errorCodeOf([&] { CXmlElement().getAttribute(u"a"); }),
+        errorCodeOf([&] { CXmlNode().xml(); }),          errorCodeOf([&] { CXmlElement().setAttribute(u"a", u"b"); }),
+        errorCodeOf([&] { CXmlNodeList().length(); }),   errorCodeOf([&] { document.appendChild(CXmlNode()); }),
+    };
+    EXPECT_EQ(codes, std::vector<std::uint32_t>(8, CXmlDomError::kInvalidPointer));
     document.Release();
     EXPECT_EQ(errorCodeOf([&] { document.xml(); }), CXmlDomError::kInvalidPointer);
 
@@ -145,10 +145,12 @@ TEST(XmlDom, ReferencesOutliveTheirDocumentAndDeepClonesCarryASubtreeIntoAnother
 TEST(XmlDom, DocumentHoldsOneElementAndNoText) {
     CXmlDocument document = newDocument();
     document.appendChild(document.createElement(u"a"));
-    EXPECT_EQ(errorCodeOf([&] { document.appendChild(document.createElement(u"b")); }), CXmlDomError::kUnspecified);
-    EXPECT_EQ(errorCodeOf([&] { document.appendChild(document.createTextNode(u"\n")); }), CXmlDomError::kUnspecified);
-    EXPECT_EQ(errorCodeOf([&] { document.createElement(u"bad name"); }), CXmlDomError::kUnspecified);
-    EXPECT_EQ(errorCodeOf([&] { document.createElement(u""); }), CXmlDomError::kUnspecified);
+    const std::vector<std::uint32_t> codes = {
+        errorCodeOf([&] { document.appendChild(document.createElement(u"b")); }),
+        errorCodeOf([&] { document.appendChild(document.createTextNode(u"\n")); }),
+        errorCodeOf([&] { document.createElement(u"bad name"); }), errorCodeOf([&] { document.createElement(u""); }),
+    };
+    EXPECT_EQ(codes, std::vector<std::uint32_t>(4, CXmlDomError::kUnspecified));
 
     // A node cannot go below itself, and moving an attached node takes it from its old place.
     const CXmlElement a = document.documentElement();
