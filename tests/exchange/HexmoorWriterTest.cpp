@@ -134,8 +134,8 @@ TEST(HexmoorWriter, ControlCharactersAreDroppedSoThatAStrictReaderTakesTheFile) 
 
     HMProjectTree_INFO read;
     saveAndRead(folder, text, read);
-    EXPECT_EQ(read.m_strName, CString(u"K01"));
-    EXPECT_EQ(read.m_strCirSize, CString(u"800\t*\r\n1500"));
+    EXPECT_EQ(described(read), "K01|D|0|1|进线柜\x7f|KYN|800\t*\r\n1500|<cabinet><product F_Name=\"ab\"/>"
+                               "<product F_Name=\"c\"/></cabinet>|<NewDataSet>xyz</NewDataSet>");
     ASSERT_EQ(read.m_arrPrimaryBom.GetSize(), 2);
     EXPECT_EQ(read.m_arrPrimaryBom[0].m_strRowName, CString(u"ab"));
 }
