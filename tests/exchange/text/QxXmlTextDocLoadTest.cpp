@@ -25,7 +25,8 @@ CString statusLine(size_t bytes, int chars) {
 
 // A byte-order mark is decoded like other bytes: it stays as the text's first character.
 TEST(QxXmlTextDocLoad, ReadsEachFileInTheEncodingItsDeclarationNames) {
-    for (const char* name : {"usage-utf8.xml", "usage-nodecl.xml", "usage-gb2312.xml", "usage-gbk.xml", "usage-bom.xml"}) {
+    for (const char* name :
+         {"usage-utf8.xml", "usage-nodecl.xml", "usage-gb2312.xml", "usage-gbk.xml", "usage-bom.xml"}) {
         SCOPED_TRACE(name);
         CQxXmlTextDoc doc;
         EXPECT_TRUE(doc.Load(XmlTextFixture(name)));
