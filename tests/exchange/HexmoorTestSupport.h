@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace hexmoor_test {
@@ -35,10 +36,20 @@ inline void setCabinet(HMProjectTree_INFO& node, const CString& no, const CStrin
     node.m_strCirSize = size;
 }
 
-// Every text field of a node, in declaration order, to compare two nodes in one assertion.
-inline std::vector<CString> fieldsOf(const HMProjectTree_INFO& node) {
-    return {node.m_strName, node.m_strID, node.m_strType, node.m_strCirNo, node.m_strCirName,
-            node.m_strCirType, node.m_strCirSize, node.m_strBoms, node.m_strDataSchema};
+// A node's text fields in declaration order joined by "|", trailing empty ones left out, then a line for each
+// child's.
+inline std::string described(const HMProjectTree_INFO& node) {
+    const auto joined = [](const HMProjectTree_INFO& of) {
+        std::string text;
+        for (const CString* field : {&of.m_strName, &of.m_strID, &of.m_strType, &of.m_strCirNo, &of.m_strCirName,
+                                     &of.m_strCirType, &of.m_strCirSize, &of.m_strBoms, &of.m_strDataSchema})
+            text += field->ToUtf8() + "|";
+        while (!text.empty() && text.back() == '|') text.pop_back();
+        return text;
+    };
+    std::string text = joined(node);
+    for (const HMProjectTree_INFO* child : node.m_arrChildren) text += "\n  " + joined(*child);
+    return text;
 }
 
 // The text that saveXml would be handed for the node.
@@ -52,14 +63,14 @@ inline CString writtenText(const HMProjectTree_INFO& node) {
 }
 
 // Saves the text as the client does, then reads it back as the commands do.
-inline void saveAndRead(const TempFolder& folder, const CString& text, HMProjectTree_INFO& node, bool products = true) {
+inline void saveAndRead(const TempFolder& folder, const CString& text, HMProjectTree_INFO& node) {
     const CString path = folder.logic() + u"Hexmoor.xml";
     ASSERT_TRUE(SaveHexmoorXml(path, text));
     CXmlDocument document;
     HMXmlCreateDocument(document);
     EXPECT_TRUE(HMXmlLoadFile(document, path));
     HMXmlReadNode(document, &node);
-    if (products && HMIsDeviceType(node.m_strType)) HMXmlReadProducts(document, &node);
+    if (HMIsDeviceType(node.m_strType)) HMXmlReadProducts(document, &node);
 }
 
 // Reads raw file bytes as the commands do.

@@ -12,51 +12,50 @@ const CString kTail = u"\n</Hexmoor>";
 
 } // namespace
 
-TEST(HexmoorWriter, RootNamesItsChildrenWithTheirOwnAttributeSets) {
+TEST(HexmoorWriter, EachKindOfNodeWritesItsOwnAttributesAndBlocks) {
     auto root = makeNode(u"变电站工程", u"P-1", u"");
     addChild(*root, u"一期", u"S-1", u"100");
-    HMProjectTree_INFO* device = addChild(*root, u"K01", u"D-1", u"0");
-    setCabinet(*device, u"1,2", u"进线柜", u"KYN28", u"800*1500");
+    setCabinet(*addChild(*root, u"K01", u"D-1", u"0"), u"1,2", u"进线柜", u"KYN28", u"800*1500");
     addChild(*root, u"blank", u"D-2", u"");
     root->m_strDataSchema = u"<NewDataSet><Table F_ID=\"7\"/></NewDataSet>";
-    root->m_strBoms = u"<cabinet/>";  // a project writes no BOM block
-
-    EXPECT_EQ(writtenText(*root),
-              kHead + u"<Node Name=\"变电站工程\" ID=\"P-1\" Type=\"\">\n\t\t<SubNodes>"
-                      u"\n\t\t\t<SubNode Name=\"一期\" ID=\"S-1\" Type=\"100\"/>"
-                      u"\n\t\t\t<SubNode Name=\"K01\" ID=\"D-1\" Type=\"0\" CirNo=\"1,2\" CirName=\"进线柜\" CirType=\"KYN28\" CirSize=\"800*1500\"/>"
-                      u"\n\t\t\t<SubNode Name=\"blank\" ID=\"D-2\" Type=\"\"/>"
-                      u"\n\t\t</SubNodes>\n\t\t<DataSchema>\n\t\t\t<NewDataSet><Table F_ID=\"7\"/></NewDataSet>\n\t\t</DataSchema>\n\t</Node>" +
-                  kTail);
-}
-
-TEST(HexmoorWriter, SubProjectWithoutChildrenOrSchemaKeepsItsWhiteSpace) {
+    root->m_strBoms = u"<cabinet/>";
     auto sub = makeNode(u"二期", u"S-2", u"100");
-    setCabinet(*sub, u"9", u"x", u"y", u"z");  // not a device: no cabinet attributes
-    EXPECT_EQ(writtenText(*sub), kHead + u"<Node Name=\"二期\" ID=\"S-2\" Type=\"100\">\n\t\t<SubNodes>\n\t\t</SubNodes>"
-                                         u"\n\t\t<DataSchema>\n\t\t\t\n\t\t</DataSchema>\n\t</Node>" + kTail);
-}
-
-TEST(HexmoorWriter, DeviceCarriesBothBlocksCopiedElementForElement) {
+    setCabinet(*sub, u"9", u"x", u"y", u"z");
     auto device = makeNode(u"K02", u"D-9", u"5");
     setCabinet(*device, u"3", u"出线柜", u"", u"600*1400");
-    device->m_strBoms = u"<?xml version='1.0'?>\n<cabinet ID='c1'>\n  <product F_Name='断路器' F_Numbers='2'/><!-- kept -->\n</cabinet>\n";
+    device->m_strBoms =
+        u"<?xml version='1.0'?>\n<cabinet ID='c1'>\n  <product F_Name='断路器' F_Numbers='2'/><!-- kept -->\n</cabinet>\n";
     device->m_strDataSchema = u"<NewDataSet/>";
-    addChild(*device, u"ignored", u"", u"0");  // a device writes no sub-nodes
+    addChild(*device, u"ignored", u"", u"0");
+    const struct {
+        const char* what;
+        const HMProjectTree_INFO& node;
+        CString text;
+    } rows[] = {
+        {"a project names its children with their own attribute sets and writes no BOM block", *root,
+         u"<Node Name=\"变电站工程\" ID=\"P-1\" Type=\"\">\n\t\t<SubNodes>"
+         u"\n\t\t\t<SubNode Name=\"一期\" ID=\"S-1\" Type=\"100\"/>"
+         u"\n\t\t\t<SubNode Name=\"K01\" ID=\"D-1\" Type=\"0\" CirNo=\"1,2\" CirName=\"进线柜\" CirType=\"KYN28\" "
+         u"CirSize=\"800*1500\"/>\n\t\t\t<SubNode Name=\"blank\" ID=\"D-2\" Type=\"\"/>"
+         u"\n\t\t</SubNodes>\n\t\t<DataSchema>"
+         u"\n\t\t\t<NewDataSet><Table F_ID=\"7\"/></NewDataSet>\n\t\t</DataSchema>\n\t</Node>"},
+        {"a sub-project without children or schema keeps its white space and has no cabinet attributes", *sub,
+         u"<Node Name=\"二期\" ID=\"S-2\" Type=\"100\">\n\t\t<SubNodes>\n\t\t</SubNodes>"
+         u"\n\t\t<DataSchema>\n\t\t\t\n\t\t</DataSchema>\n\t</Node>"},
+        {"a device carries both blocks copied element for element, and no sub-nodes", *device,
+         u"<Node Name=\"K02\" ID=\"D-9\" Type=\"5\" CirNo=\"3\" CirName=\"出线柜\" CirType=\"\" CirSize=\"600*1400\">"
+         u"\n\t\t<Boms>\n\t\t\t<cabinet ID=\"c1\">\n  <product F_Name=\"断路器\" F_Numbers=\"2\"/><!-- kept -->"
+         u"\n</cabinet>"
+         u"\n\t\t</Boms>\n\t\t<DataSchema>\n\t\t\t<NewDataSet/>\n\t\t</DataSchema>\n\t</Node>"},
+    };
+    for (const auto& row : rows) EXPECT_EQ(writtenText(row.node), kHead + row.text + kTail) << row.what;
 
-    EXPECT_EQ(writtenText(*device),
-              kHead + u"<Node Name=\"K02\" ID=\"D-9\" Type=\"5\" CirNo=\"3\" CirName=\"出线柜\" CirType=\"\" CirSize=\"600*1400\">"
-                      u"\n\t\t<Boms>\n\t\t\t<cabinet ID=\"c1\">\n  <product F_Name=\"断路器\" F_Numbers=\"2\"/><!-- kept -->\n</cabinet>\n\t\t</Boms>"
-                      u"\n\t\t<DataSchema>\n\t\t\t<NewDataSet/>\n\t\t</DataSchema>\n\t</Node>" +
-                  kTail);
-}
-
-TEST(HexmoorWriter, UnparsableBlocksAreLeftOutAndTheKindTestIsExact) {
+    // Blocks that do not parse are left out, and the kind test is exact.
     for (const char16_t* boms : {u"", u"<cabinet>", u"not xml", u"<a/><b/>"}) {
-        auto device = makeNode(u"K", u"", u" 100");
-        device->m_strBoms = boms;
-        device->m_strDataSchema = u"<NewDataSet";
-        EXPECT_EQ(writtenText(*device),
+        auto broken = makeNode(u"K", u"", u" 100");
+        broken->m_strBoms = boms;
+        broken->m_strDataSchema = u"<NewDataSet";
+        EXPECT_EQ(writtenText(*broken),
                   kHead + u"<Node Name=\"K\" ID=\"\" Type=\" 100\" CirNo=\"\" CirName=\"\" CirType=\"\" CirSize=\"\">"
                           u"\n\t\t<Boms>\n\t\t</Boms>\n\t\t<DataSchema>\n\t\t\t\n\t\t</DataSchema>\n\t</Node>" + kTail)
             << CString(boms);
@@ -135,8 +134,8 @@ TEST(HexmoorWriter, ControlCharactersAreDroppedSoThatAStrictReaderTakesTheFile) 
 
     HMProjectTree_INFO read;
     saveAndRead(folder, text, read);
-    EXPECT_EQ(read.m_strName, CString(u"K01"));
-    EXPECT_EQ(read.m_strCirSize, CString(u"800\t*\r\n1500"));
+    EXPECT_EQ(described(read), "K01|D|0|1|进线柜\x7f|KYN|800\t*\r\n1500|<cabinet><product F_Name=\"ab\"/>"
+                               "<product F_Name=\"c\"/></cabinet>|<NewDataSet>xyz</NewDataSet>");
     ASSERT_EQ(read.m_arrPrimaryBom.GetSize(), 2);
     EXPECT_EQ(read.m_arrPrimaryBom[0].m_strRowName, CString(u"ab"));
 }

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 TEST(AccessConditions, LikeMatchesRunsAndSingleCharactersIgnoringCaseBeyondAscii) {
     const struct { const char16_t* text; const char16_t* pattern; bool matches; } rows[] = {
         {u"工程名称", u"%工程%", true},  {u"设计单位", u"%工程%", false}, {u"abc", u"%", true},
@@ -16,13 +18,13 @@ TEST(AccessConditions, LikeMatchesRunsAndSingleCharactersIgnoringCaseBeyondAscii
 }
 
 TEST(AccessConditions, ValuesAreComparedThroughTheirTextAndNullNeverMatches) {
-    EXPECT_TRUE(ValueIsLike(DbValue::OfInteger(333333333), u"333%"));
-    EXPECT_TRUE(ValueIsLike(DbValue::OfReal(444.555), u"444.555"));
-    EXPECT_FALSE(ValueIsLike(DbValue(), u"%"));
-    EXPECT_TRUE(ValueOrdersBefore(DbValue(), DbValue::OfInteger(-5)));
-    EXPECT_TRUE(ValueOrdersBefore(DbValue::OfInteger(2), DbValue::OfReal(10.5)));
-    EXPECT_TRUE(ValueOrdersBefore(DbValue::OfText(u"apple"), DbValue::OfText(u"Banana")));
-    EXPECT_FALSE(ValueOrdersBefore(DbValue::OfText(u"b"), DbValue::OfText(u"B")));
+    const std::vector<bool> answers = {
+        ValueIsLike(DbValue::OfInteger(333333333), u"333%"), ValueIsLike(DbValue::OfReal(444.555), u"444.555"),
+        ValueIsLike(DbValue(), u"%"), ValueOrdersBefore(DbValue(), DbValue::OfInteger(-5)),
+        ValueOrdersBefore(DbValue::OfInteger(2), DbValue::OfReal(10.5)),
+        ValueOrdersBefore(DbValue::OfText(u"apple"), DbValue::OfText(u"Banana")),
+        ValueOrdersBefore(DbValue::OfText(u"b"), DbValue::OfText(u"B"))};
+    EXPECT_EQ(answers, (std::vector<bool>{true, true, false, true, true, true, false}));
 }
 
 TEST(FieldText, EachKindHasItsOwnTextForm) {

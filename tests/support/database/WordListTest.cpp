@@ -54,23 +54,21 @@ void expectTheDemosWords(const CStringArray& words) {
 
 } // namespace
 
-TEST_F(WordList, SharedCopyIsCopiedOverTheLocalOneAndRead) {
-    makeWordDb(common);
-    makeWordDb(local, "CREATE TABLE \"x项目设备描述信息\" (WORD TEXT); INSERT INTO \"x项目设备描述信息\" VALUES ('stale');");
-    useCommonFolder();
-    CapturedOutput output;
-    expectTheDemosWords(words());
-    EXPECT_EQ(local.readFile("Data/word.mdb"), common.readFile("Data/word.mdb"));
-    EXPECT_EQ(output.printed, CString());
-}
-
-TEST_F(WordList, LocalCopyServesWhenTheSharedOneIsMissingOrTheSame) {
+TEST_F(WordList, LocalCopyServesUntilASharedCopyIsCopiedOverItAndRead) {
     makeWordDb(local);
     useCommonFolder();
-    const CStringArray fromLocal = words();
+    CapturedOutput output;
+    const CStringArray fromLocal = words();  // no shared copy
     expectTheDemosWords(fromLocal);
     ::unsetenv("CORVANE_COMMON_HOME");  // shared and local folders the same: the file is read as it is
     EXPECT_EQ(words(), fromLocal);
+
+    makeWordDb(common);
+    makeWordDb(local, "CREATE TABLE \"x项目设备描述信息\" (WORD TEXT); INSERT INTO \"x项目设备描述信息\" VALUES ('stale');");
+    useCommonFolder();
+    EXPECT_EQ(words(), fromLocal);
+    EXPECT_EQ(local.readFile("Data/word.mdb"), common.readFile("Data/word.mdb"));
+    EXPECT_EQ(output.printed, CString());
 }
 
 TEST_F(WordList, NoDatabaseAnywhereGivesAnEmptyListAndOneMessage) {
