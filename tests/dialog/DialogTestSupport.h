@@ -2,10 +2,13 @@
 // the list's messages, and a window system that clicks cells and paints as a window would.
 #pragma once
 
+#include "common/CapturedOutput.h"
 #include "drawing/ExtractionState.h"
 #include "project/ProjectTree.h"
+#include "support/dialog/SetCabInfo.h"
 #include "support/dialog/SortedListCtrl.h"
 
+#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
@@ -14,7 +17,8 @@ inline std::vector<CString> rowsOf(const CSortedListCtrl& list) {
     std::vector<CString> rows;
     for (int row = 0; row < list.GetItemCount(); ++row) {
         CString line;
-        for (int column = 0; column < list.GetColumnCount(); ++column) line += (column ? CString(u"|") : CString()) + list.GetItemText(row, column);
+        for (int column = 0; column < list.GetColumnCount(); ++column)
+            line += (column ? CString(u"|") : CString()) + list.GetItemText(row, column);
         rows.push_back(line);
     }
     return rows;
@@ -62,6 +66,21 @@ struct ProjectWithDevices {
             all.push_back(d->m_strName + u"|" + d->m_strCirNo + u"|" + d->m_strCirName + u"|" + d->m_strCirType + u"|" + d->m_strCirSize);
         return all;
     }
+};
+
+// The cabinet dialog of a test, with the circuits and the project it shows and the host's output.
+class CabinetDialogTest : public ::testing::Test {
+protected:
+    std::vector<CString> boxTexts() const {
+        std::vector<CString> texts;
+        for (const CapturedOutput::Box& box : output.boxes) texts.push_back(box.text);
+        return texts;
+    }
+
+    ScannedCircuits circuits;
+    ProjectWithDevices project;
+    CapturedOutput output;
+    CSetCabInfo dialog;
 };
 
 class RecordingParent final : public CMessageWnd {

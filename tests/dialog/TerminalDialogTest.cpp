@@ -1,16 +1,14 @@
 // The cabinet dialog on qxcad's terminal, answered by lines as a script gives them.
 #include "apps/qxcad/CabinetDialogTerminal.h"
 #include "DialogTestSupport.h"
-#include "common/CapturedOutput.h"
 #include "support/DisplayWidth.h"
 
 #include <deque>
-#include <gtest/gtest.h>
 #include <sstream>
 
 namespace {
 
-class TerminalDialog : public ::testing::Test {
+class TerminalDialog : public CabinetDialogTest {
 protected:
     // Runs the dialog on the given lines; the end of the list is the end of input.
     // The prompt goes to the screen, as the line reader shows it.
@@ -32,7 +30,8 @@ protected:
     std::string shown() const { return screen.str(); }
     // Each part must be on the screen.
     void expectShown(std::initializer_list<std::string> parts) const {
-        for (const std::string& part : parts) EXPECT_NE(shown().find(part), std::string::npos) << part << " not in:\n" << shown();
+        for (const std::string& part : parts)
+            EXPECT_NE(shown().find(part), std::string::npos) << part << " not in:\n" << shown();
     }
     // The table rows (and heading) of the last screen shown.
     std::vector<CString> lastTable() const {
@@ -47,10 +46,6 @@ protected:
         return lines;
     }
 
-    ScannedCircuits circuits;
-    ProjectWithDevices project;
-    CapturedOutput output;
-    CSetCabInfo dialog;
     std::ostringstream screen;
 };
 
@@ -74,21 +69,21 @@ TEST_F(TerminalDialog, TheEndOfInputCancelsAndNothingChanges) {
     EXPECT_EQ(project.devices(), std::vector<CString>{u"d1|A1|name||"});
 }
 
-TEST_F(TerminalDialog, AFailedCheckKeepsTheDialogOpenForTheNextLines) {
-    project.add(u"d1", u"");
+TEST_F(TerminalDialog, ScriptLinesEditTellWhatTheyCannotDoAndWalkTheCellsUntilOkPasses) {
+    project.add(u"d1", u"", u"name");
     project.add(u"d2", u"A.1");
-    run({u"OK", u"1 2 A1", u"Ok", u"2 2 A2", u"oK"});
-    ASSERT_EQ(output.boxes.size(), 2u);
-    EXPECT_EQ(output.boxes[0].text, u"设备 d1 柜编号属性为空，无法作为屏柜提交！");
-    EXPECT_EQ(output.boxes[1].text, u"设备 d2 柜编号属性有非法字符存在！");
+    run({u"OK",  // refused: d1 has no cabinet number; the dialog stays open for the next lines
+         u"3 2 X", u"0 2 X", u"1 6 X", u"1 1 renamed", u"what",
+         u"1 2  A1(x) ", u"1 3 ",  // the text is all after the one blank behind the column
+         u"Ok",                    // refused: d2's number holds a "."
+         u"2 2 A2", u"2 5 big", u"ENTER", u"=lost", u"DOWN",  // enter on the last cell ends the edit
+         // Enter walks down the column, then on to the top of the next one; up goes back.
+         u"1 4 t1", u"ENTER", u"=t2", u"DOWN", u"=s1", u"UP", u"=t2b", u"oK"});
+    EXPECT_EQ(output.boxes.size(), 2u);
+    expectShown({"There is no row 3: the table has 2 rows.", "There is no row 0", "There is no column 6",
+                 "this cell cannot be changed", "No text editor is open.", "Not understood: \"what\""});
     EXPECT_TRUE(dialog.HasEnded());
-    EXPECT_EQ(project.devices(), (std::vector<CString>{u"d1|A1|||", u"d2|A2|||"}));
-}
-
-TEST_F(TerminalDialog, TheTextIsAllAfterTheOneBlankBehindTheColumn) {
-    project.add(u"d1", u"A1", u"name");
-    run({u"1 2  A1(x) ", u"1 3 ", u"OK"});
-    EXPECT_EQ(project.devices(), std::vector<CString>{u"d1| A1(x) |||"});
+    EXPECT_EQ(project.devices(), (std::vector<CString>{u"d1| A1(x) ||t1|s1", u"d2|A2||t2b|big"}));
 }
 
 TEST_F(TerminalDialog, PicksAnEntryOfTheOpenDropDownAndTypesIntoTheOpenEditor) {
@@ -98,23 +93,6 @@ TEST_F(TerminalDialog, PicksAnEntryOfTheOpenDropDownAndTypesIntoTheOpenEditor) {
     run({u"1 2", u"PICK 2", u"PICK 3", u"1 4", u"=typed", u"ok"});
     EXPECT_EQ(project.devices(), std::vector<CString>{u"d1|B1|u2|typed|"});
     expectShown({"The drop-down has entries 1 to 2."});
-}
-
-TEST_F(TerminalDialog, TypingPastTheTableIsToldAndChangesNothing) {
-    project.add(u"d1", u"A1");
-    project.add(u"d2", u"A2");
-    run({u"3 2 X", u"0 2 X", u"1 6 X", u"1 1 renamed", u"2 5 big", u"ENTER", u"=lost", u"DOWN", u"what", u"OK"});
-    expectShown({"There is no row 3: the table has 2 rows.", "There is no row 0", "There is no column 6",
-                 "this cell cannot be changed", "No text editor is open.", "Not understood: \"what\""});
-    EXPECT_TRUE(dialog.HasEnded());
-    EXPECT_EQ(project.devices(), (std::vector<CString>{u"d1|A1|||", u"d2|A2|||big"}));
-}
-
-TEST_F(TerminalDialog, EnterWalksDownTheColumnThenOnToTheNextOne) {
-    project.add(u"d1", u"A1");
-    project.add(u"d2", u"A2");
-    run({u"1 3 n1", u"ENTER", u"=n2", u"DOWN", u"=t1", u"UP", u"=n2b", u"OK"});
-    EXPECT_EQ(project.devices(), (std::vector<CString>{u"d1|A1|n1|t1|", u"d2|A2|n2b||"}));
 }
 
 TEST_F(TerminalDialog, ReachesTheLastOfHundredsOfDevicesByScrolling) {
@@ -132,16 +110,12 @@ TEST_F(TerminalDialog, AtATerminalThePersonIsPromptedAndSeesTheOpenEditor) {
 }
 
 TEST_F(TerminalDialog, OddLinesAndBracketedNumbersNeverBreakTheDialog) {
-    circuits.add(u"(");
-    circuits.add(u")(");
-    circuits.add(u"A(()");
-    circuits.add(u"");
+    for (const char16_t* number : {u"(", u")(", u"A(()", u""}) circuits.add(number);
     project.add(u"");
     project.add(u"(", u")");
     run({u"", u"PICK", u"PICK x", u"=", u"1", u"1 ", u" 1 2 ()", u"2 2\t(", u"99999999 2 x", u"1 2 A(", u"\x01\x02",
          u"pick 1", u"1 2", u"PICK 4", u"UP"});
     EXPECT_TRUE(dialog.HasEnded());  // the end of input cancelled it
-    EXPECT_EQ(dialog.GetListCtrl().GetColumnInfo(1).arrChoices, (CStringArray{u"(", u")(", u"A", u""}));
     EXPECT_EQ(dialog.GetListCtrl().GetItemText(0, 1), u"");
     EXPECT_EQ(project.device(1).m_strCirNo, u")");
 }
