@@ -99,10 +99,22 @@ public:
         messages.push_back(record);
         return 0;
     }
-    int count(UINT message) const {
-        int n = 0;
-        for (const Message& m : messages) n += m.message == message ? 1 : 0;
-        return n;
+    // Every message so far, as "name row column", joined by ", ": "heading" gives its column, "icon" its row.
+    std::string log() const {
+        const auto both = [](long long first, long long second) {
+            return std::to_string(first) + " " + std::to_string(second);
+        };
+        std::string text;
+        for (const Message& m : messages) {
+            text += text.empty() ? "" : ", ";
+            if (m.message == QXLM_COLUMNCLICKED) text += "heading " + std::to_string(m.lParam);
+            else if (m.message == QXLM_ICON_CLICKED) text += "icon " + std::to_string(m.wParam);
+            else if (m.message == QXLM_COMBO_OPENING) text += "opening " + both(m.wParam, m.lParam);
+            else if (m.message == QXLM_COMBO_CELL_CHANGED) text += "combo " + both(m.cell.row, m.cell.column);
+            else if (m.message == QXLM_EDIT_CELL_CHANGED) text += "edit " + both(m.cell.row, m.cell.column);
+            else text += std::to_string(m.message);
+        }
+        return text;
     }
 
     std::vector<Message> messages;
