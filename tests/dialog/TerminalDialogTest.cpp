@@ -61,14 +61,6 @@ TEST_F(TerminalDialog, ShowsTheTableTypesPicksFromTheOpenDropDownThenWritesBackO
     EXPECT_EQ(project.devices(), (std::vector<CString>{u"1#进线|A1|进线|typed|10kV", u"2#出线|B1|u2||"}));
 }
 
-TEST_F(TerminalDialog, TheEndOfInputCancelsAndNothingChanges) {
-    project.add(u"d1", u"A1", u"name");
-    run({u"1 2 Z", u"1 3 edited"});
-    EXPECT_TRUE(dialog.HasEnded());
-    run({u"1 3 edited", u"CANCEL", u"OK"});
-    EXPECT_EQ(project.devices(), std::vector<CString>{u"d1|A1|name||"});
-}
-
 TEST_F(TerminalDialog, ScriptLinesEditTellWhatTheyCannotDoAndWalkTheCellsUntilOkPasses) {
     project.add(u"d1", u"", u"name");
     project.add(u"d2", u"A.1");
@@ -94,21 +86,18 @@ TEST_F(TerminalDialog, ReachesTheLastOfHundredsOfDevicesByScrolling) {
               (std::vector<CString>{u"0|N0|near||", u"149|mid|||", u"298|N298|||", u"299|N299|far||"}));
 }
 
-TEST_F(TerminalDialog, AtATerminalThePersonIsPromptedAndSeesTheOpenEditor) {
-    project.add(u"d1", u"A1");
-    run({u"1 2", u"cancel"}, true);
-    expectShown({"屏柜属性设置> ", "Editing row 1, column 2: [A1], entries:  1) ", "PICK N"});
-}
-
-TEST_F(TerminalDialog, OddLinesAndBracketedNumbersNeverBreakTheDialog) {
+TEST_F(TerminalDialog, OddLinesAndBracketedNumbersNeverBreakTheDialogAndTheEndOfInputCancelsIt) {
     for (const char16_t* number : {u"(", u")(", u"A(()", u""}) circuits.add(number);
-    project.add(u"");
+    project.add(u"d1", u"A1", u"name");
     project.add(u"(", u")");
     run({u"", u"PICK", u"PICK x", u"=", u"1", u"1 ", u" 1 2 ()", u"2 2\t(", u"99999999 2 x", u"1 2 A(", u"\x01\x02",
-         u"pick 1", u"1 2", u"PICK 4", u"UP"});
-    EXPECT_TRUE(dialog.HasEnded());  // the end of input cancelled it
-    EXPECT_EQ(dialog.GetListCtrl().GetItemText(0, 1), u"");
-    EXPECT_EQ(project.device(1).m_strCirNo, u")");
+         u"pick 1", u"1 2", u"PICK 4", u"UP", u"2 3 edited"});
+    EXPECT_TRUE(dialog.HasEnded());
+    EXPECT_EQ(rowsOf(dialog.GetListCtrl()), (std::vector<CString>{u"d1||||", u"(|)|edited||"}));
+    EXPECT_EQ(project.devices(), (std::vector<CString>{u"d1|A1|name||", u"(|)|||"}));
+    // So does CANCEL, in any case.
+    run({u"1 3 edited", u"CANCEL", u"OK"});
+    EXPECT_EQ(project.devices(), (std::vector<CString>{u"d1|A1|name||", u"(|)|||"}));
 }
 
 TEST_F(TerminalDialog, ColumnsLineUpByDisplayWidthAndAtATerminalLongCellsAreCutInTheViewOnly) {
@@ -135,10 +124,12 @@ TEST_F(TerminalDialog, ColumnsLineUpByDisplayWidthAndAtATerminalLongCellsAreCutI
     EXPECT_EQ(project.device(0).m_strName, longName);
 }
 
-TEST_F(TerminalDialog, AtATerminalALongTableShowsTheRowsAroundTheOpenEditor) {
-    for (int i = 1; i <= 200; ++i) project.add(CString("D" + std::to_string(i)));
-    run({u"150 3 x", u"SHOW ALL", u"cancel"}, true, {100, 28});
-    expectShown({"rows 1–20 of 200 (SHOW ALL prints every row)", "rows 140–159 of 200", "\n> 150 | D150 "});
+TEST_F(TerminalDialog, AtATerminalThePersonIsPromptedAndALongTableShowsTheRowsAroundTheOpenEditor) {
+    circuits.add(u"A1");
+    for (int i = 1; i <= 200; ++i) project.add(CString("D" + std::to_string(i)), i == 1 ? u"A1" : u"");
+    run({u"1 2", u"150 3 x", u"SHOW ALL", u"cancel"}, true, {100, 28});
+    expectShown({"rows 1–20 of 200 (SHOW ALL prints every row)", "rows 140–159 of 200", "\n> 150 | D150 ",
+                 "屏柜属性设置> ", "Editing row 1, column 2: [A1], entries:  1) ", "PICK N"});
     const std::string all = shown().substr(shown().rfind("\n  #   | "));
     EXPECT_NE(all.find("\n  1   | D1 "), std::string::npos);
     EXPECT_NE(all.find("\n  200 | D200 "), std::string::npos);
