@@ -46,8 +46,8 @@ TEST_F(CabinetDialog, ShowsOneRowPerDeviceWithItsCabinetFieldsAndTheTemplatesCol
 }
 
 TEST_F(CabinetDialog, OffersEachCabinetNumberOnceAndFillsTheRowFromTheFirstCircuitOfTheNumberPickedOrTyped) {
-    circuits.add(u"B2(1)");
     circuits.add(u"A1(W1)", u"进线", u"KYN28", u"10kV");
+    circuits.add(u"B2(1)");
     circuits.add(u"A1(W2)", u"出线", u"XGN", u"0.4kV");
     circuits.add(u"(X)");
     circuits.add(u"b2");
@@ -55,11 +55,11 @@ TEST_F(CabinetDialog, OffersEachCabinetNumberOnceAndFillsTheRowFromTheFirstCircu
     project.add(u"other", u"", u"mine");
     open();
     // In the order the circuits have them.
-    EXPECT_EQ(list().GetColumnInfo(1).arrChoices, (CStringArray{u"B2", u"A1", u"(X)", u"b2"}));
+    EXPECT_EQ(list().GetColumnInfo(1).arrChoices, (CStringArray{u"A1", u"B2", u"(X)", u"b2"}));
 
     // A pick fills its row over what was typed there, and no other row.
     driver.click(0, 1);
-    list().GetDropDownEditor()->UserPicks(1);
+    list().GetDropDownEditor()->UserPicks(0);
     driver.settle();
     EXPECT_EQ(rowsOf(list()), (std::vector<CString>{u"dev|A1|进线|KYN28|10kV", u"other||mine||"}));
 

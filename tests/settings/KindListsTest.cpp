@@ -74,8 +74,9 @@ TEST_F(SettingsTest, DistLimitIsAPositiveNumberReadOncePerSession) {
         return CSettingsSession().GetDistLimit();
     };
     EXPECT_DOUBLE_EQ(CSettingsSession().GetDistLimit(), 0.5);
-    const std::vector<double> limits{limitOf("1.25\r\n3\r\n"), limitOf("0"), limitOf("-2"), limitOf("abc")};
-    EXPECT_EQ(limits, (std::vector<double>{1.25, 0.5, 0.5, 0.5}));
+    const std::vector<double> limits{limitOf("1.25\r\n3\r\n"), limitOf("0.25"), limitOf("0"), limitOf("-2"),
+                                     limitOf("abc")};
+    EXPECT_EQ(limits, (std::vector<double>{1.25, 0.25, 0.5, 0.5, 0.5}));
 
     CSettingsSession session;
     install.writeFile("Data/DistLimit.txt", "2");
