@@ -122,7 +122,8 @@ TEST(SecondaryListGrowthTest, ManyMovedPiecesInAFolderOfManyEntries) {
     for (int i = 0; i < kDrawings; ++i) {
         const CString name = CString(u"S") + CString(std::to_string(i)) + u".DWG";
         ASSERT_FALSE(finder.Exists(u"D:\\old\\" + name));
-        ASSERT_EQ(finder.Resolve(u"D:\\old\\" + name), folder.logic() + u"Secondary\\s" + CString(std::to_string(i)) + u".dwg");
+        ASSERT_EQ(finder.Resolve(u"D:\\old\\" + name),
+                  folder.logic() + u"Secondary\\s" + CString(std::to_string(i)) + u".dwg");
     }
     EXPECT_TRUE(finder.Exists(folder.logic() + u"OTHER7.TXT"));
 }
