@@ -2,10 +2,13 @@
 // the list's messages, and a window system that clicks cells and paints as a window would.
 #pragma once
 
+#include "common/CapturedOutput.h"
 #include "drawing/ExtractionState.h"
 #include "project/ProjectTree.h"
+#include "support/dialog/SetCabInfo.h"
 #include "support/dialog/SortedListCtrl.h"
 
+#include <gtest/gtest.h>
 #include <string>
 #include <vector>
 
@@ -14,7 +17,8 @@ inline std::vector<CString> rowsOf(const CSortedListCtrl& list) {
     std::vector<CString> rows;
     for (int row = 0; row < list.GetItemCount(); ++row) {
         CString line;
-        for (int column = 0; column < list.GetColumnCount(); ++column) line += (column ? CString(u"|") : CString()) + list.GetItemText(row, column);
+        for (int column = 0; column < list.GetColumnCount(); ++column)
+            line += (column ? CString(u"|") : CString()) + list.GetItemText(row, column);
         rows.push_back(line);
     }
     return rows;
@@ -64,6 +68,21 @@ struct ProjectWithDevices {
     }
 };
 
+// The cabinet dialog of a test, with the circuits and the project it shows and the host's output.
+class CabinetDialogTest : public ::testing::Test {
+protected:
+    std::vector<CString> boxTexts() const {
+        std::vector<CString> texts;
+        for (const CapturedOutput::Box& box : output.boxes) texts.push_back(box.text);
+        return texts;
+    }
+
+    ScannedCircuits circuits;
+    ProjectWithDevices project;
+    CapturedOutput output;
+    CSetCabInfo dialog;
+};
+
 class RecordingParent final : public CMessageWnd {
 public:
     struct Message {
@@ -80,10 +99,22 @@ public:
         messages.push_back(record);
         return 0;
     }
-    int count(UINT message) const {
-        int n = 0;
-        for (const Message& m : messages) n += m.message == message ? 1 : 0;
-        return n;
+    // Every message so far, as "name row column", joined by ", ": "heading" gives its column, "icon" its row.
+    std::string log() const {
+        const auto both = [](long long first, long long second) {
+            return std::to_string(first) + " " + std::to_string(second);
+        };
+        std::string text;
+        for (const Message& m : messages) {
+            text += text.empty() ? "" : ", ";
+            if (m.message == QXLM_COLUMNCLICKED) text += "heading " + std::to_string(m.lParam);
+            else if (m.message == QXLM_ICON_CLICKED) text += "icon " + std::to_string(m.wParam);
+            else if (m.message == QXLM_COMBO_OPENING) text += "opening " + both(m.wParam, m.lParam);
+            else if (m.message == QXLM_COMBO_CELL_CHANGED) text += "combo " + both(m.cell.row, m.cell.column);
+            else if (m.message == QXLM_EDIT_CELL_CHANGED) text += "edit " + both(m.cell.row, m.cell.column);
+            else text += std::to_string(m.message);
+        }
+        return text;
     }
 
     std::vector<Message> messages;

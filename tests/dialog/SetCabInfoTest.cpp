@@ -1,15 +1,11 @@
 // The cabinet dialog: its table, the cabinet numbers offered, the auto-fill, the checks on OK and what OK
 // and Cancel leave in the devices.
 #include "DialogTestSupport.h"
-#include "common/CapturedOutput.h"
 #include "common/ScriptedDialogs.h"
-#include "support/dialog/SetCabInfo.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
-class CabinetDialog : public ::testing::Test {
+class CabinetDialog : public CabinetDialogTest {
 protected:
     // OnInitDialog as DoModal runs it, with the devices of `project`.
     void open() {
@@ -19,10 +15,6 @@ protected:
     }
     CSortedListCtrl& list() { return dialog.GetListCtrl(); }
 
-    ScannedCircuits circuits;
-    ProjectWithDevices project;
-    CapturedOutput output;
-    CSetCabInfo dialog;
     ListDriver driver{dialog.GetListCtrl(), dialog};
 };
 
@@ -30,19 +22,10 @@ protected:
 
 TEST(CabinetNumberBase, TheTextBeforeTheBracketUnlessTheNumberOpensWithOneOrNeverClosesIt) {
     std::vector<CString> bases;
-    for (const char16_t* number : {u"A1(W2)", u"(W2)A1", u"A1(W2", u"A1)(W2", u"A(1)(2)", u""}) bases.push_back(QxCabinetNumberBase(number));
+    for (const char16_t* number : {u"A1(W2)", u"(W2)A1", u"A1(W2", u"A1)(W2", u"A(1)(2)", u")(", u""})
+        bases.push_back(QxCabinetNumberBase(number));
     // A ")" anywhere after the start will do.
-    EXPECT_EQ(bases, (std::vector<CString>{u"A1", u"(W2)A1", u"A1(W2", u"A1)", u"A", u""}));
-}
-
-TEST_F(CabinetDialog, OffersEachCabinetNumberOnceInTheOrderTheCircuitsHaveThem) {
-    circuits.add(u"B2(1)");
-    circuits.add(u"A1(W2)");
-    circuits.add(u"B2(2)");
-    circuits.add(u"(X)");
-    circuits.add(u"b2");
-    open();
-    EXPECT_EQ(list().GetColumnInfo(1).arrChoices, (CStringArray{u"B2", u"A1", u"(X)", u"b2"}));
+    EXPECT_EQ(bases, (std::vector<CString>{u"A1", u"(W2)A1", u"A1(W2", u"A1)", u"A", u")(", u""}));
 }
 
 TEST_F(CabinetDialog, ShowsOneRowPerDeviceWithItsCabinetFieldsAndTheTemplatesColumns) {
@@ -54,10 +37,46 @@ TEST_F(CabinetDialog, ShowsOneRowPerDeviceWithItsCabinetFieldsAndTheTemplatesCol
     EXPECT_EQ(list().GetColumnHeading(1), u"柜编号");
     const int width = (list().GetWindowRect().Width() - 15) / 5 - 1;
     std::vector<std::pair<int, int>> kindsAndWidths;
-    for (int column = 0; column < 5; ++column) kindsAndWidths.emplace_back(list().GetColumnInfo(column).nKind, list().GetColumnWidth(column));
+    for (int column = 0; column < 5; ++column)
+        kindsAndWidths.emplace_back(list().GetColumnInfo(column).nKind, list().GetColumnWidth(column));
     EXPECT_EQ(kindsAndWidths, (std::vector<std::pair<int, int>>{{QX_CELL_READONLY, width}, {QX_CELL_DROPDOWN, width},
-                                                                {QX_CELL_TEXT, width}, {QX_CELL_TEXT, width}, {QX_CELL_TEXT, width}}));
+                                                                {QX_CELL_TEXT, width}, {QX_CELL_TEXT, width},
+                                                                {QX_CELL_TEXT, width}}));
     EXPECT_EQ(dialog.SendMessage(WM_ACAD_KEEPFOCUS), 1);
+}
+
+TEST_F(CabinetDialog, OffersEachCabinetNumberOnceAndFillsTheRowFromTheFirstCircuitOfTheNumberPickedOrTyped) {
+    circuits.add(u"A1(W1)", u"进线", u"KYN28", u"10kV");
+    circuits.add(u"B2(1)");
+    circuits.add(u"A1(W2)", u"出线", u"XGN", u"0.4kV");
+    circuits.add(u"(X)");
+    circuits.add(u"b2");
+    project.add(u"dev", u"", u"typed by hand");
+    project.add(u"other", u"", u"mine");
+    open();
+    // In the order the circuits have them.
+    EXPECT_EQ(list().GetColumnInfo(1).arrChoices, (CStringArray{u"A1", u"B2", u"(X)", u"b2"}));
+
+    // A pick fills its row over what was typed there, and no other row.
+    driver.click(0, 1);
+    list().GetDropDownEditor()->UserPicks(0);
+    driver.settle();
+    EXPECT_EQ(rowsOf(list()), (std::vector<CString>{u"dev|A1|进线|KYN28|10kV", u"other||mine||"}));
+
+    // A typed number matches the base, trimmed and exactly; a change that matches nothing leaves what the
+    // last match filled.
+    driver.click(1, 1);
+    for (const auto& [typed, row] : std::vector<std::pair<CString, CString>>{
+             {u"A1(W2)", u"other|A1(W2)|mine||"}, {u"a1", u"other|a1|mine||"},
+             {u" A1 ", u"other| A1 |进线|KYN28|10kV"}, {u"A1x", u"other|A1x|进线|KYN28|10kV"}}) {
+        driver.type(typed);
+        EXPECT_EQ(rowsOf(list())[1], row);
+    }
+
+    // Only the cabinet number column fills.
+    driver.click(0, 3);
+    driver.type(u"B2");
+    EXPECT_EQ(rowsOf(list())[0], u"dev|A1|进线|B2|10kV");
 }
 
 TEST_F(CabinetDialog, WithoutCircuitsTheDropDownHasOneEmptyEntryAndTypingFillsNothing) {
@@ -69,80 +88,30 @@ TEST_F(CabinetDialog, WithoutCircuitsTheDropDownHasOneEmptyEntryAndTypingFillsNo
     EXPECT_EQ(rowsOf(list()), std::vector<CString>{u"dev|Z9|kept||"});
 }
 
-TEST_F(CabinetDialog, PickingACabinetNumberFillsTheRowFromItsFirstCircuitOverWhatWasTyped) {
-    circuits.add(u"A1(W1)", u"进线", u"KYN28", u"10kV");
-    circuits.add(u"A1(W2)", u"出线", u"XGN", u"0.4kV");
-    project.add(u"dev", u"", u"typed by hand");
-    project.add(u"other", u"", u"untouched");
-    open();
-    driver.click(0, 1);
-    list().GetDropDownEditor()->UserPicks(0);
-    driver.settle();
-    EXPECT_EQ(rowsOf(list()), (std::vector<CString>{u"dev|A1|进线|KYN28|10kV", u"other||untouched||"}));
-}
-
-TEST_F(CabinetDialog, TypedNumbersMatchTheBaseTrimmedAndExactly) {
-    circuits.add(u"A1(W2)", u"use", u"type", u"volt");
-    project.add(u"dev", u"", u"mine");
-    open();
-    driver.click(0, 1);
-    // A change that matches nothing leaves what the last match filled.
-    for (const auto& [typed, row] : std::vector<std::pair<CString, CString>>{{u"A1(W2)", u"dev|A1(W2)|mine||"}, {u"a1", u"dev|a1|mine||"},
-                                                                            {u" A1 ", u"dev| A1 |use|type|volt"}, {u"A1x", u"dev|A1x|use|type|volt"}}) {
-        driver.type(typed);
-        EXPECT_EQ(rowsOf(list()), std::vector<CString>{row});
-    }
-}
-
-TEST_F(CabinetDialog, OnlyTheCabinetNumberColumnFills) {
-    circuits.add(u"A1", u"use", u"type", u"volt");
-    project.add(u"dev");
+TEST_F(CabinetDialog, OkStopsAtTheFirstOffendingRowElseWritesTheFourFieldsAsTheyStandAndEnds) {
+    project.add(u"d1", u" A1 ", u"n1");
+    project.add(u"d2", u"A.2", u"n2");
+    project.add(u"柜3", u" \t ");
     open();
     driver.click(0, 3);
-    driver.type(u"A1");
-    EXPECT_EQ(rowsOf(list()), std::vector<CString>{u"dev|||A1|"});
-}
+    driver.type(u"changed");
+    // A failed check names the first offending row, keeps the dialog open and changes no device.
+    dialog.OnOK();
+    list().SetItemText(1, 1, u"A2,A3");
+    dialog.OnOK();
+    EXPECT_FALSE(dialog.HasEnded());
+    EXPECT_EQ(boxTexts(), (std::vector<CString>{u"设备 d2 柜编号属性有非法字符存在！",
+                                                u"设备 柜3 柜编号属性为空，无法作为屏柜提交！"}));
+    EXPECT_EQ(output.boxes[0].caption, u"Corvane");
+    EXPECT_EQ(project.devices(), (std::vector<CString>{u"d1| A1 |n1||", u"d2|A.2|n2||", u"柜3| \t |||"}));
 
-TEST_F(CabinetDialog, OkWritesTheFourFieldsAsTheyStandAndEnds) {
-    project.add(u"d1", u" A1 ", u"n1");
-    project.add(u"d2", u"A2,A3", u"n2");
-    open();
+    list().SetItemText(2, 1, u"K3");
     driver.click(1, 4);
     driver.type(u"600");  // the editor is still open at OK: the cell holds the text already
     dialog.OnOK();
     EXPECT_TRUE(dialog.HasEnded());
-    EXPECT_TRUE(output.boxes.empty());
-    EXPECT_EQ(project.devices(), (std::vector<CString>{u"d1| A1 |n1||", u"d2|A2,A3|n2||600"}));
-}
-
-TEST_F(CabinetDialog, ABlankCabinetNumberKeepsTheDialogOpenAndChangesNoDevice) {
-    project.add(u"d1", u"A1");
-    project.add(u"柜2", u" \t ");
-    open();
-    driver.click(0, 3);
-    driver.type(u"changed");
-    dialog.OnOK();
-    EXPECT_FALSE(dialog.HasEnded());
-    ASSERT_EQ(output.boxes.size(), 1u);
-    EXPECT_EQ(output.boxes[0].text, u"设备 柜2 柜编号属性为空，无法作为屏柜提交！");
-    EXPECT_EQ(output.boxes[0].caption, u"Corvane");
-    EXPECT_EQ(project.devices(), (std::vector<CString>{u"d1|A1|||", u"柜2| \t |||"}));
-}
-
-TEST_F(CabinetDialog, TheFirstOffendingRowDecidesTheMessage) {
-    project.add(u"d1", u"A1");
-    project.add(u"d2", u"A.2");
-    project.add(u"", u"");
-    open();
-    dialog.OnOK();
-    ASSERT_EQ(output.boxes.size(), 1u);
-    EXPECT_EQ(output.boxes[0].text, u"设备 d2 柜编号属性有非法字符存在！");
-
-    list().SetItemText(1, 1, u"A2");
-    dialog.OnOK();
-    ASSERT_EQ(output.boxes.size(), 2u);
-    EXPECT_EQ(output.boxes[1].text, u"设备  柜编号属性为空，无法作为屏柜提交！");
-    EXPECT_FALSE(dialog.HasEnded());
+    EXPECT_EQ(output.boxes.size(), 2u);
+    EXPECT_EQ(project.devices(), (std::vector<CString>{u"d1| A1 |n1|changed|", u"d2|A2,A3|n2||600", u"柜3|K3|||"}));
 }
 
 TEST_F(CabinetDialog, WithoutAProjectTheTableIsEmptyAndOkEnds) {

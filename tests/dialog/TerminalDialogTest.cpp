@@ -1,194 +1,126 @@
 // The cabinet dialog on qxcad's terminal, answered by lines as a script gives them.
 #include "apps/qxcad/CabinetDialogTerminal.h"
 #include "DialogTestSupport.h"
-#include "common/CapturedOutput.h"
-#include "support/DisplayWidth.h"
+#include "common/ScriptedDialogs.h"
 
 #include <deque>
-#include <gtest/gtest.h>
 #include <sstream>
 
 namespace {
 
-class TerminalDialog : public ::testing::Test {
+class TerminalDialog : public CabinetDialogTest {
 protected:
-    // Runs the dialog on the given lines; the end of the list is the end of input.
-    // The prompt goes to the screen, as the line reader shows it.
+    // Runs the dialog modally, as the host does, on the given lines; the end of the list is the end of
+    // input. The prompt goes to the screen, as the line reader shows it.
     void run(std::deque<CString> lines, bool interactive = false, DialogScreenSize size = {}) {
         dialog.m_pProjectTree = &project.root;
-        dialog.OnInitDialog();
-        CabinetDialogTerminal terminal(
-            dialog,
-            [&](const CString& prompt) -> std::optional<CString> {
-                screen << prompt;
-                if (lines.empty()) return std::nullopt;
-                CString line = lines.front();
-                lines.pop_front();
-                return line;
-            },
-            screen, interactive, size);
-        terminal.Run();
+        ScriptedDialogs dialogs;
+        dialogs.actions.push_back([&](CAdUiBaseDialog&) {
+            CabinetDialogTerminal terminal(
+                dialog,
+                [&](const CString& prompt) -> std::optional<CString> {
+                    screen << prompt;
+                    if (lines.empty()) return std::nullopt;
+                    CString line = lines.front();
+                    lines.pop_front();
+                    return line;
+                },
+                screen, interactive, size);
+            terminal.Run();
+        });
+        dialog.DoModal();
     }
     std::string shown() const { return screen.str(); }
     // Each part must be on the screen.
     void expectShown(std::initializer_list<std::string> parts) const {
-        for (const std::string& part : parts) EXPECT_NE(shown().find(part), std::string::npos) << part << " not in:\n" << shown();
+        for (const std::string& part : parts)
+            EXPECT_NE(shown().find(part), std::string::npos) << part << " not in:\n" << shown();
     }
-    // The table rows (and heading) of the last screen shown.
-    std::vector<CString> lastTable() const {
-        const std::string text = shown();
-        size_t at = text.rfind("\n  # ");
-        std::vector<CString> lines;
-        for (size_t end; at != std::string::npos && (end = text.find('\n', at + 1)) != std::string::npos; at = end) {
-            const std::string line = text.substr(at + 1, end - at - 1);
-            if (line.find(" | ") == std::string::npos) break;
-            lines.push_back(CString::FromUtf8(line));
-        }
-        return lines;
-    }
-
-    ScannedCircuits circuits;
-    ProjectWithDevices project;
-    CapturedOutput output;
-    CSetCabInfo dialog;
     std::ostringstream screen;
 };
 
 } // namespace
 
-TEST_F(TerminalDialog, ShowsTheCaptionHeadingsAndRowsThenWritesBackOnOk) {
+TEST_F(TerminalDialog, ShowsTheTableTypesPicksFromTheOpenDropDownThenWritesBackOnOk) {
     circuits.add(u"A1(W1)", u"进线", u"KYN28", u"10kV");
-    project.add(u"1#进线");
-    project.add(u"2#出线", u"old");
-    run({u"1 2 A1", u"2 2 B2", u"2 3 出线柜", u"ok"});
-    EXPECT_TRUE(dialog.HasEnded());
-    expectShown({"屏柜属性设置", "2 柜编号", "1#进线", "Cabinet numbers offered: A1"});
-    EXPECT_EQ(project.devices(), (std::vector<CString>{u"1#进线|A1|进线|KYN28|10kV", u"2#出线|B2|出线柜||"}));
-}
-
-TEST_F(TerminalDialog, TheEndOfInputCancelsAndNothingChanges) {
-    project.add(u"d1", u"A1", u"name");
-    run({u"1 2 Z", u"1 3 edited"});
-    EXPECT_TRUE(dialog.HasEnded());
-    run({u"1 3 edited", u"CANCEL", u"OK"});
-    EXPECT_EQ(project.devices(), std::vector<CString>{u"d1|A1|name||"});
-}
-
-TEST_F(TerminalDialog, AFailedCheckKeepsTheDialogOpenForTheNextLines) {
-    project.add(u"d1", u"");
-    project.add(u"d2", u"A.1");
-    run({u"OK", u"1 2 A1", u"Ok", u"2 2 A2", u"oK"});
-    ASSERT_EQ(output.boxes.size(), 2u);
-    EXPECT_EQ(output.boxes[0].text, u"设备 d1 柜编号属性为空，无法作为屏柜提交！");
-    EXPECT_EQ(output.boxes[1].text, u"设备 d2 柜编号属性有非法字符存在！");
-    EXPECT_TRUE(dialog.HasEnded());
-    EXPECT_EQ(project.devices(), (std::vector<CString>{u"d1|A1|||", u"d2|A2|||"}));
-}
-
-TEST_F(TerminalDialog, TheTextIsAllAfterTheOneBlankBehindTheColumn) {
-    project.add(u"d1", u"A1", u"name");
-    run({u"1 2  A1(x) ", u"1 3 ", u"OK"});
-    EXPECT_EQ(project.devices(), std::vector<CString>{u"d1| A1(x) |||"});
-}
-
-TEST_F(TerminalDialog, PicksAnEntryOfTheOpenDropDownAndTypesIntoTheOpenEditor) {
-    circuits.add(u"A1", u"u1");
     circuits.add(u"B1", u"u2");
-    project.add(u"d1");
-    run({u"1 2", u"PICK 2", u"PICK 3", u"1 4", u"=typed", u"ok"});
-    EXPECT_EQ(project.devices(), std::vector<CString>{u"d1|B1|u2|typed|"});
-    expectShown({"The drop-down has entries 1 to 2."});
+    project.add(u"1#进线");
+    project.add(u"2#出线", u"old", u"name");
+    run({u"1 2 A1", u"2 2", u"PICK 2", u"PICK 3", u"1 4", u"=typed", u"ok"});
+    EXPECT_TRUE(dialog.HasEnded());
+    expectShown({"屏柜属性设置", "2 柜编号", "1#进线", "Cabinet numbers offered: A1", "The drop-down has entries 1 to 2."});
+    EXPECT_EQ(project.devices(), (std::vector<CString>{u"1#进线|A1|进线|typed|10kV", u"2#出线|B1|u2||"}));
 }
 
-TEST_F(TerminalDialog, TypingPastTheTableIsToldAndChangesNothing) {
-    project.add(u"d1", u"A1");
-    project.add(u"d2", u"A2");
-    run({u"3 2 X", u"0 2 X", u"1 6 X", u"1 1 renamed", u"2 5 big", u"ENTER", u"=lost", u"DOWN", u"what", u"OK"});
+TEST_F(TerminalDialog, ScriptLinesEditTellWhatTheyCannotDoAndWalkTheCellsUntilOkPasses) {
+    project.add(u"d1", u"", u"name");
+    project.add(u"d2", u"A.1");
+    run({u"OK",  // refused: d1 has no cabinet number; the dialog stays open for the next lines
+         u"3 2 X", u"0 2 X", u"1 6 X", u"1 1 renamed", u"what",
+         u"1 2  A1(x) ", u"1 3 ",  // the text is all after the one blank behind the column
+         u"Ok",                    // refused: d2's number holds a "."
+         u"2 2 A2", u"2 5 big", u"ENTER", u"=lost", u"DOWN",  // enter on the last cell ends the edit
+         // Enter walks down the column, then on to the top of the next one; up goes back.
+         u"1 4 t1", u"ENTER", u"=t2", u"DOWN", u"=s1", u"UP", u"=t2b", u"oK"});
+    EXPECT_EQ(output.boxes.size(), 2u);
     expectShown({"There is no row 3: the table has 2 rows.", "There is no row 0", "There is no column 6",
                  "this cell cannot be changed", "No text editor is open.", "Not understood: \"what\""});
     EXPECT_TRUE(dialog.HasEnded());
-    EXPECT_EQ(project.devices(), (std::vector<CString>{u"d1|A1|||", u"d2|A2|||big"}));
+    EXPECT_EQ(project.devices(), (std::vector<CString>{u"d1| A1(x) ||t1|s1", u"d2|A2||t2b|big"}));
 }
 
-TEST_F(TerminalDialog, EnterWalksDownTheColumnThenOnToTheNextOne) {
-    project.add(u"d1", u"A1");
-    project.add(u"d2", u"A2");
-    run({u"1 3 n1", u"ENTER", u"=n2", u"DOWN", u"=t1", u"UP", u"=n2b", u"OK"});
-    EXPECT_EQ(project.devices(), (std::vector<CString>{u"d1|A1|n1|t1|", u"d2|A2|n2b||"}));
-}
-
-TEST_F(TerminalDialog, ReachesTheLastOfHundredsOfDevicesByScrolling) {
-    for (int i = 0; i < 300; ++i) project.add(CString(std::to_string(i)), CString("N" + std::to_string(i)));
-    run({u"300 3 far", u"1 3 near", u"150 2 mid", u"OK"});
-    const std::vector<CString> devices = project.devices();
-    EXPECT_EQ((std::vector<CString>{devices[0], devices[149], devices[298], devices[299]}),
-              (std::vector<CString>{u"0|N0|near||", u"149|mid|||", u"298|N298|||", u"299|N299|far||"}));
-}
-
-TEST_F(TerminalDialog, AtATerminalThePersonIsPromptedAndSeesTheOpenEditor) {
-    project.add(u"d1", u"A1");
-    run({u"1 2", u"cancel"}, true);
-    expectShown({"屏柜属性设置> ", "Editing row 1, column 2: [A1], entries:  1) ", "PICK N"});
-}
-
-TEST_F(TerminalDialog, OddLinesAndBracketedNumbersNeverBreakTheDialog) {
-    circuits.add(u"(");
-    circuits.add(u")(");
-    circuits.add(u"A(()");
-    circuits.add(u"");
-    project.add(u"");
+TEST_F(TerminalDialog, OddLinesAndBracketedNumbersNeverBreakTheDialogAndTheEndOfInputCancelsIt) {
+    for (const char16_t* number : {u"(", u")(", u"A(()", u""}) circuits.add(number);
+    project.add(u"d1", u"A1", u"name");
     project.add(u"(", u")");
     run({u"", u"PICK", u"PICK x", u"=", u"1", u"1 ", u" 1 2 ()", u"2 2\t(", u"99999999 2 x", u"1 2 A(", u"\x01\x02",
-         u"pick 1", u"1 2", u"PICK 4", u"UP"});
-    EXPECT_TRUE(dialog.HasEnded());  // the end of input cancelled it
-    EXPECT_EQ(dialog.GetListCtrl().GetColumnInfo(1).arrChoices, (CStringArray{u"(", u")(", u"A", u""}));
-    EXPECT_EQ(dialog.GetListCtrl().GetItemText(0, 1), u"");
-    EXPECT_EQ(project.device(1).m_strCirNo, u")");
+         u"pick 1", u"1 2", u"PICK 4", u"UP", u"2 3 edited"});
+    EXPECT_TRUE(dialog.HasEnded());
+    EXPECT_EQ(rowsOf(dialog.GetListCtrl()), (std::vector<CString>{u"d1||||", u"(|)|edited||"}));
+    EXPECT_EQ(project.devices(), (std::vector<CString>{u"d1|A1|name||", u"(|)|||"}));
+    // So does CANCEL, in any case.
+    run({u"1 3 edited", u"CANCEL", u"OK"});
+    EXPECT_EQ(project.devices(), (std::vector<CString>{u"d1|A1|name||", u"(|)|||"}));
 }
 
-TEST_F(TerminalDialog, AtATerminalColumnsLineUpByDisplayWidthAndLongCellsAreCutInTheViewOnly) {
+TEST_F(TerminalDialog, ColumnsLineUpByDisplayWidthAndAtATerminalLongCellsAreCutInTheViewOnly) {
     const CString longName = u"1#进线柜的一个很长很长很长很长的名字";
     project.add(longName, u"K1", u"进线柜");
     project.add(u"K2", u"K2", u"feeder");
     project.add(u"计量", u"K3");
-    for (const DialogScreenSize size : {DialogScreenSize{}, DialogScreenSize{60, 40}}) {
-        SCOPED_TRACE(size.columns);
-        screen.str("");
-        run({u"2 3 馈线", u"cancel"}, size.columns > 0, size);
-        const std::vector<CString> table = lastTable();
-        ASSERT_EQ(table.size(), 4u) << shown();
-        // Every separator stands in the same terminal column as the heading's.
-        auto separatorColumns = [](const CString& line) {
-            std::vector<int> columns;
-            for (int at = line.Find(u" | "); at >= 0; at = line.Find(u" | ", at + 1))
-                columns.push_back(QxDisplayWidth(line.Left(at)));
-            return columns;
-        };
-        for (const CString& line : table) {
-            EXPECT_EQ(separatorColumns(line), separatorColumns(table[0])) << line.ToUtf8();
-            if (size.columns > 0) {
-                EXPECT_LT(QxDisplayWidth(line), size.columns) << line.ToUtf8();
-            }
-        }
-        EXPECT_EQ(table[1].Find(longName) >= 0, size.columns == 0) << table[1].ToUtf8();
-        EXPECT_EQ(table[1].Find(u"…") >= 0, size.columns > 0);
-        EXPECT_EQ(project.device(0).m_strName, longName);
-    }
+    run({u"2 3 馈线", u"cancel"});
+    expectShown({"\n  # | 1 设备名称                           | 2 柜编号 | 3 柜名称 | 4 柜型号 | 5 柜体尺寸\n"
+                 "  1 | 1#进线柜的一个很长很长很长很长的名字 | K1       | 进线柜   |          | \n"
+                 "  2 | K2                                   | K2       | feeder   |          | \n"
+                 "  3 | 计量                                 | K3       |          |          | \n"});
+    // A terminal of 60 columns.
+    screen.str("");
+    run({u"2 3 馈线", u"cancel"}, true, {60, 40});
+    expectShown({"\n  # | 1 设备名… | 2 柜编号 | 3 柜名称 | 4 柜型号 | 5 柜体… \n"
+                 "  1 | 1#进线柜… | K1       | 进线柜   |          | \n"
+                 "  2 | K2        | K2       | feeder   |          | \n"
+                 "  3 | 计量      | K3       |          |          | \n"});
+    EXPECT_EQ(project.device(0).m_strName, longName);
 }
 
-TEST_F(TerminalDialog, AtATerminalALongTableShowsTheRowsAroundTheOpenEditor) {
-    for (int i = 1; i <= 200; ++i) project.add(CString("D" + std::to_string(i)));
-    run({u"150 3 x", u"SHOW ALL", u"cancel"}, true, {100, 28});
-    expectShown({"rows 1–20 of 200 (SHOW ALL prints every row)", "rows 140–159 of 200", "\n> 150 | D150 "});
+TEST_F(TerminalDialog, AtATerminalThePersonIsPromptedAndALongTableShowsTheRowsAroundTheOpenEditor) {
+    circuits.add(u"A1");
+    for (int i = 1; i <= 200; ++i) project.add(CString("D" + std::to_string(i)), CString("N" + std::to_string(i)));
+    run({u"1 2", u"150 3 x", u"SHOW ALL", u"cancel"}, true, {100, 28});
+    expectShown({"rows 1–20 of 200 (SHOW ALL prints every row)", "rows 140–159 of 200", "\n> 150 | D150 ",
+                 "屏柜属性设置> ", "Editing row 1, column 2: [N1], entries:  1) ", "PICK N"});
     const std::string all = shown().substr(shown().rfind("\n  #   | "));
     EXPECT_NE(all.find("\n  1   | D1 "), std::string::npos);
     EXPECT_NE(all.find("\n  200 | D200 "), std::string::npos);
 
-    // A script sees the table once, whole.
+    // A script sees the table once, whole, and reaches every row by scrolling.
     screen.str("");
-    run({u"150 3 x", u"cancel"}, false, {100, 28});
+    run({u"200 3 far", u"1 3 near", u"150 2 mid", u"OK"}, false, {100, 28});
     EXPECT_EQ(shown().find("rows "), std::string::npos);
     EXPECT_NE(shown().find("\n  200 | D200 "), std::string::npos);
+    const std::vector<CString> devices = project.devices();
+    EXPECT_EQ((std::vector<CString>{devices[0], devices[149], devices[198], devices[199]}),
+              (std::vector<CString>{u"D1|N1|near||", u"D150|mid|||", u"D199|N199|||", u"D200|N200|far||"}));
 }
 
 TEST_F(TerminalDialog, ControlCharactersAreRefusedInCellsAndShownEscaped) {

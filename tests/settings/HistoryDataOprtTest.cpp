@@ -33,6 +33,9 @@ TEST(HistoryDefaults, HoldTheNamedValuesAndEndCountingToSixteen) {
 }
 
 TEST_F(SettingsTest, AFirstRunWritesTheDefaultsWhereLocalDataIsAndElseOnlyAfterASetter) {
+    CStringArray expected;
+    GetHistoryDefaults(expected);
+    const std::string defaults = EncodeLegacy(joined(expected, u"\r\n"));
     {
         CHistoryDataOprt history;
         EXPECT_EQ(history.m_arrData.GetSize(), QX_HISTORY_DEFAULT_COUNT);
@@ -42,16 +45,24 @@ TEST_F(SettingsTest, AFirstRunWritesTheDefaultsWhereLocalDataIsAndElseOnlyAfterA
         CHistoryDataOprt history;
         history.SetDoubleData(3, 2.5);
     }
-    CStringArray expected;
-    GetHistoryDefaults(expected);
     expected[3] = u"2.50";
     EXPECT_EQ(install.readFile("LocalData/HistoryData.txt"), EncodeLegacy(joined(expected, u"\r\n")));
 
     // LocalData there but no history file yet: the first run writes the defaults at once.
     std::filesystem::remove(install.native() + "/LocalData/HistoryData.txt");
-    CHistoryDataOprt history;
-    GetHistoryDefaults(expected);
-    EXPECT_EQ(install.readFile("LocalData/HistoryData.txt"), EncodeLegacy(joined(expected, u"\r\n")));
+    {
+        CHistoryDataOprt history;
+        EXPECT_EQ(install.readFile("LocalData/HistoryData.txt"), defaults);
+        history.m_arrData[7] = u"双压";
+        history.SetIntData(8, 3);
+    }
+    // GB18030 of 双压 is also valid UTF-8 ("˫ѹ"): the value must come back as written, and stay so across a
+    // rewrite.
+    for (const int value : {4, 5}) {
+        CHistoryDataOprt history;
+        EXPECT_EQ(valueAt(history, 7), u"双压");
+        history.SetIntData(8, value);
+    }
 }
 
 TEST_F(SettingsTest, HistoryIsNotRewrittenWithoutASetter) {
@@ -89,19 +100,4 @@ TEST_F(SettingsTest, HistoryKeepsExtraLinesAndWritesTheLegacyCodePage) {
     EXPECT_EQ(install.readFile("LocalData/HistoryData.txt"), EncodeLegacy(joined(lines, u"\r\n")));
     CHistoryDataOprt again;
     EXPECT_EQ(again.m_arrData.GetSize(), QX_HISTORY_DEFAULT_COUNT + 2);
-}
-
-// GB18030 of 双压 is also valid UTF-8 ("˫ѹ"): the value must come back as written, and stay so across a rewrite.
-TEST_F(SettingsTest, HistoryValuesWrittenHereReadBackUnchanged) {
-    install.makeFolder("LocalData");
-    {
-        CHistoryDataOprt history;
-        history.m_arrData[7] = u"双压";
-        history.SetIntData(8, 3);
-    }
-    for (const int value : {4, 5}) {
-        CHistoryDataOprt history;
-        EXPECT_EQ(valueAt(history, 7), u"双压");
-        history.SetIntData(8, value);
-    }
 }

@@ -4,6 +4,7 @@
 #include "settings/ReadAworkSys.h"
 #include "settings/SettingsSession.h"
 
+#include <filesystem>
 #include <tuple>
 
 TEST_F(SettingsTest, AworkValuesAreReadInEitherEncoding) {
@@ -34,23 +35,39 @@ TEST_F(SettingsTest, AworkValuesAreReadInEitherEncoding) {
     }
 }
 
-TEST_F(SettingsTest, AnEmptyFileGivesZeroesAndTheFallbacks) {
-    CReadAworkSys settings;
-    install.writeFile("LocalData/awork.sys", "");
+TEST_F(SettingsTest, AnUnreadableFileIsReportedAndLoadsAsAnEmptyFileDoesWithZeroesAndTheFallbacks) {
+    CapturedOutput output;
     CSettingsSession session;
+    CReadAworkSys settings;
+    settings.m_nCrossNodeSize = 40;
+    EXPECT_FALSE(settings.Load(session));
+    EXPECT_EQ(std::tuple(settings.m_bRead, settings.m_nCrossNodeSize, settings.m_nTitleBlockExplode),
+              std::tuple(true, 0, 1));
+    install.makeFolder("LocalData/awork.sys");
+    EXPECT_FALSE(settings.Load(session));
+    const CString path = install.logic() + u"LocalData\\awork.sys";
+    EXPECT_EQ(output.printed, u"打开文件" + path + u"时出错，错误码为 2\n打开文件" + path + u"时出错，错误码为 21\n");
+
+    std::filesystem::remove(install.native() + "/LocalData/awork.sys");
+    install.writeFile("LocalData/awork.sys", "");
+    settings.m_nCrossNodeSize = 40;
     ASSERT_TRUE(settings.Load(session));
     // Pin wiring: no text leaves it as it was.
-    EXPECT_EQ(std::tuple(settings.m_nCrossNodeSize, settings.m_nCircuitBlockExplode, settings.m_nUseSpareTerminalEnds, settings.m_nVertWireNoTextDir,
-                         settings.m_dFrameWidth, settings.m_nSamePartPinWiring, settings.m_nSoftwareEdition),
+    EXPECT_EQ(std::tuple(settings.m_nCrossNodeSize, settings.m_nCircuitBlockExplode, settings.m_nUseSpareTerminalEnds,
+                         settings.m_nVertWireNoTextDir, settings.m_dFrameWidth, settings.m_nSamePartPinWiring,
+                         settings.m_nSoftwareEdition),
               std::tuple(0, 1, 1, 0, 0.0, 1, 1));
-    EXPECT_EQ((std::vector<CString>{settings.m_strShortWireToPartDist, settings.m_strWireColorTextPos, settings.m_strDeviceTerminalWires}),
+    EXPECT_EQ((std::vector<CString>{settings.m_strShortWireToPartDist, settings.m_strWireColorTextPos,
+                                    settings.m_strDeviceTerminalWires}),
               (std::vector<CString>{u"3.0", u"连线下方", u""}));
 
     // A value of blanks is empty too; a given value wins over the fallback.
-    writeLegacy("LocalData/awork.sys", u"电路图图块允许炸开:    \r\n短接线到元件的距离: 4 .5\r\n打开DWG默认启动方式: 0\r\n");
+    writeLegacy("LocalData/awork.sys",
+                u"电路图图块允许炸开:    \r\n短接线到元件的距离: 4 .5\r\n打开DWG默认启动方式: 0\r\n");
     settings.m_nCircuitBlockExplode = 7;
     settings.Load(session);
-    EXPECT_EQ(std::tuple(settings.m_nCircuitBlockExplode, settings.m_strShortWireToPartDist, settings.m_nDwgOpenMode), std::tuple(1, CString(u"4.5"), 0));
+    EXPECT_EQ(std::tuple(settings.m_nCircuitBlockExplode, settings.m_strShortWireToPartDist, settings.m_nDwgOpenMode),
+              std::tuple(1, CString(u"4.5"), 0));
 }
 
 TEST_F(SettingsTest, TheTwoWiringTextsSetThePinWiringModeAndOthersLeaveIt) {
@@ -83,20 +100,4 @@ TEST_F(SettingsTest, SoftwareEditionFallsBackOnTheErpOrCadMode) {
     writeLegacy("LocalData/awork.sys", u"软件当前版本: 3\r\n");
     settings.Load(next);
     EXPECT_EQ(settings.m_nSoftwareEdition, 3);
-}
-
-TEST_F(SettingsTest, AnUnreadableSettingsFileIsReportedAndLoadsAsEmpty) {
-    CapturedOutput output;
-    CSettingsSession session;
-    CReadAworkSys settings;
-    settings.m_nCrossNodeSize = 40;
-    EXPECT_FALSE(settings.Load(session));
-    EXPECT_EQ(std::tuple(settings.m_bRead, settings.m_nCrossNodeSize, settings.m_nTitleBlockExplode), std::tuple(true, 0, 1));
-    const CString path = install.logic() + u"LocalData\\awork.sys";
-    EXPECT_EQ(output.printed, u"打开文件" + path + u"时出错，错误码为 2\n");
-
-    output.printed.Empty();
-    install.makeFolder("LocalData/awork.sys");
-    EXPECT_FALSE(settings.Load(session));
-    EXPECT_EQ(output.printed, u"打开文件" + path + u"时出错，错误码为 21\n");
 }
