@@ -1,7 +1,10 @@
 // HMItmSubmit on the assembly tests' substation, laid out as a person draws a project that the cloud does
-// not know yet, with the cabinet dialog answered by a script: against a scripted cloud and the embedded centre.
+// not know yet, with the cabinet dialog answered by a script: against a scripted cloud, and against the
+// embedded centre shared by two install folders.
 #include "ProjectCommandFixture.h"
 #include "common/ScriptedDialogs.h"
+#include "common/ScriptedPrompts.h"
+#include "platform/InstallPath.h"
 #include "module/commands/ProjectTrees.h"
 #include "project/tree/FoldersToTree.h"
 #include "support/dialog/SetCabInfo.h"
@@ -165,19 +168,68 @@ protected:
         ItmSubmit::SetUp();
         useEmbeddedCentre();
     }
+    void TearDown() override {
+        ::unsetenv("HEXMOOR_STORE");
+        ItmSubmit::TearDown();
+    }
+
+    // Moves the session to a second install folder that shares the first one's centre.
+    void switchToSecondInstall() {
+        const std::string store = install.native() + "/LocalData/hexmoor.db";
+        HMEndSession();
+        ::setenv("HEXMOOR_STORE", store.c_str(), 1);
+        SetCorvaneInstallDirOverride(second.logic());
+        second.makeFolder("Data");
+        second.makeFolder("My Projects");
+        ASSERT_TRUE(LayOutTemplateDrawing(second.logic()));
+        QxLSetLoginInfo_Varnholt_CV201301(u"acme", u"ann", u"secret", u"localhost:8585");
+        HMStartSession();
+    }
+    void switchToFirstInstall() {
+        HMEndSession();
+        ::unsetenv("HEXMOOR_STORE");
+        SetCorvaneInstallDirOverride(install.logic());
+        HMStartSession();
+    }
+
+    TempFolder second;
 };
 
 // The project then stands in the centre: HMBomSubmit takes it from its documents, and sending it as new
-// once more is refused with the documents left as the first submit wrote them.
-TEST_F(ItmSubmitToCentre, TheCentreHoldsTheProjectsDevicesAndRowsAndASecondSubmitIsRefused) {
+// once more is refused with the documents left as the first submit wrote them. A second install that shares
+// the centre makes the project from it and later takes the first one's change.
+TEST_F(ItmSubmitToCentre, TheCentreHoldsTheProjectAndASecondInstallMakesItAndLaterTakesTheChange) {
     answerDialogWithOk();
     run(u"HMItmSubmit");
     EXPECT_EQ(rowsText(centreRows(u"K02")), "N1/X1/3;继电器/RX-1/2;断路器/NSX100/1;");
     run(u"HMBomSubmit");
+    run(u"HMBomCmp");  // drawings and centre agree now
+    EXPECT_TRUE(output.printed.Contains(u"0 differ from the centre"));
     const std::string document = install.readFile(projectPath("Station/D1/Hexmoor.xml"));
     answerDialogWithOk();
     run(u"HMItmSubmit");
     EXPECT_EQ(outcome(), "dialogs=2 submits=0 boxes=Corvane新建项目提交成功！|Corvane新建项目提交失败，可能是服务器上已有同名项目或网络连接故障！| "
                          "documents=Hexmoor.xml,D1/Hexmoor.xml, notes=D1:K02/进线柜//800x600; held=0 flag=0");
     EXPECT_EQ(install.readFile(projectPath("Station/D1/Hexmoor.xml")), document);
+
+    switchToSecondInstall();
+    ScriptedPrompts prompts;
+    prompts.answers.push_back(u"0");  // the centre's one project
+    run(u"HMXmCreate");
+    const std::string copy = "My Projects/Station/";
+    EXPECT_NE(second.readFile(copy + "D1/Hexmoor.xml").find("F_Name=\"N1\""), std::string::npos);
+    EXPECT_EQ(queuedCommands(), std::vector<CString>{u"xmmanage\n"});
+
+    // The first install's device gains a drawing and sends again.
+    switchToFirstInstall();
+    install.writeFile(projectPath("Station/D1/B.dwg"), AssemblyDrawing("device_b.dxf"));
+    run(u"HMBomSubmit");
+    EXPECT_NE(rowsText(centreRows(u"K02")).find("继电器/RX-2/1;"), std::string::npos);
+
+    switchToSecondInstall();
+    EXPECT_EQ(second.readFile(copy + "D1/Hexmoor.xml").find("RX-2"), std::string::npos);
+    run(u"HMUpdate");
+    EXPECT_TRUE(output.printed.Contains(u"项目Station更新完毕！"));
+    EXPECT_NE(second.readFile(copy + "D1/Hexmoor.xml").find("RX-2"), std::string::npos);
+    EXPECT_TRUE(second.exists(copy + "D1/图纸.DWG"));
 }
