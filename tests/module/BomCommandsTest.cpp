@@ -125,46 +125,42 @@ TEST_F(BomCommands, WithoutDevicesSubmitRefusesAndCompareStillAsks) {
     EXPECT_EQ(outcome(), "submits=0 compares=1 boxes=此项目没有屏柜，不能提交明细信息！| rewritten= flag=0");
 }
 
-TEST_F(BomCommands, WithoutACloudDocumentEachCommandSaysSoWithTheProjectPath) {
+// A project without a cloud document (none at all, or one that moved away) is named in each command's own
+// message; a project file at the root or above the chosen folders is refused outright, though a document
+// stands there. Nothing is asked of the cloud, shown in a box or made.
+TEST_F(BomCommands, AProjectTheCommandsCannotUseIsToldAndNothingIsAskedOrMade) {
+    makeAndDrawStation(u"K03");
+    install.writeFile("Hexmoor.xml", document("Hexmoor.xml"));
+    install.writeFile(projectPath("Hexmoor.xml"), document("Hexmoor.xml"));
     const struct {
         const char16_t* command;
-        const char16_t* message;
+        const char16_t* noDocument;  // null: the command's own check, in ItmSubmitTest
     } commands[] = {
         {u"HMBomSubmit", u"项目%s的Hexmoor相关信息不存在，无法提交明细！请选择提交项目。\n"},
         {u"HMBomCmp", u"项目%s的Hexmoor相关信息不存在，无法进行比对！\n"},
         {u"HMUpdate", u"项目%s的Hexmoor相关信息不存在，无法从Hexmoor调用明细！\n"},
+        {u"HMItmSubmit", nullptr},
     };
-    // No current project: an empty %s. A recent.dat naming a project that moved away: its path.
-    for (const CString& recent : {CString(), CString(projects() + u"Moved\\Moved.itm")}) {
-        if (!recent.IsEmpty()) SetRecentProject(recent);
+    // Unusable: no backslash (the folder "\"), the root itself, the install folder, the projects folder, above
+    // the install.
+    const std::pair<CString, bool> recents[] = {
+        {CString(), false}, {projects() + u"Moved\\Moved.itm", false}, {u"Station.itm", true}, {u"\\Station.itm", true},
+        {install.logic() + u"Station.itm", true}, {projects() + u"Station.itm", true}, {install.logic() + u"..\\Station.itm", true}};
+    for (const auto& [recent, unusable] : recents) {
+        SetRecentProject(recent);
         for (const auto& each : commands) {
+            if (!unusable && !each.noDocument) continue;
             output.printed.Empty();
             run(each.command);
-            EXPECT_TRUE(output.printed.EndsWith(QxFormat(each.message, QxFs::ToNativeText(recent)))) << CString(each.command).ToUtf8();
-        }
-    }
-    EXPECT_EQ(cloud().submitBomCalls + cloud().bomCmpCalls + cloud().projectInfoCalls, 0);
-    EXPECT_FALSE(install.exists("My Projects/Moved"));
-}
-
-TEST_F(BomCommands, AProjectFolderThatIsTheRootOrAboveTheChosenFoldersIsRefused) {
-    makeAndDrawStation(u"K03");
-    const std::string document = install.readFile(projectPath("Station/Hexmoor.xml"));
-    install.writeFile("Hexmoor.xml", document);
-    install.writeFile(projectPath("Hexmoor.xml"), document);
-    // No backslash: the folder "\"; the root itself; the install folder; the projects folder; above the install.
-    for (const CString& recent : {CString(u"Station.itm"), CString(u"\\Station.itm"), install.logic() + u"Station.itm",
-                                  projects() + u"Station.itm", install.logic() + u"..\\Station.itm"}) {
-        SetRecentProject(recent);
-        for (const char16_t* command : {u"HMBomSubmit", u"HMBomCmp", u"HMUpdate", u"HMItmSubmit"}) {
-            output.printed.Empty();
-            run(command);
-            EXPECT_TRUE(output.printed.Contains(u"当前项目" + QxFs::ToNativeText(recent) + u"不能使用")) << CString(command).ToUtf8() << output.printed.ToUtf8();
+            const CString told = unusable ? u"当前项目" + QxFs::ToNativeText(recent) + u"不能使用"
+                                          : QxFormat(each.noDocument, QxFs::ToNativeText(recent));
+            EXPECT_TRUE(output.printed.Contains(told)) << CString(each.command).ToUtf8() << output.printed.ToUtf8();
         }
     }
     EXPECT_EQ(cloud().submitBomCalls + cloud().bomCmpCalls + cloud().projectInfoCalls + cloud().submitItmCalls, 0);
     EXPECT_TRUE(output.boxes.empty());
     EXPECT_FALSE(install.exists("Station"));
+    EXPECT_FALSE(install.exists("My Projects/Moved"));
     EXPECT_FALSE(install.exists(projectPath("D1")));
 }
 
