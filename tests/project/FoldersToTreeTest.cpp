@@ -173,19 +173,13 @@ TEST_F(FoldersToTreeExtraction, DevicesGetTheirRowsFromTheirDrawingsAndTheScan) 
     ASSERT_TRUE(CreateDeviceFromNode(client, station(), root.m_arrChildren[1]));
     SetCorvaneInstallDirOverride(CString());
 
-    HMProjectTree_INFO tree;
-    {
-        CXmlDocument document;
-        HMXmlCreateDocument(document);
-        HMXmlLoadFile(document, station() + u"Hexmoor.xml");
-        HMXmlReadNode(document, &tree);
-    }
+    const auto tree = readDocument(station() + u"Hexmoor.xml");
     QxScanPrimaryDiagram(station());
-    LinkChildrenAndLoad(&tree, station(), true);
+    LinkChildrenAndLoad(tree.get(), station(), true);
 
     // The documents' rows play no part; the device's own drawing keeps the drawers' rows out, and the
     // template drawing adds no row of its own.
-    EXPECT_EQ(describe(tree.m_arrCabinets), "K01(0)# K01/// P:断路器/NSX100/1/;互感器/CT-1/1/;继电器/RX-1/1/; S:\n"
+    EXPECT_EQ(describe(tree->m_arrCabinets), "K01(0)# K01/// P:断路器/NSX100/1/;互感器/CT-1/1/;继电器/RX-1/1/; S:\n"
                                             "K02(0)# K02/// P:N1/X1/3/; S:继电器/RX-1/1/;\n");
     EXPECT_FALSE(g_bBomCheckFailed);
 }

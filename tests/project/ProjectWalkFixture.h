@@ -37,6 +37,16 @@ inline std::string describe(const CArray<HMProjectTree_INFO*, HMProjectTree_INFO
     return text.ToUtf8();
 }
 
+// Reads a Hexmoor.xml as the commands do.
+inline std::unique_ptr<HMProjectTree_INFO> readDocument(const CString& path) {
+    auto node = std::make_unique<HMProjectTree_INFO>();
+    CXmlDocument document;
+    HMXmlCreateDocument(document);
+    HMXmlLoadFile(document, path);
+    HMXmlReadNode(document, node.get());
+    return node;
+}
+
 class ProjectWalkTest : public testing::Test {
 protected:
     // The cloud gives every node a schema block; a document without one does not read back.
@@ -107,16 +117,6 @@ protected:
         for (const std::string& file : files) command += " '" + file + "'";
         const ShellRun run = RunShellCommand(command);
         return run.status == 0 ? run.out : std::string();
-    }
-
-    // Reads a Hexmoor.xml as the commands do.
-    static std::unique_ptr<HMProjectTree_INFO> readDocument(const CString& path) {
-        auto node = std::make_unique<HMProjectTree_INFO>();
-        CXmlDocument document;
-        HMXmlCreateDocument(document);
-        HMXmlLoadFile(document, path);
-        HMXmlReadNode(document, node.get());
-        return node;
     }
 
     std::string templateBytes() const { return install.readFile("Support/TEMPLATE/图纸.DWG"); }
