@@ -22,9 +22,10 @@ protected:
     void SetUp() override {
         ProjectWalkTest::SetUp();
         makeSubstation(cloud);
-        cloud.m_arrChildren[0]->m_strBoms = u"<cabinet><product F_Numbers=\"2\" F_Name=\"断路器\" F_Remark=\"\" F_Model=\"NSX100\" "
-                         u"F_Parent_BOM_ID=\"\" F_IsSecondary=\"0\"/><product F_Numbers=\"1\" F_Name=\"继电器\" "
-                         u"F_Remark=\"r\" F_Model=\"RX-1\" F_Parent_BOM_ID=\"12345678\" F_IsSecondary=\"1\"/></cabinet>";
+        cloud.m_arrChildren[0]->m_strBoms =
+            u"<cabinet><product F_Numbers=\"2\" F_Name=\"断路器\" F_Remark=\"\" F_Model=\"NSX100\" "
+            u"F_Parent_BOM_ID=\"\" F_IsSecondary=\"0\"/><product F_Numbers=\"1\" F_Name=\"继电器\" "
+            u"F_Remark=\"r\" F_Model=\"RX-1\" F_Parent_BOM_ID=\"12345678\" F_IsSecondary=\"1\"/></cabinet>";
         ASSERT_TRUE(CreateProjectFromNode(client, projects.logic(), &cloud));
         output.printed.Empty();
     }
@@ -44,7 +45,8 @@ TEST_F(FoldersToTree, DocumentsGiveTheTreeItsLinksCabinetsAndRowsAndASubProjectW
 
     ASSERT_EQ(names(tree->m_arrChildren), u"K01;二期;K02;");
     // Devices at every depth, in walk order.
-    EXPECT_EQ(describe(tree->m_arrCabinets), "K01(0)#id-K01 1,2/进线柜/KYN28/800*1500*2300 P:断路器/NSX100/2/; S:继电器/RX-1/1/r;\n"
+    EXPECT_EQ(describe(tree->m_arrCabinets), "K01(0)#id-K01 1,2/进线柜/KYN28/800*1500*2300 P:断路器/NSX100/2/; "
+                                             "S:继电器/RX-1/1/r;\n"
                                              "K11(0)#id-K11 11/进线柜/KYN28/800*1500*2300 P: S:\n"
                                              "K02(0)#id-K02 3/进线柜/KYN28/800*1500*2300 P: S:\n");
     HMProjectTree_INFO* sub = tree->m_arrChildren[1];
@@ -194,6 +196,8 @@ TEST_F(FoldersToTree, FoldersMadeFromACloudTreeBuildTheSameTreeBack) {
 
     ASSERT_EQ(names(root.m_arrChildren), u"二期;K01;K02;K03;");
     // The template drawing holds no BOM table.
-    EXPECT_EQ(describe(root.m_arrCabinets), "K11(0)# 11/进线柜/KYN28/800*1500*2300 P: S:\nK01(0)# 1,2/进线柜/KYN28/800*1500*2300 P: S:\n"
-                                            "K02(0)# 3/进线柜/KYN28/800*1500*2300 P: S:\nK03(0)# 4/原图/KYN28/800*1500*2300 P: S:\n");
+    EXPECT_EQ(describe(root.m_arrCabinets), "K11(0)# 11/进线柜/KYN28/800*1500*2300 P: S:\n"
+                                            "K01(0)# 1,2/进线柜/KYN28/800*1500*2300 P: S:\n"
+                                            "K02(0)# 3/进线柜/KYN28/800*1500*2300 P: S:\n"
+                                            "K03(0)# 4/原图/KYN28/800*1500*2300 P: S:\n");
 }

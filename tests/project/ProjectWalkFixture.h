@@ -24,7 +24,8 @@
 inline CString rowsText(const BomRows& rows) {
     CString text;
     for (const BOM_INFO& row : rows)
-        text += row.m_strRowName + u"/" + row.m_strRowModel + u"/" + row.m_strRowCount + u"/" + row.m_strRowRemark + u";";
+        text += row.m_strRowName + u"/" + row.m_strRowModel + u"/" + row.m_strRowCount + u"/" + row.m_strRowRemark +
+                u";";
     return text;
 }
 // Each node of a list as one line: "name(type)#id cabinet-no/name/type/size P:primary rows S:secondary rows".

@@ -62,7 +62,8 @@ TEST_F(TreeToFolders, NewProjectGetsItsFilesDocumentsAndTemplateDrawings) {
                                      "变电站/二期/K11/图纸.DWG", "变电站/二期/K11/Hexmoor.xml", "变电站/K02/",
                                      "变电站/K02/K02.prj", "变电站/K02/图纸.DWG", "变电站/K02/Hexmoor.xml"}));
     EXPECT_EQ(projects.readFile("变电站/K01/图纸.DWG"), templateBytes());
-    // A project has the demo's 工程 words first; a device the others first, then its cabinet notes as the cloud gave them.
+    // A project has the demo's 工程 words first; a device the others first, then its cabinet notes as the cloud
+    // gave them.
     EXPECT_EQ(notesText(folder(u"变电站\\变电站.itm")), "工程名称=;工程编号=;工程地点=;建设单位=;设计单位=;设计阶段=;设计人=;审核人=;"
                                                        "出图日期=;制造厂家=;出厂编号=;额定电压=;额定电流=;");
     EXPECT_EQ(notesText(folder(u"变电站\\K01\\K01.prj")),
