@@ -62,8 +62,9 @@ TEST_F(BomCommands, SubmitSendsEveryDeviceWithItsRowsAndSavesOnlyTheNodesTheLibr
     cloud().submitBom = [&sent](HMProjectTree_INFO* tree, bool flag) {
         if (tree->m_arrCabinets.GetSize() != 2) return false;
         HMProjectTree_INFO* d1 = tree->m_arrCabinets[0];
-        sent = CString(d1->m_strID).ToUtf8() + " P:" + rowsText(d1->m_arrPrimaryBom) + " S:" + rowsText(d1->m_arrSecondaryBom) +
-               " D2 P:" + rowsText(tree->m_arrCabinets[1]->m_arrPrimaryBom) + " flag=" + std::to_string(flag);
+        sent = CString(d1->m_strID).ToUtf8() + " P:" + rowsText(d1->m_arrPrimaryBom) + " S:" +
+               rowsText(d1->m_arrSecondaryBom) + " D2 P:" + rowsText(tree->m_arrCabinets[1]->m_arrPrimaryBom) +
+               " flag=" + std::to_string(flag);
         // The library marks D1 alone; it changes D2 in memory too, which must not reach D2's file.
         d1->m_bChanged = true;
         d1->m_strBoms = u"<cabinet ID=\"id-D1\"><product F_Name=\"N1\" F_Model=\"X1\" F_Numbers=\"3\"/></cabinet>";
@@ -144,8 +145,9 @@ TEST_F(BomCommands, AProjectTheCommandsCannotUseIsToldAndNothingIsAskedOrMade) {
     // Unusable: no backslash (the folder "\"), the root itself, the install folder, the projects folder, above
     // the install.
     const std::pair<CString, bool> recents[] = {
-        {CString(), false}, {projects() + u"Moved\\Moved.itm", false}, {u"Station.itm", true}, {u"\\Station.itm", true},
-        {install.logic() + u"Station.itm", true}, {projects() + u"Station.itm", true}, {install.logic() + u"..\\Station.itm", true}};
+        {CString(), false}, {projects() + u"Moved\\Moved.itm", false}, {u"Station.itm", true},
+        {u"\\Station.itm", true}, {install.logic() + u"Station.itm", true}, {projects() + u"Station.itm", true},
+        {install.logic() + u"..\\Station.itm", true}};
     for (const auto& [recent, unusable] : recents) {
         SetRecentProject(recent);
         for (const auto& each : commands) {

@@ -13,8 +13,9 @@ namespace {
 
 CSetCabInfo& cabinetDialog(CAdUiBaseDialog& shown) { return dynamic_cast<CSetCabInfo&>(shown); }
 
-// The person names D1's cabinet and gives its size, then presses OK.
+// The person names D1's cabinet and gives its size, then presses OK. The dialog runs on the module's resources.
 void nameAndSizeThenOk(CAdUiBaseDialog& shown) {
+    EXPECT_NE(acDocManagerPtr()->currentResourceHandle(), nullptr);
     CSortedListCtrl& list = cabinetDialog(shown).GetListCtrl();
     list.SetItemText(0, 2, u"进线柜");
     list.SetItemText(0, 4, u"800x600");
@@ -132,7 +133,8 @@ INSTANTIATE_TEST_SUITE_P(Rows, ItmSubmitAnswers, ::testing::Values(
         "notes=D1:K02/进线柜//800x600;D2:K03///; held=0 flag=0"},
     ItmSubmitCase{"CancelSendsNothingAndChangesNoPrj", nullptr, editThenCancel, true, "",
         "dialogs=1 submits=0 boxes= documents= notes=D1:K02///; held=0 flag=0"},
-    ItmSubmitCase{"AFailedDialogCheckKeepsTheDialogOpenUntilTheNumberIsRight", nullptr, badNumberThenAnotherCabinet, true,
+    ItmSubmitCase{"AFailedDialogCheckKeepsTheDialogOpenUntilTheNumberIsRight", nullptr, badNumberThenAnotherCabinet,
+        true,
         "Station| D1:K03//KYN.28/; P:指示灯/AD16/1; S:继电器/RX-1/2;断路器/NSX100/1; held=1",
         "dialogs=1 submits=1 boxes=设备 D1 柜编号属性有非法字符存在！|Corvane新建项目提交成功！| "
         "documents=Hexmoor.xml,D1/Hexmoor.xml, notes=D1:K03//KYN.28/; held=0 flag=0"},
