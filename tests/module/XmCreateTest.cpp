@@ -2,6 +2,7 @@
 // checked in tests/project (TreeToFoldersTest); here the command's own steps.
 #include "ProjectCommandFixture.h"
 #include "project/ProjectFiles.h"
+#include "support/Encoding.h"
 #include "support/FileSystem.h"
 
 #include <filesystem>
@@ -37,8 +38,9 @@ TEST_F(XmCreate, MakesTheWholeProjectMakesItCurrentAndShowsItInTheProjectManager
                                  "变电站/K02/ 变电站/K02/Hexmoor.xml 变电站/K02/K02.prj 变电站/K02/图纸.DWG 变电站/二期/ "
                                  "变电站/二期/Hexmoor.xml 变电站/二期/K11/ 变电站/二期/K11/Hexmoor.xml 变电站/二期/K11/K11.prj "
                                  "变电站/二期/K11/图纸.DWG 变电站/二期/二期.itm 变电站/变电站.itm");
-    // The description words stand in the project file.
-    EXPECT_NE(install.readFile(projectPath("变电站/变电站.itm")).find("$BEGIN_ONE_NOTE"), std::string::npos);
+    // The description words stand in the project file, in a project's order: the 工程 words first.
+    const std::string itmText = install.readFile(projectPath("变电站/变电站.itm"));
+    EXPECT_LT(itmText.find(EncodeLegacy(u"工程名称")), itmText.find(EncodeLegacy(u"建设单位")));
 
     // The project's own line comes after its children's, and the host's project manager is asked for.
     const int projectLine = output.printed.Find(QxFormat(u"***新项目%s已建成***\n", QxFs::ToNativeText(itm)));
