@@ -98,14 +98,16 @@ TEST_F(ProjectView, AProjectTheCloudKnowsIsReadThroughItsDocumentsAsHMBomSubmitR
     ASSERT_EQ(document["devices"].size(), 1u);  // D2 is no node of the cloud's project
     const auto& d1 = document["devices"][0];
     EXPECT_EQ((std::vector<nlohmann::json>{document["command"], document["m_strID"], d1["m_strID"],
-                                           d1["m_arrPrimaryBom"][0]["m_strRowCode"], document["wouldSend"], document["whyNot"]}),
+                                           d1["m_arrPrimaryBom"][0]["m_strRowCode"], document["wouldSend"],
+                                           document["whyNot"]}),
               (std::vector<nlohmann::json>{"HMBomSubmit", "P-1", "d-1", "E1", true, nullptr}));
     // The device's own document names its cabinet, not the .prj.
     folder.writeFile("Station/D1/D1.prj", devicePrj("K03"));
     const InspectRun known = inspect("'" + folder.native() + "/Station/D1/D1.prj'", "device");
     ASSERT_EQ(known.status, 0);
     const auto device = nlohmann::json::parse(known.out);
-    EXPECT_EQ((std::vector<nlohmann::json>{device["m_strID"], device["m_strCirNo"], device["m_arrPrimaryBom"][0]["m_strRowName"]}),
+    EXPECT_EQ((std::vector<nlohmann::json>{device["m_strID"], device["m_strCirNo"],
+                                           device["m_arrPrimaryBom"][0]["m_strRowName"]}),
               (std::vector<nlohmann::json>{"d-1", "K02", "N1"}));
 }
 

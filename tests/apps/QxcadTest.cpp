@@ -112,7 +112,8 @@ TEST(QxcadItmSubmit, OnlyOkSendsTheProjectWithTheNamesTypedIntoTheDialog) {
     EXPECT_EQ(dir.readFile(project + "K02/K02.prj"), before);
     EXPECT_FALSE(dir.exists(project + "Hexmoor.xml"));
 
-    const ProcessRun run = RunQxcad(dir, "HMItmSubmit HMBomCmp", "1 2 K.1\\nOK\\n1 2 K01\\n2 3 Feeder-2\\n3 5 800x600\\nOK\\n");
+    const std::string answers = "1 2 K.1\\nOK\\n1 2 K01\\n2 3 Feeder-2\\n3 5 800x600\\nOK\\n";
+    const ProcessRun run = RunQxcad(dir, "HMItmSubmit HMBomCmp", answers);
     EXPECT_EQ(run.status, 0);
     // The centre now holds the three devices with the rows the drawings give.
     expectShows(run.out, {"[Corvane] 设备 K01 柜编号属性有非法字符存在！", "[Corvane] Corvane新建项目提交成功！",
