@@ -82,18 +82,9 @@ TEST_F(ProjectView, ALocalProjectShowsWhatHMItmSubmitWouldSendAndWhyNot) {
     expectShows(document["messages"][0].get<std::string>(), {"屏柜 K03 和屏柜 K04"});
 }
 
+// The device view builds the node as the commands do; once the cloud knows the project, both views read
+// it through its documents, as HMBomSubmit reads it.
 TEST_F(ProjectView, AProjectTheCloudKnowsIsReadThroughItsDocumentsAsHMBomSubmitReadsIt) {
-    layOut("D2", "K03");
-    writeDocuments();
-    const auto document = view();
-    ASSERT_EQ(document["devices"].size(), 1u);  // D2 is no node of the cloud's project
-    const auto& d1 = document["devices"][0];
-    EXPECT_EQ((std::vector<nlohmann::json>{document["command"], document["m_strID"], d1["m_strID"],
-                                           d1["m_arrPrimaryBom"][0]["m_strRowCode"], document["wouldSend"], document["whyNot"]}),
-              (std::vector<nlohmann::json>{"HMBomSubmit", "P-1", "d-1", "E1", true, nullptr}));
-}
-
-TEST_F(ProjectView, TheDeviceViewBuildsTheNodeAsTheCommandsDo) {
     layOut("D2", "K03");
     // A note block without its value line gives an empty value, as the folder walk reads it.
     folder.writeFile("Station/D2/D2.prj", "$BEGIN NOTE OF PRJ\r\n$BEGIN_ONE_NOTE\r\n柜编号\r\n$END_ONE_NOTE\r\n"
@@ -101,22 +92,23 @@ TEST_F(ProjectView, TheDeviceViewBuildsTheNodeAsTheCommandsDo) {
     const InspectRun local = inspect("'" + folder.native() + "/Station/D2/D2.prj'", "device");
     ASSERT_EQ(local.status, 0);
     EXPECT_EQ(nlohmann::json::parse(local.out)["m_strCirNo"], "");
-    // For a project the centre knows, the device's own document names its cabinet, not the .prj.
+
     writeDocuments();
+    const auto document = view();
+    ASSERT_EQ(document["devices"].size(), 1u);  // D2 is no node of the cloud's project
+    const auto& d1 = document["devices"][0];
+    EXPECT_EQ((std::vector<nlohmann::json>{document["command"], document["m_strID"], d1["m_strID"],
+                                           d1["m_arrPrimaryBom"][0]["m_strRowCode"], document["wouldSend"],
+                                           document["whyNot"]}),
+              (std::vector<nlohmann::json>{"HMBomSubmit", "P-1", "d-1", "E1", true, nullptr}));
+    // The device's own document names its cabinet, not the .prj.
     folder.writeFile("Station/D1/D1.prj", devicePrj("K03"));
     const InspectRun known = inspect("'" + folder.native() + "/Station/D1/D1.prj'", "device");
     ASSERT_EQ(known.status, 0);
-    const auto d1 = nlohmann::json::parse(known.out);
-    EXPECT_EQ((std::vector<nlohmann::json>{d1["m_strID"], d1["m_strCirNo"], d1["m_arrPrimaryBom"][0]["m_strRowName"]}),
+    const auto device = nlohmann::json::parse(known.out);
+    EXPECT_EQ((std::vector<nlohmann::json>{device["m_strID"], device["m_strCirNo"],
+                                           device["m_arrPrimaryBom"][0]["m_strRowName"]}),
               (std::vector<nlohmann::json>{"d-1", "K02", "N1"}));
-}
-
-TEST_F(ProjectView, CsvHasOneLinePerRowWithQuotedFields) {
-    layOut("D,\"2", "K03");
-    const InspectRun run = inspect(itm() + " --csv");
-    ASSERT_EQ(run.status, 0);
-    EXPECT_EQ(run.out.rfind("device,kind,label,name,model,count,remark,code\n", 0), 0u);
-    expectShows(run.out, {"\nD1,primary,,N1,X1,3,,E1\n", "\nD1,secondary,1KA,继电器,RX-1,2,,R1\n", "\n\"D,\"\"2\",primary,,指示灯,AD16,1,,L1\n"});
 }
 
 TEST_F(ProjectView, WorkbookHasASummaryAndOneSheetPerDeviceNamedAsExcelAllows) {
@@ -159,15 +151,20 @@ TEST_F(ProjectView, InputsThatCannotBeUsedAreRefused) {
     expectShows(folder.readFile("err.txt"), {"bom.xlsx"});
 }
 
-TEST_F(ProjectView, ALongWalkShowsOneLinePerDeviceOnlyOnATerminal) {
-    layOut("D2", "K03");
+// CSV: one line per row with quoted fields; a long walk shows one line per device only on a terminal.
+TEST_F(ProjectView, CsvHasOneLinePerRowAndTheWalkShowsItsProgressOnlyOnATerminal) {
+    layOut("D,\"2", "K03");
+    const InspectRun run = inspect(itm() + " --csv");
+    ASSERT_EQ(run.status, 0);
+    EXPECT_EQ(run.out.rfind("device,kind,label,name,model,count,remark,code\n", 0), 0u);
+    expectShows(run.out, {"\nD1,primary,,N1,X1,3,,E1\n", "\nD1,secondary,1KA,继电器,RX-1,2,,R1\n",
+                          "\n\"D,\"\"2\",primary,,指示灯,AD16,1,,L1\n"});
     // Standard error is a file: no progress lines among the messages.
-    ASSERT_EQ(inspect(itm() + " --csv").status, 0);
     expectNever(folder.readFile("err.txt"), {"reading its drawings"});
     // Under a pseudo-terminal (script), one line for each device.
     const std::string command = "script -qec \"" + std::string(QX_BINARY_DIR) + "/bin/qxinspect project " + itm() +
                                 " --csv >/dev/null\" /dev/null";
-    expectShows(RunShellCommand(command).out, {"device D1: reading its drawings", "device D2: reading its drawings"});
+    expectShows(RunShellCommand(command).out, {"device D1: reading its drawings", "2: reading its drawings"});
 }
 
 TEST(Qxinspect, NamesTheDrawingByItsPathInTheMachinesOwnForm) {

@@ -24,17 +24,6 @@ std::string ProjectVersion() {
     return match[1];
 }
 
-class QxcadItmSubmit : public ::testing::Test {
-protected:
-    void SetUp() override { ASSERT_TRUE(LayOutSampleProjectAndLogIn(dir)); }
-
-    std::string project(const std::string& relative) const {
-        return "corvane/My Projects/华东变电站/" + relative;
-    }
-
-    TempFolder dir;
-};
-
 } // namespace
 
 // Runs on a fresh install folder: the exit status, a text the run shows, and one it never shows.
@@ -59,15 +48,24 @@ TEST(Qxcad, RunsTheCommandsOfItsCommandLineOrPromptAndFailsClearly) {
     }
 }
 
-TEST(Qxcad, LogsInFromAnswersOnStandardInputThenSilentlyFromTheStoredLogin) {
+// Logged in from answers on standard input, the project commands log in silently from the stored login and
+// say plainly why they stop when there is nothing to work on.
+TEST(Qxcad, LogsInFromStandardInputThenSilentlyAndTheProjectCommandsSayWhyTheyStop) {
     TempFolder dir;
     ProcessRun run = RunQxcad(dir, "HMLogin", "acme\\nann\\nsecret\\n");
     EXPECT_EQ(run.status, 0);
     expectShows(run.out, {"登录云端成功！"});
     expectNever(run.out + dir.readFile("err.txt"), {"secret"});
-    run = RunQxcad(dir, "HMUpdate");
-    expectShows(run.out, {"登录云端成功！"});
+    dir.writeFile("corvane/Data/recent.dat", "");
+    run = RunQxcad(dir, "HMBomSubmit HMBomCmp HMUpdate HMXmCreate");
+    EXPECT_EQ(run.status, 0);
+    // The centre has no project to make: nothing is made and the project manager is not called.
+    expectShows(run.out, {"登录云端成功！", "项目的Hexmoor相关信息不存在，无法提交明细！请选择提交项目。",
+                          "项目的Hexmoor相关信息不存在，无法进行比对！", "项目的Hexmoor相关信息不存在，无法从Hexmoor调用明细！",
+                          "has no project"});
+    expectNever(run.out, {"***"});
     expectNever(dir.readFile("err.txt"), {"Hexmoor credential"});
+    EXPECT_EQ(dir.readFile("corvane/Data/recent.dat"), "");
     expectShows(RunQxcad(dir, "HMLogin", "acme\\nann\\nwrong\\n").out, {"登录云端失败！"});
 }
 
@@ -99,45 +97,29 @@ TEST(Tools, QxcadAndQxinspectPrintTheirVersion) {
     }
 }
 
-// The project commands log in silently from the stored login and say plainly why they stop when there is
-// nothing to work on.
-TEST(QxcadProjectCommands, WithoutAProjectTheCloudKnowsEachCommandSaysSoAndTheRunSucceeds) {
+// On the demo's sample project: CANCEL or the end of input sends nothing; a failed check keeps the dialog for
+// the next lines; OK sends the project to the embedded centre with the names typed into the dialog.
+TEST(QxcadItmSubmit, OnlyOkSendsTheProjectWithTheNamesTypedIntoTheDialog) {
     TempFolder dir;
-    ASSERT_EQ(RunQxcad(dir, "HMLogin", "acme\\nann\\nsecret\\n").status, 0);
-    dir.writeFile("corvane/Data/recent.dat", "");
-    const ProcessRun run = RunQxcad(dir, "HMBomSubmit HMBomCmp HMUpdate HMXmCreate");
-    EXPECT_EQ(run.status, 0);
-    // The centre has no project to make: nothing is made and the project manager is not called.
-    expectShows(run.out, {"项目的Hexmoor相关信息不存在，无法提交明细！请选择提交项目。", "项目的Hexmoor相关信息不存在，无法进行比对！",
-                          "项目的Hexmoor相关信息不存在，无法从Hexmoor调用明细！", "has no project"});
-    expectNever(run.out, {"***"});
-    EXPECT_EQ(dir.readFile("corvane/Data/recent.dat"), "");
-}
-
-// OK sends the project to the embedded centre, CANCEL or the end of input sends nothing.
-TEST_F(QxcadItmSubmit, OkSendsTheProjectWithTheNamesTypedIntoTheDialog) {
-    const ProcessRun run = RunQxcad(dir, "HMItmSubmit HMBomCmp", "2 3 Feeder-2\\n3 5 800x600\\nOK\\n");
-    EXPECT_EQ(run.status, 0);
-    // The centre now holds the three devices with the rows the drawings give.
-    expectShows(run.out, {"[Corvane] Corvane新建项目提交成功！", "BOM comparison: 3 devices, 0 differ from the centre."});
-    expectShows(dir.readFile("err.txt"), {"屏柜属性设置"});  // the dialog was shown
-    expectShows(dir.readFile(project("K02/K02.prj")), {"Feeder-2"});
-    expectShows(dir.readFile(project("K03/K03.prj")), {"800x600"});
-    EXPECT_TRUE(dir.exists(project("Hexmoor.xml")) && dir.exists(project("K01/Hexmoor.xml")));
-}
-
-TEST_F(QxcadItmSubmit, CancelOrTheEndOfInputSendsNothingAndLeavesThePrjFiles) {
-    const std::string before = dir.readFile(project("K02/K02.prj"));
+    ASSERT_TRUE(LayOutSampleProjectAndLogIn(dir));
+    const std::string project = "corvane/My Projects/华东变电站/";
+    const std::string before = dir.readFile(project + "K02/K02.prj");
     for (const char* input : {"2 3 Feeder-2\\nCANCEL\\n", "2 3 Feeder-2\\n"}) {
         const ProcessRun run = RunQxcad(dir, "HMItmSubmit", input);
         EXPECT_EQ(run.status, 0);
         expectNever(run.out, {"[Corvane]"});
     }
-    EXPECT_EQ(dir.readFile(project("K02/K02.prj")), before);
-    EXPECT_FALSE(dir.exists(project("Hexmoor.xml")));
-}
+    EXPECT_EQ(dir.readFile(project + "K02/K02.prj"), before);
+    EXPECT_FALSE(dir.exists(project + "Hexmoor.xml"));
 
-TEST_F(QxcadItmSubmit, AFailedCheckKeepsTheDialogForTheNextLines) {
-    const ProcessRun run = RunQxcad(dir, "HMItmSubmit", "1 2 K.1\\nOK\\n1 2 K01\\nOK\\n");
-    expectShows(run.out, {"[Corvane] 设备 K01 柜编号属性有非法字符存在！", "[Corvane] Corvane新建项目提交成功！"});
+    const std::string answers = "1 2 K.1\\nOK\\n1 2 K01\\n2 3 Feeder-2\\n3 5 800x600\\nOK\\n";
+    const ProcessRun run = RunQxcad(dir, "HMItmSubmit HMBomCmp", answers);
+    EXPECT_EQ(run.status, 0);
+    // The centre now holds the three devices with the rows the drawings give.
+    expectShows(run.out, {"[Corvane] 设备 K01 柜编号属性有非法字符存在！", "[Corvane] Corvane新建项目提交成功！",
+                          "BOM comparison: 3 devices, 0 differ from the centre."});
+    expectShows(dir.readFile("err.txt"), {"屏柜属性设置"});  // the dialog was shown
+    expectShows(dir.readFile(project + "K02/K02.prj"), {"Feeder-2"});
+    expectShows(dir.readFile(project + "K03/K03.prj"), {"800x600"});
+    EXPECT_TRUE(dir.exists(project + "Hexmoor.xml") && dir.exists(project + "K01/Hexmoor.xml"));
 }

@@ -19,7 +19,7 @@ void failingCloudAtLoad() {
 
 } // namespace
 
-TEST_F(EntryPoint, LoadRegistersSevenCommandsInTableOrderAndUnloadRemovesThem) {
+TEST_F(EntryPoint, LoadRegistersSevenCommandsInTableOrderUnloadRemovesThemAndAFailedLoadLeavesNone) {
     // Unknown message codes call nothing.
     for (const int code : {16, 4000}) EXPECT_EQ(acrxEntryPoint(static_cast<AcRx::AppMsgCode>(code), nullptr), AcRx::kRetOK);
     EXPECT_EQ(g_pHexmoorClient, nullptr);
@@ -34,18 +34,21 @@ TEST_F(EntryPoint, LoadRegistersSevenCommandsInTableOrderAndUnloadRemovesThem) {
     EXPECT_EQ(commands[0].globalName, CString(u"_HMLogin"));
     EXPECT_EQ(commands[0].flags, ACRX_CMD_MODAL);
     ASSERT_NE(g_pHexmoorClient, nullptr);
+    // HMTest asks for one cabinet without logging in.
+    acedRegCmds()->lookup(u"HMTest")->handler();
+    EXPECT_EQ(cloud().oneCabCalls, 1);
+    EXPECT_EQ(cloud().autoLoginCalls + cloud().loginCalls, 0);
 
     ASSERT_EQ(acrxEntryPoint(AcRx::kUnloadAppMsg, nullptr), AcRx::kRetOK);
     EXPECT_TRUE(acedRegCmds()->commandsOfGroup(kCommandGroup).empty());
     EXPECT_EQ(g_pHexmoorClient, nullptr);
-}
 
-TEST_F(EntryPoint, HMTestAsksForOneCabinetWithoutLoggingIn) {
-    acrxEntryPoint(AcRx::kInitAppMsg, nullptr);
-    acedRegCmds()->lookup(u"HMTest")->handler();
-    EXPECT_EQ(cloud().oneCabCalls, 1);
-    EXPECT_EQ(cloud().autoLoginCalls + cloud().loginCalls, 0);
-    acrxEntryPoint(AcRx::kUnloadAppMsg, nullptr);
+    // A failed load leaves no command and no client behind.
+    failingCloudAtLoad();
+    EXPECT_EQ(acrxEntryPoint(AcRx::kInitAppMsg, nullptr), AcRx::kRetError);
+    EXPECT_TRUE(output.printed.Contains(u"no cloud library"));
+    EXPECT_TRUE(acedRegCmds()->commandsOfGroup(kCommandGroup).empty());
+    EXPECT_EQ(g_pHexmoorClient, nullptr);
 }
 
 // The built library opened with dlopen as the host opens it, on a temporary install folder.
@@ -88,14 +91,6 @@ TEST_F(BuiltModule, ExportsItsEntryPointsUnderPlainNamesAndAFailedLoadLeavesNoth
     EXPECT_TRUE(output.printed.Contains(u"acrxEntryPoint stopped on an unexpected error: no cloud library"));
     EXPECT_EQ(acedRegCmds()->commands().size(), hostCommands);
     EXPECT_FALSE(acedRegCmds()->lookup(u"HMLogin").has_value());
-}
-
-TEST_F(EntryPoint, AFailedLoadLeavesNoCommandAndNoClientBehind) {
-    failingCloudAtLoad();
-    EXPECT_EQ(acrxEntryPoint(AcRx::kInitAppMsg, nullptr), AcRx::kRetError);
-    EXPECT_TRUE(output.printed.Contains(u"no cloud library"));
-    EXPECT_TRUE(acedRegCmds()->commandsOfGroup(kCommandGroup).empty());
-    EXPECT_EQ(g_pHexmoorClient, nullptr);
 }
 
 TEST_F(EntryPoint, CommandsWithoutASessionSaySoAndDoNothing) {

@@ -111,19 +111,18 @@ TEST_F(Exports, AllNineAreThereAndEveryCloudEntryLogsInFirst) {
     EXPECT_EQ(cloud().loginCalls, 9);  // logged in: no second login
 }
 
-TEST_F(Exports, RemoteProjectComesWithEveryDevicesRowsUnpacked) {
+// The cloud's trees come with every device's rows unpacked; a submit refreshes them from what the cloud kept;
+// the other entries hand their argument on.
+TEST_F(Exports, CloudTreesComeWithTheirRowsAndTheForwardingEntriesHandTheirArgumentOn) {
     cloud().projectInfo = stationWithRows;
-    HMProjectTree_INFO* tree = module->remote();
-    ASSERT_NE(tree, nullptr);
-    ASSERT_EQ(tree->m_arrCabinets.GetSize(), 2);
-    for (const HMProjectTree_INFO* device : tree->m_arrCabinets) {
-        EXPECT_EQ(rowsText(device->m_arrPrimaryBom), "断路器/NSX100/2;");
-        EXPECT_EQ(rowsText(device->m_arrSecondaryBom), "继电器/RX-1/1;");  // the child row stays out
-    }
-    module->freeTree(tree);
-}
+    HMProjectTree_INFO* remote = module->remote();
+    ASSERT_NE(remote, nullptr);
+    std::string unpacked;
+    for (const HMProjectTree_INFO* device : remote->m_arrCabinets)
+        unpacked += "P:" + rowsText(device->m_arrPrimaryBom) + " S:" + rowsText(device->m_arrSecondaryBom) + "|";
+    EXPECT_EQ(unpacked, "P:断路器/NSX100/2; S:继电器/RX-1/1;|P:断路器/NSX100/2; S:继电器/RX-1/1;|");  // the child row stays out
+    module->freeTree(remote);
 
-TEST_F(Exports, BomSubmitRefreshesTheRowsFromWhatTheCloudKept) {
     std::unique_ptr<HMProjectTree_INFO> tree(stationWithRows(nullptr));
     BOM_INFO stale;
     stale.m_strRowName = u"stale";
@@ -136,7 +135,6 @@ TEST_F(Exports, BomSubmitRefreshesTheRowsFromWhatTheCloudKept) {
     EXPECT_TRUE(module->bomSubmit(tree.get()));
     EXPECT_TRUE(flagSeen);
     EXPECT_EQ(rowsText(tree->m_arrCabinets[0]->m_arrPrimaryBom), "断路器/NSX100/2;");
-
     // Without devices, or refused, the tree's rows stay as they are.
     cloud().submitBom = [](HMProjectTree_INFO*, bool) { return false; };
     tree->m_arrCabinets[0]->m_arrPrimaryBom.Add(stale);
@@ -145,6 +143,14 @@ TEST_F(Exports, BomSubmitRefreshesTheRowsFromWhatTheCloudKept) {
     HMProjectTree_INFO alone;
     cloud().submitBom = [](HMProjectTree_INFO*, bool) { return true; };
     EXPECT_TRUE(module->bomSubmit(&alone));
+
+    cloud().submitItm = [&alone](HMProjectTree_INFO* given) { return given == &alone; };
+    EXPECT_TRUE(module->sys1Refer(&alone));
+    EXPECT_TRUE(module->oneCabCir2(&alone));
+    cloud().dqRows.Add(BOM_INFO{u"", u"灯", u"AD16", u"1", u"", u"L1"});
+    Rows rows;
+    EXPECT_TRUE(module->dqBoms(rows));
+    EXPECT_EQ(rows, cloud().dqRows);
 }
 
 TEST_F(Exports, ProjectInfoAndCabinetRowsComeFromTheLocalDocuments) {
@@ -182,15 +188,4 @@ TEST_F(Exports, AProjectWithoutDocumentAsksTheCloudWithEmptyIdsAndSaysNothing) {
     EXPECT_EQ(output.printed.Mid(printedBefore.GetLength()),
               QxFormat(u"项目%s的Hexmoor相关信息不存在，无法从Hexmoor调用明细！\n", QxFs::ToNativeText(local)));
     EXPECT_TRUE(tree.m_arrChildren.IsEmpty());
-}
-
-TEST_F(Exports, ForwardingExportsHandTheirArgumentOn) {
-    HMProjectTree_INFO tree;
-    cloud().submitItm = [&tree](HMProjectTree_INFO* given) { return given == &tree; };
-    EXPECT_TRUE(module->sys1Refer(&tree));
-    EXPECT_TRUE(module->oneCabCir2(&tree));
-    cloud().dqRows.Add(BOM_INFO{u"", u"灯", u"AD16", u"1", u"", u"L1"});
-    Rows rows;
-    EXPECT_TRUE(module->dqBoms(rows));
-    EXPECT_EQ(rows, cloud().dqRows);
 }

@@ -10,43 +10,22 @@
 
 namespace {
 
-CString rowsText(const BomRows& rows) {
-    CString text;
-    for (const BOM_INFO& row : rows)
-        text += row.m_strRowName + u"/" + row.m_strRowModel + u"/" + row.m_strRowCount + u"/" + row.m_strRowRemark + u";";
-    return text;
-}
-
 CString names(const CArray<HMProjectTree_INFO*, HMProjectTree_INFO*>& nodes) {
     CString text;
     for (const HMProjectTree_INFO* node : nodes) text += node->m_strName + u";";
     return text;
 }
 
-// Each node of a list as one line: "name(type)#id cabinet-no/name/type/size P:primary rows S:secondary rows".
-std::string describe(const CArray<HMProjectTree_INFO*, HMProjectTree_INFO*>& nodes) {
-    CString text;
-    for (const HMProjectTree_INFO* node : nodes)
-        text += node->m_strName + u"(" + node->m_strType + u")#" + node->m_strID + u" " + node->m_strCirNo + u"/" +
-                node->m_strCirName + u"/" + node->m_strCirType + u"/" + node->m_strCirSize + u" P:" +
-                rowsText(node->m_arrPrimaryBom) + u" S:" + rowsText(node->m_arrSecondaryBom) + u"\n";
-    return text.ToUtf8();
-}
-
 class FoldersToTree : public ProjectWalkTest {
 protected:
-    // A project made as the cloud gave it: devices K01 (with two BOM rows) and K02, sub-project 二期 with K11.
+    // The substation made as the cloud gave it, K01 with two BOM rows.
     void SetUp() override {
         ProjectWalkTest::SetUp();
-        cloud.m_strName = u"变电站";
-        cloud.m_strType = u"100";
-        cloud.m_strDataSchema = kDataSchema;
-        HMProjectTree_INFO* k01 = addDevice(cloud, u"K01", u"1");
-        k01->m_strBoms = u"<cabinet><product F_Numbers=\"2\" F_Name=\"断路器\" F_Remark=\"\" F_Model=\"NSX100\" "
-                         u"F_Parent_BOM_ID=\"\" F_IsSecondary=\"0\"/><product F_Numbers=\"1\" F_Name=\"继电器\" "
-                         u"F_Remark=\"r\" F_Model=\"RX-1\" F_Parent_BOM_ID=\"12345678\" F_IsSecondary=\"1\"/></cabinet>";
-        addDevice(*addChild(cloud, u"二期", u"100"), u"K11", u"11");
-        addDevice(cloud, u"K02", u"2");
+        makeSubstation(cloud);
+        cloud.m_arrChildren[0]->m_strBoms =
+            u"<cabinet><product F_Numbers=\"2\" F_Name=\"断路器\" F_Remark=\"\" F_Model=\"NSX100\" "
+            u"F_Parent_BOM_ID=\"\" F_IsSecondary=\"0\"/><product F_Numbers=\"1\" F_Name=\"继电器\" "
+            u"F_Remark=\"r\" F_Model=\"RX-1\" F_Parent_BOM_ID=\"12345678\" F_IsSecondary=\"1\"/></cabinet>";
         ASSERT_TRUE(CreateProjectFromNode(client, projects.logic(), &cloud));
         output.printed.Empty();
     }
@@ -60,30 +39,29 @@ protected:
 
 } // namespace
 
-TEST_F(FoldersToTree, DocumentsGiveTheTreeItsLinksCabinetsAndRows) {
+TEST_F(FoldersToTree, DocumentsGiveTheTreeItsLinksCabinetsAndRowsAndASubProjectWithoutOneNoChildren) {
     auto tree = readRoot();
     LinkChildrenAndLoad(tree.get(), projectFolder(), false);
 
     ASSERT_EQ(names(tree->m_arrChildren), u"K01;二期;K02;");
     // Devices at every depth, in walk order.
-    EXPECT_EQ(describe(tree->m_arrCabinets), "K01(0)#id-K01 1/进线柜/KYN28/800*1500*2300 P:断路器/NSX100/2/; S:继电器/RX-1/1/r;\n"
+    EXPECT_EQ(describe(tree->m_arrCabinets), "K01(0)#id-K01 1,2/进线柜/KYN28/800*1500*2300 P:断路器/NSX100/2/; "
+                                             "S:继电器/RX-1/1/r;\n"
                                              "K11(0)#id-K11 11/进线柜/KYN28/800*1500*2300 P: S:\n"
-                                             "K02(0)#id-K02 2/进线柜/KYN28/800*1500*2300 P: S:\n");
+                                             "K02(0)#id-K02 3/进线柜/KYN28/800*1500*2300 P: S:\n");
     HMProjectTree_INFO* sub = tree->m_arrChildren[1];
     EXPECT_EQ(tree->m_arrChildren[0]->m_pParent, tree.get());
     EXPECT_EQ(tree->m_arrChildren[0]->m_pRoot, tree.get());
     EXPECT_EQ(tree->m_arrCabinets[1]->m_pParent, sub);
     EXPECT_EQ(tree->m_arrCabinets[1]->m_pRoot, tree.get());
-    EXPECT_EQ(output.printed, u"");
     EXPECT_TRUE(output.boxes.empty());
-}
 
-TEST_F(FoldersToTree, ProjectWithoutItsOwnDocumentKeepsNoChildren) {
+    // A sub-project without its own document keeps no children, and its ID as the parent's document gave it.
     ASSERT_TRUE(QxFs::DeleteFile(projectFolder() + u"二期\\Hexmoor.xml"));
-    auto tree = readRoot();
+    tree = readRoot();
     LinkChildrenAndLoad(tree.get(), projectFolder(), false);
     EXPECT_TRUE(tree->m_arrChildren[1]->m_arrChildren.IsEmpty());
-    EXPECT_EQ(tree->m_arrChildren[1]->m_strID, u"id-二期");  // as the parent's document gave it
+    EXPECT_EQ(tree->m_arrChildren[1]->m_strID, u"id-二期");
     EXPECT_EQ(names(tree->m_arrCabinets), u"K01;K02;");
     EXPECT_EQ(output.printed, u"");
 }
@@ -132,7 +110,7 @@ TEST_F(FoldersToTree, UnsafeNamesInDocumentsNeverLeadOutOfTheProject) {
     ASSERT_EQ(names(tree->m_arrChildren), u"K01;二期;..\\K01;..;");
     EXPECT_TRUE(tree->m_arrChildren[3]->m_arrChildren.IsEmpty());
     EXPECT_EQ(names(tree->m_arrCabinets), u"K01;K11;");  // no "stolen", and not the renamed K02
-    EXPECT_EQ(describe({tree->m_arrChildren[2]}), "..\\K01(0)#id-K02 2/进线柜/KYN28/800*1500*2300 P: S:\n");
+    EXPECT_EQ(describe({tree->m_arrChildren[2]}), "..\\K01(0)#id-K02 3/进线柜/KYN28/800*1500*2300 P: S:\n");
     EXPECT_TRUE(output.printed.Contains(u"名称“..”不能用作" + QxFs::ToNativeText(projectFolder()) + u"中的文件夹名"));
     EXPECT_TRUE(output.printed.Contains(u"名称“..\\K01”不能用作" + QxFs::ToNativeText(projectFolder()) + u"中的文件夹名"));
 }
@@ -197,19 +175,13 @@ TEST_F(FoldersToTreeExtraction, DevicesGetTheirRowsFromTheirDrawingsAndTheScan) 
     ASSERT_TRUE(CreateDeviceFromNode(client, station(), root.m_arrChildren[1]));
     SetCorvaneInstallDirOverride(CString());
 
-    HMProjectTree_INFO tree;
-    {
-        CXmlDocument document;
-        HMXmlCreateDocument(document);
-        HMXmlLoadFile(document, station() + u"Hexmoor.xml");
-        HMXmlReadNode(document, &tree);
-    }
+    const auto tree = readDocument(station() + u"Hexmoor.xml");
     QxScanPrimaryDiagram(station());
-    LinkChildrenAndLoad(&tree, station(), true);
+    LinkChildrenAndLoad(tree.get(), station(), true);
 
     // The documents' rows play no part; the device's own drawing keeps the drawers' rows out, and the
     // template drawing adds no row of its own.
-    EXPECT_EQ(describe(tree.m_arrCabinets), "K01(0)# K01/// P:断路器/NSX100/1/;互感器/CT-1/1/;继电器/RX-1/1/; S:\n"
+    EXPECT_EQ(describe(tree->m_arrCabinets), "K01(0)# K01/// P:断路器/NSX100/1/;互感器/CT-1/1/;继电器/RX-1/1/; S:\n"
                                             "K02(0)# K02/// P:N1/X1/3/; S:继电器/RX-1/1/;\n");
     EXPECT_FALSE(g_bBomCheckFailed);
 }
@@ -217,13 +189,15 @@ TEST_F(FoldersToTreeExtraction, DevicesGetTheirRowsFromTheirDrawingsAndTheScan) 
 TEST_F(FoldersToTree, FoldersMadeFromACloudTreeBuildTheSameTreeBack) {
     cloud.m_arrChildren[2]->m_strCirName = u"出线柜";  // K02 is there already: its .prj stays as it is
     // Legacy bytes that also read as UTF-8 (GB18030 of 原图) must come back as written.
-    addDevice(cloud, u"K03", u"3")->m_strCirName = u"原图";
+    addDevice(cloud, u"K03", u"4")->m_strCirName = u"原图";
     ASSERT_TRUE(UpdateLocalFromServer(client, projects.logic(), &cloud));
     HMProjectTree_INFO root;
     BuildTreeFromFolders(projectFolder() + u"变电站.itm", &root);
 
     ASSERT_EQ(names(root.m_arrChildren), u"二期;K01;K02;K03;");
     // The template drawing holds no BOM table.
-    EXPECT_EQ(describe(root.m_arrCabinets), "K11(0)# 11/进线柜/KYN28/800*1500*2300 P: S:\nK01(0)# 1/进线柜/KYN28/800*1500*2300 P: S:\n"
-                                            "K02(0)# 2/进线柜/KYN28/800*1500*2300 P: S:\nK03(0)# 3/原图/KYN28/800*1500*2300 P: S:\n");
+    EXPECT_EQ(describe(root.m_arrCabinets), "K11(0)# 11/进线柜/KYN28/800*1500*2300 P: S:\n"
+                                            "K01(0)# 1,2/进线柜/KYN28/800*1500*2300 P: S:\n"
+                                            "K02(0)# 3/进线柜/KYN28/800*1500*2300 P: S:\n"
+                                            "K03(0)# 4/原图/KYN28/800*1500*2300 P: S:\n");
 }

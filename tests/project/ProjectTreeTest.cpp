@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+
 namespace {
 
 HMProjectTree_INFO* addNode(HMProjectTree_INFO& root, HMProjectTree_INFO* parent, const char16_t* name, const char16_t* type) {
@@ -34,11 +36,9 @@ TEST(ProjectTree, DeletingASubProjectRemovesItsDevicesFromTheRootList) {
 }
 
 TEST(ProjectTree, TheTwoKindTestsDifferOnlyOnTheEmptyType) {
-    EXPECT_TRUE(HMIsDeviceType(u"0"));
-    EXPECT_TRUE(HMIsDeviceType(u"0100"));
-    EXPECT_TRUE(HMIsDeviceType(u" 100"));
-    EXPECT_FALSE(HMIsDeviceType(u"100"));
-    EXPECT_FALSE(HMIsDeviceType(u""));
-    EXPECT_TRUE(HMIsNotSubProjectType(u""));
-    EXPECT_FALSE(HMIsNotSubProjectType(u"100"));
+    // Per type: whether it is a device, then whether it is no sub-project.
+    std::string kinds;
+    for (const char16_t* type : {u"0", u"0100", u" 100", u"100", u""})
+        kinds += std::to_string(HMIsDeviceType(type)) + std::to_string(HMIsNotSubProjectType(type)) + " ";
+    EXPECT_EQ(kinds, "11 11 11 00 01 ");
 }

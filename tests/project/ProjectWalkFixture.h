@@ -20,6 +20,34 @@
 #include <set>
 #include <string>
 
+// Rows as "name/model/count/remark;".
+inline CString rowsText(const BomRows& rows) {
+    CString text;
+    for (const BOM_INFO& row : rows)
+        text += row.m_strRowName + u"/" + row.m_strRowModel + u"/" + row.m_strRowCount + u"/" + row.m_strRowRemark +
+                u";";
+    return text;
+}
+// Each node of a list as one line: "name(type)#id cabinet-no/name/type/size P:primary rows S:secondary rows".
+inline std::string describe(const CArray<HMProjectTree_INFO*, HMProjectTree_INFO*>& nodes) {
+    CString text;
+    for (const HMProjectTree_INFO* node : nodes)
+        text += node->m_strName + u"(" + node->m_strType + u")#" + node->m_strID + u" " + node->m_strCirNo + u"/" +
+                node->m_strCirName + u"/" + node->m_strCirType + u"/" + node->m_strCirSize + u" P:" +
+                rowsText(node->m_arrPrimaryBom) + u" S:" + rowsText(node->m_arrSecondaryBom) + u"\n";
+    return text.ToUtf8();
+}
+
+// Reads a Hexmoor.xml as the commands do.
+inline std::unique_ptr<HMProjectTree_INFO> readDocument(const CString& path) {
+    auto node = std::make_unique<HMProjectTree_INFO>();
+    CXmlDocument document;
+    HMXmlCreateDocument(document);
+    HMXmlLoadFile(document, path);
+    HMXmlReadNode(document, node.get());
+    return node;
+}
+
 class ProjectWalkTest : public testing::Test {
 protected:
     // The cloud gives every node a schema block; a document without one does not read back.
@@ -57,6 +85,17 @@ protected:
         return device;
     }
 
+    // The sub-project "变电站" (ID P1) as the cloud gives it: device K01, sub-project 二期 holding K11, device K02.
+    static void makeSubstation(HMProjectTree_INFO& project) {
+        project.m_strName = u"变电站";
+        project.m_strType = u"100";
+        project.m_strID = u"P1";
+        project.m_strDataSchema = kDataSchema;
+        addDevice(project, u"K01", u"1,2");
+        addDevice(*addChild(project, u"二期", u"100"), u"K11", u"11");
+        addDevice(project, u"K02", u"3");
+    }
+
     // Every name below a folder, as relative paths with '/', folders with a trailing '/'.
     static std::set<std::string> contents(const std::string& native) {
         std::set<std::string> names;
@@ -79,16 +118,6 @@ protected:
         for (const std::string& file : files) command += " '" + file + "'";
         const ShellRun run = RunShellCommand(command);
         return run.status == 0 ? run.out : std::string();
-    }
-
-    // Reads a Hexmoor.xml as the commands do.
-    static std::unique_ptr<HMProjectTree_INFO> readDocument(const CString& path) {
-        auto node = std::make_unique<HMProjectTree_INFO>();
-        CXmlDocument document;
-        HMXmlCreateDocument(document);
-        HMXmlLoadFile(document, path);
-        HMXmlReadNode(document, node.get());
-        return node;
     }
 
     std::string templateBytes() const { return install.readFile("Support/TEMPLATE/图纸.DWG"); }

@@ -39,20 +39,18 @@ TEST(TemplateDrawing, TheModulesReaderAndAnIndependentReaderTakeItAndFindItsTitl
     EXPECT_EQ(run.out, "AC1015 0 5 $BEGINETITLE 图号|20|40|90|30|0|0| $ENDTITLE ['图纸']\n");
 }
 
-TEST(TemplateDrawing, ATemplateThatIsThereIsKept) {
-    TempFolder install;
-    install.writeFile("Support/TEMPLATE/图纸.DWG", "the office's own template");
-    EXPECT_TRUE(LayOutTemplateDrawing(install.logic()));
-    EXPECT_EQ(install.readFile("Support/TEMPLATE/图纸.DWG"), "the office's own template");
-
-    install.writeFile("blocked", "a file where the install folder would be");
-    EXPECT_FALSE(LayOutTemplateDrawing(install.logic() + u"blocked\\"));
-    EXPECT_FALSE(LayOutTemplateDrawing(CString()));
-}
-
-TEST(TemplateDrawing, QxcadLaysItOutInANewInstallFolder) {
+// qxcad lays it out in a new install folder; a template that is there is kept.
+TEST(TemplateDrawing, QxcadLaysItOutInANewInstallFolderAndATemplateThatIsThereIsKept) {
     TempFolder home;
     const std::string install = home.native() + "/corvane";
-    const std::string out = RunShellCommand(std::string(QX_BINARY_DIR) + "/bin/qxcad --install-dir '" + install + "' HELP </dev/null 2>&1").out;
+    const std::string qxcad = std::string(QX_BINARY_DIR) + "/bin/qxcad";
+    const std::string out = RunShellCommand(qxcad + " --install-dir '" + install + "' HELP </dev/null 2>&1").out;
     EXPECT_EQ(home.readFile("corvane/Support/TEMPLATE/图纸.DWG"), TemplateDrawingDxf()) << out;
+
+    home.writeFile("corvane/Support/TEMPLATE/图纸.DWG", "the office's own template");
+    EXPECT_TRUE(LayOutTemplateDrawing(home.logic() + u"corvane\\"));
+    EXPECT_EQ(home.readFile("corvane/Support/TEMPLATE/图纸.DWG"), "the office's own template");
+    home.writeFile("blocked", "a file where the install folder would be");
+    EXPECT_FALSE(LayOutTemplateDrawing(home.logic() + u"blocked\\"));
+    EXPECT_FALSE(LayOutTemplateDrawing(CString()));
 }
