@@ -78,7 +78,7 @@ void DxfBuilder::readTableEntry(const DxfRecord& record) {
         if (record.tags[i].code == 2) name = values.text(record.tags[i]);
     if (name.IsEmpty() || m_blockTable->has(name)) return;
     AcDbBlockTableRecord* created = recordNamed(name, common.handle);
-    auto xdata = ReadXData(record, common.bodyEnd, values, m_names);
+    auto xdata = ReadXData(record, common.bodyEnd, values, m_names, m_xdataScratch);
     if (!values.bad()) attachCommon(*created, common, std::move(xdata));
 }
 
@@ -170,7 +170,7 @@ void DxfBuilder::readEntity(const DxfRecord& record, bool inBlocks) {
     if (type == "POLYLINE" && !m_convertsOldPolylines && AcDbPolyline::cast(read.entity.get()) != nullptr)
         read.entity = keptAsOldStyle(std::unique_ptr<AcDbPolyline>(AcDbPolyline::cast(read.entity.release())));
     AcDbEntity* entity = read.entity.get();
-    auto xdata = ReadXData(record, common.bodyEnd, values, m_names);
+    auto xdata = ReadXData(record, common.bodyEnd, values, m_names, m_xdataScratch);
     if (values.bad()) return;  // an xdata number that is none: the entity is passed over whole
     attachCommon(*entity, common, std::move(xdata), true);
     AcDbBlockTableRecord* owner = inBlocks ? m_currentBlock : layoutForEntity(*entity, common.owner);
@@ -190,7 +190,7 @@ void DxfBuilder::readObject(const DxfRecord& record) {
     const DxfCommonGroups common = ReadCommonGroups(record);
     if (record.type == "DICTIONARY" || record.type == "ACDBDICTIONARYWDFLT") return readDictionary(record, common, values);
     if (record.type == "XRECORD") return readXrecord(record, common, values);
-    auto xdata = ReadXData(record, common.bodyEnd, values, m_names);
+    auto xdata = ReadXData(record, common.bodyEnd, values, m_names, m_xdataScratch);
     if (values.bad()) return;
     auto object = std::make_unique<AcDbUnknownObject>(record.type);
     attachCommon(*object, common, std::move(xdata));
@@ -213,7 +213,7 @@ void DxfBuilder::readDictionary(const DxfRecord& record, const DxfCommonGroups& 
             pending.push_back({dictionary.get(), name, target});
         }
     }
-    auto xdata = ReadXData(record, common.bodyEnd, values, m_names);
+    auto xdata = ReadXData(record, common.bodyEnd, values, m_names, m_xdataScratch);
     if (values.bad()) return;
     attachCommon(*dictionary, common, std::move(xdata));
     // The first dictionary of the section, owned by nothing, is the named-object dictionary.
@@ -240,7 +240,7 @@ void DxfBuilder::readXrecord(const DxfRecord& record, const DxfCommonGroups& com
     if (begin < common.bodyEnd && record.tags[begin].code == 280) ++begin;
     auto xrecord = std::make_unique<AcDbXrecord>();
     xrecord->setItems(ReadResItems(record.tags, begin, common.bodyEnd, values));
-    auto xdata = ReadXData(record, common.bodyEnd, values, m_names);
+    auto xdata = ReadXData(record, common.bodyEnd, values, m_names, m_xdataScratch);
     if (values.bad()) return;
     attachCommon(*xrecord, common, std::move(xdata));
     adopt(std::move(xrecord), common.handle);

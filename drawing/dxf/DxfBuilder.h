@@ -57,6 +57,7 @@ private:
     AcDbDatabase& m_database;
     DxfTextDecoder m_decoder;
     DxfNames m_names;
+    DxfXDataScratch m_xdataScratch;
     AcDbBlockTable* m_blockTable = nullptr;
     AcDbBlockTableRecord* m_currentBlock = nullptr;
     AcDbBlockTableRecord* m_modelSpace = nullptr;

@@ -139,12 +139,13 @@ void AppendResItems(const std::vector<DxfTag>& tags, size_t begin, size_t end, D
     }
 }
 
-XDataList ReadXData(const DxfRecord& record, size_t begin, DxfValues& values, DxfNames& names) {
+XDataList ReadXData(const DxfRecord& record, size_t begin, DxfValues& values, DxfNames& names,
+                    DxfXDataScratch& scratch) {
     const auto& tags = record.tags;
-    std::vector<XDataList::Run> runs;
-    ResItems items;
-    // At most one item a tag: made to measure rather than grown; the list copies them into its own block.
-    items.reserve(tags.size() > begin ? tags.size() - begin : 0);
+    std::vector<XDataList::Run>& runs = scratch.runs;
+    ResItems& items = scratch.items;
+    runs.clear();
+    items.clear();
     size_t i = begin;
     while (i < tags.size()) {
         if (tags[i].code != 1001) {
@@ -162,5 +163,6 @@ XDataList ReadXData(const DxfRecord& record, size_t begin, DxfValues& values, Dx
         runs.push_back({&names.name(tags[i].value), items.size() - before});
         i = end;
     }
-    return XDataList(runs, std::move(items));
+    // The list moves the items into its own block.
+    return XDataList(runs, items);
 }

@@ -68,8 +68,14 @@ DxfCommonGroups ReadCommonGroups(const DxfRecord& record);
 ResItems ReadResItems(const std::vector<DxfTag>& tags, size_t begin, size_t end, DxfValues& values);
 // The same, appended to `items`.
 void AppendResItems(const std::vector<DxfTag>& tags, size_t begin, size_t end, DxfValues& values, ResItems& items);
+// Room that ReadXData uses again from record to record, rather than allocating twice for each.
+struct DxfXDataScratch {
+    std::vector<XDataList::Run> runs;
+    ResItems items;
+};
 // The xdata of a record, from its first 1001 tag on, per application in order.
-XDataList ReadXData(const DxfRecord& record, size_t begin, DxfValues& values, DxfNames& names);
+XDataList ReadXData(const DxfRecord& record, size_t begin, DxfValues& values, DxfNames& names,
+                    DxfXDataScratch& scratch);
 
 // Accumulates a point from the groups base, base + 10 and base + 20.
 bool TakePointGroup(const DxfTag& tag, int base, AcGePoint3d& point, DxfValues& values);

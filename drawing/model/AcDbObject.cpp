@@ -89,7 +89,7 @@ void AcDbObject::setXDataItems(const CString& application, ResItems items) {
         runs.push_back({&namePool().intern(application.view()), items.size()});
         all.insert(all.end(), items.begin(), items.end());
     }
-    m_xdata = XDataList(runs, std::move(all));
+    m_xdata = XDataList(runs, all);
 }
 
 AcDbNamePool& AcDbObject::namePool() const {

@@ -20,7 +20,7 @@ struct XDataList::Block {
 
 bool operator==(const XDataItems& a, const ResItems& b) { return std::equal(a.begin(), a.end(), b.begin(), b.end()); }
 
-XDataList::XDataList(const std::vector<Run>& runs, ResItems items) {
+XDataList::XDataList(std::span<const Run> runs, std::span<ResItem> items) {
     static_assert(sizeof(Block) <= Block::kAppsAt && alignof(XDataApp) <= 8 && alignof(ResItem) <= 8 &&
                   sizeof(XDataApp) % alignof(ResItem) == 0);
     // The views keep their items' distance in 32 bits: far more than a drawing's xdata can fill.

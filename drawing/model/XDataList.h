@@ -6,6 +6,7 @@
 #include "drawing/model/Resbuf.h"
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 // The items of one application, in the list that holds them: they lie at a distance from this view that
@@ -51,7 +52,8 @@ public:
 
     XDataList() = default;
     // The runs take the items in order; their counts add up to the number of items.
-    XDataList(const std::vector<Run>& runs, ResItems items);
+    // Moves the items into the list's own block.
+    XDataList(std::span<const Run> runs, std::span<ResItem> items);
     ~XDataList();
     XDataList(XDataList&& other) noexcept : m_block(other.m_block) { other.m_block = nullptr; }
     XDataList& operator=(XDataList&& other) noexcept;
