@@ -3,6 +3,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 
 namespace {
@@ -84,10 +85,45 @@ bool DxfTokenizer::nextGeneral(DxfTag& tag) {
     return true;
 }
 
+namespace {
+
+// Most reals of a drawing are short decimals such as "-1130.0": with at most fifteen digits both the digits
+// and the power of ten are exact doubles, and one division rounds correctly, so the value is the one
+// from_chars gives, without its general machinery.
+bool parseShortDecimal(std::string_view text, double& value) {
+    static constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                              1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    size_t i = text.starts_with('-') ? 1 : 0;
+    const bool negative = i == 1;
+    std::int64_t digits = 0;
+    int count = 0;
+    int fractionDigits = 0;
+    bool sawPoint = false;
+    bool sawDigit = false;
+    for (; i < text.size(); ++i) {
+        const char ch = text[i];
+        if (ch == '.' && !sawPoint && sawDigit) {
+            sawPoint = true;
+            continue;
+        }
+        if (ch < '0' || ch > '9' || ++count > 15) return false;
+        sawDigit = true;
+        digits = digits * 10 + (ch - '0');
+        if (sawPoint) ++fractionDigits;
+    }
+    if (!sawDigit) return false;
+    const double magnitude = static_cast<double>(digits) / kPowersOfTen[fractionDigits];
+    value = negative ? -magnitude : magnitude;
+    return true;
+}
+
+} // namespace
+
 bool ParseDxfDouble(std::string_view text, double& value) {
     text = trimmed(text);
     if (!text.empty() && text.front() == '+') text.remove_prefix(1);
     if (text.empty()) return false;
+    if (parseShortDecimal(text, value)) return true;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
     // "nan" and "inf" are numbers to from_chars, but no coordinate a drawing can hold.
     return result.ec == std::errc() && result.ptr == text.data() + text.size() && std::isfinite(value);

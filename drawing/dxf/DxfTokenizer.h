@@ -2,6 +2,8 @@
 // entities; values stay views into the caller's buffer.
 #pragma once
 
+#include "support/Export.h"
+
 #include <cstddef>
 #include <string_view>
 
@@ -85,5 +87,5 @@ inline bool DxfTokenizer::next(DxfTag& tag) {
 
 // Values of tags, read without regard to the locale; blanks around a number are allowed. A real must be
 // finite.
-bool ParseDxfDouble(std::string_view text, double& value);
-bool ParseDxfInt(std::string_view text, long long& value);
+QX_API bool ParseDxfDouble(std::string_view text, double& value);
+QX_API bool ParseDxfInt(std::string_view text, long long& value);
