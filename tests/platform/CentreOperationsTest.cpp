@@ -3,6 +3,7 @@
 
 #include "common/CapturedOutput.h"
 #include "centre/operations/BomCentreOperations.h"
+#include "centre/operations/BomComparison.h"
 #include "centre/operations/CentreIds.h"
 
 #include <gtest/gtest.h>
@@ -223,7 +224,7 @@ TEST_P(CentreOperations, AnErrorHalfwayLeavesTheStoreAndTheTreeAsTheyWere) {
     centre.SubmitItm(ann, *another);
 }
 
-TEST_P(CentreOperations, TheComparisonNamesAddedRemovedAndChangedParts) {
+TEST_P(CentreOperations, TheComparisonTablesAddedRemovedAndChangedPartsPerDeviceInLinedUpColumns) {
     auto tree = submitted();
     HMProjectTree_INFO& incoming = *tree->m_arrCabinets[0];
     incoming.m_arrPrimaryBom[1].m_strRowCount = u"2";                      // changed
@@ -231,17 +232,17 @@ TEST_P(CentreOperations, TheComparisonNamesAddedRemovedAndChangedParts) {
     incoming.m_arrSecondaryBom.Add(row(u"电流互感器", u"LZZBJ9-10", u"1"));  // same part, other system: added
     tree->m_arrCabinets[2]->m_strID = CString();
 
-    std::vector<std::string> found;
-    for (const DeviceComparison& device : centre.Compare(ann, *tree)) {
-        found.push_back(device.name.ToUtf8() + (device.known ? " revision " + std::to_string(device.revision) : " unknown"));
-        for (const RowDifference& d : device.differences)
-            found.push_back("  " + std::to_string(static_cast<int>(d.change)) + (d.secondary ? " secondary " : " primary ") +
-                            (d.name + " " + d.model).ToUtf8() + " " + std::to_string(d.centreCount) + "->" + std::to_string(d.localCount));
-    }
-    // Change 0 is added, 1 removed, 2 count changed.
-    EXPECT_EQ(found, (std::vector<std::string>{"AH1 进线柜 revision 1", "  2 primary 电流互感器 LZZBJ9-10 3->2",
-                                               "  0 secondary 电流互感器 LZZBJ9-10 0->1", "  1 primary 断路器 VS1-12/1250 1->0",
-                                               "AH2 revision 1", "AH4 unknown"}));
+    // Wide characters take two columns, so every column lines up under its heading.
+    const std::string expected =
+        "Device AH1 进线柜 (ID " + incoming.m_strID.ToUtf8() + "): 3 differences from revision 1 of the centre.\n"
+        "  change         system     name        model        centre  drawings\n"
+        "  count changed  primary    电流互感器  LZZBJ9-10    3       2\n"
+        "  added          secondary  电流互感器  LZZBJ9-10    -       1\n"
+        "  removed        primary    断路器      VS1-12/1250  1       -\n"
+        "Device AH2 (ID " + tree->m_arrCabinets[1]->m_strID.ToUtf8() + "): the same as revision 1 of the centre.\n"
+        "Device AH4: the centre does not know it (ID \"\"); not compared.\n"
+        "BOM comparison: 3 devices, 2 differ from the centre.\n";
+    EXPECT_EQ(FormatComparison(centre.Compare(ann, *tree)).ToUtf8(), expected);
 }
 
 TEST_P(CentreOperations, TheLatestSubmittedProjectGivesTheOneCabinetTree) {
