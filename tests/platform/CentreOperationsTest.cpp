@@ -89,24 +89,10 @@ TEST_P(CentreOperations, ASubmittedProjectComesBackWithItsTreeAndRowsThroughTheM
     EXPECT_TRUE(output.boxes.empty());
 }
 
-TEST_P(CentreOperations, AProjectNameIsTakenOncePerEnterpriseIgnoringCase) {
+TEST_P(CentreOperations, TreesThatCannotBecomeFoldersOrRepeatAProjectNameAreRefusedWholly) {
     auto first = submitted(u"Station");
-    auto second = substation(u"STATION");
-    EXPECT_THROW(centre.SubmitItm(ann, *second), CCentreError);
-    EXPECT_TRUE(second->m_strID.IsEmpty());
-    EXPECT_FALSE(second->m_bChanged);
-    EXPECT_EQ(centre.Projects(ann).size(), 1u);
-
-    // Another enterprise has its own names, and sees nothing of the first one's projects.
-    centre.SubmitItm(other, *second);
-    EXPECT_EQ(centre.Projects(other).size(), 1u);
-    EXPECT_FALSE(centre.ProjectTree(other, first->m_strID));
-    EXPECT_TRUE(centre.ProjectName(other, first->m_strID).IsEmpty());
-    EXPECT_EQ(centre.ProjectName(ann, first->m_strID), u"Station");
-}
-
-TEST_P(CentreOperations, TreesThatCannotBecomeFoldersAreRefusedWholly) {
     const std::vector<std::pair<const char*, std::function<void(HMProjectTree_INFO&)>>> breakages{
+        {"a project name the enterprise has, in other case", [](HMProjectTree_INFO& t) { t.m_strName = u"STATION"; }},
         {"siblings equal ignoring case", [](HMProjectTree_INFO& t) { addNode(*t.m_arrChildren[1], t, u"ah2", u"0"); }},
         {"a backslash", [](HMProjectTree_INFO& t) { t.m_arrCabinets[2]->m_strName = u"AH\\4"; }},
         {"a slash", [](HMProjectTree_INFO& t) { t.m_arrChildren[1]->m_strName = u"出/线"; }},
@@ -121,9 +107,17 @@ TEST_P(CentreOperations, TreesThatCannotBecomeFoldersAreRefusedWholly) {
         auto tree = substation();
         breakTree(*tree);
         EXPECT_THROW(centre.SubmitItm(ann, *tree), CCentreError) << what;
-        EXPECT_TRUE(tree->m_strID.IsEmpty() && tree->m_arrCabinets[0]->m_strID.IsEmpty()) << what;
+        EXPECT_TRUE(tree->m_strID.IsEmpty() && tree->m_arrCabinets[0]->m_strID.IsEmpty() && !tree->m_bChanged) << what;
     }
-    EXPECT_TRUE(centre.Projects(ann).empty());
+    EXPECT_EQ(centre.Projects(ann).size(), 1u);
+
+    // Another enterprise has its own names, and sees nothing of the first one's projects.
+    auto second = substation(u"STATION");
+    centre.SubmitItm(other, *second);
+    EXPECT_EQ(centre.Projects(other).size(), 1u);
+    EXPECT_FALSE(centre.ProjectTree(other, first->m_strID));
+    EXPECT_TRUE(centre.ProjectName(other, first->m_strID).IsEmpty());
+    EXPECT_EQ(centre.ProjectName(ann, first->m_strID), u"Station");
 }
 
 TEST_P(CentreOperations, EachBomSubmitIsANewRevisionAndTheBlockHoldsTheAcceptedRows) {
@@ -165,19 +159,6 @@ TEST_P(CentreOperations, DevicesTheCentreDoesNotKnowAreSkippedAndTheOthersTaken)
     EXPECT_THROW(centre.SubmitBom(ann, *tree), CCentreError);
     EXPECT_THROW(centre.SubmitBom(other, *elsewhere), CCentreError);
     EXPECT_EQ(revisionCount(*tree->m_arrCabinets[1]), 2);
-}
-
-TEST_P(CentreOperations, ASecondarySubmitKeepsThePrimaryRowsOfTheCurrentRevision) {
-    auto tree = submitted();
-    auto cabinet = centre.OneCabinetTree(ann);
-    ASSERT_TRUE(cabinet);
-    EXPECT_EQ(cabinet->m_strName, u"AH1 进线柜");
-    cabinet->m_arrPrimaryBom.Add(row(u"ignored", u"x", u"9"));
-    cabinet->m_arrSecondaryBom.Add(row(u"端子", u"UK5N", u"40"));
-
-    EXPECT_TRUE(centre.SubmitSecondary(ann, *cabinet).skipped.empty());
-    EXPECT_EQ(imported(tree->m_strID, cabinet->m_strID, ann), (std::vector<std::string>{kBreaker, kTransformers, "端子|UK5N|40||"}));
-    EXPECT_TRUE(cabinet->m_bChanged);
 }
 
 TEST_P(CentreOperations, ImportGivesOneDeviceOrTheWholeProjectAndNothingForUnknownIDs) {
@@ -245,7 +226,7 @@ TEST_P(CentreOperations, TheComparisonTablesAddedRemovedAndChangedPartsPerDevice
     EXPECT_EQ(FormatComparison(centre.Compare(ann, *tree)).ToUtf8(), expected);
 }
 
-TEST_P(CentreOperations, TheLatestSubmittedProjectGivesTheOneCabinetTree) {
+TEST_P(CentreOperations, TheLatestSubmittedProjectGivesTheOneCabinetTreeWhoseSecondarySubmitKeepsThePrimaryRows) {
     EXPECT_FALSE(centre.OneCabinetTree(ann));
     auto older = submitted(u"older");
     submitted(u"newer");
@@ -255,6 +236,13 @@ TEST_P(CentreOperations, TheLatestSubmittedProjectGivesTheOneCabinetTree) {
     EXPECT_EQ(cabinet->m_strID, older->m_arrCabinets[0]->m_strID);
     EXPECT_TRUE(cabinet->m_arrChildren.IsEmpty());
     EXPECT_EQ(throughHexmoorXml(*cabinet)->m_arrPrimaryBom.GetSize(), 2);
+
+    // Its primary rows are the current revision's, whatever the submit of the secondary ones carries.
+    cabinet->m_arrPrimaryBom.Add(row(u"ignored", u"x", u"9"));
+    cabinet->m_arrSecondaryBom.Add(row(u"端子", u"UK5N", u"40"));
+    EXPECT_TRUE(centre.SubmitSecondary(ann, *cabinet).skipped.empty());
+    EXPECT_EQ(imported(older->m_strID, cabinet->m_strID, ann), (std::vector<std::string>{kBreaker, kTransformers, "端子|UK5N|40||"}));
+    EXPECT_TRUE(cabinet->m_bChanged);
 }
 
 TEST_P(CentreOperations, AccountsAndUsageFilesAreKept) {

@@ -63,15 +63,17 @@ TEST(CentreSqliteStore, AStoreOfTheFirstReleaseIsBroughtUpToTheVersionThisBuildW
 
 TEST(CentreSqliteStore, NewerDamagedAndForeignFilesAreRefusedWithTheirReason) {
     TempFolder folder;
-    const std::string newer = folder.native() + "/newer.db";
-    { CSqliteCentreStore store(newer); }
-    runSql(newer, "UPDATE schema_version SET version = 99");
-    EXPECT_TRUE(refusal(newer).Contains(u"schema version 99, newer than this build knows")) << refusal(newer);
-
+    { CSqliteCentreStore store(folder.native() + "/newer.db"); }
+    runSql(folder.native() + "/newer.db", "UPDATE schema_version SET version = 99");
     folder.writeFile("text.db", std::string(4096, 'x'));
-    EXPECT_TRUE(refusal(folder.native() + "/text.db").Contains(u"is damaged")) << refusal(folder.native() + "/text.db");
+    runSql(folder.native() + "/foreign.db", "CREATE TABLE invoices (id INTEGER)");
+    for (const auto& [file, reason] : std::vector<std::pair<std::string, const char16_t*>>{
+             {"newer.db", u"schema version 99, newer than this build knows"},
+             {"text.db", u"is damaged"},
+             {"foreign.db", u"some other database"}})
+        EXPECT_TRUE(refusal(folder.native() + "/" + file).Contains(reason)) << refusal(folder.native() + "/" + file);
 
-    // A real store whose pages were overwritten halfway.
+    // A real store whose pages were overwritten halfway opens; its first read is refused.
     const std::string damaged = folder.native() + "/damaged.db";
     {
         CSqliteCentreStore store(damaged);
@@ -88,10 +90,6 @@ TEST(CentreSqliteStore, NewerDamagedAndForeignFilesAreRefusedWithTheirReason) {
     } catch (const CCentreStoreError& error) {
         EXPECT_TRUE(error.message().Contains(u"BOM centre store")) << error.message();
     }
-
-    const std::string foreign = folder.native() + "/foreign.db";
-    runSql(foreign, "CREATE TABLE invoices (id INTEGER)");
-    EXPECT_TRUE(refusal(foreign).Contains(u"some other database"));
 }
 
 TEST(CentreSqliteStore, AStoreHeldByAnotherProcessIsWaitedForThenRefused) {
