@@ -86,23 +86,11 @@ TEST_F(EmbeddedCentre, AStoreThatCannotBeOpenedRefusesTheLoginWithOneMessage) {
     EXPECT_EQ(output.printed.Find(u"is damaged", first + 1), -1);
 }
 
-namespace {
-
-// A client logged in to the install's centre, with a project submitted.
-class EmbeddedCentreWithProject : public EmbeddedCentre {
-protected:
-    EmbeddedCentreWithProject() {
-        EXPECT_EQ(autoLogin(client, u"pw"), 1);
-        EXPECT_TRUE(client.submitItm(project.get()));
-    }
-
+TEST_F(EmbeddedCentre, ThePersonChoosesFromANumberedListAndRefusalsAndComparisonsAreTold) {
     CHexmoorInteFace client;
-    std::unique_ptr<HMProjectTree_INFO> project = centre_test::substation();
-};
-
-} // namespace
-
-TEST_F(EmbeddedCentreWithProject, ThePersonChoosesFromANumberedListAndRefusalsAndComparisonsAreTold) {
+    ASSERT_EQ(autoLogin(client, u"pw"), 1);
+    auto project = centre_test::substation();
+    ASSERT_TRUE(client.submitItm(project.get()));
     auto second = centre_test::substation(u"第二站");
     ASSERT_TRUE(client.submitItm(second.get()));
     ScriptedPrompts prompts;

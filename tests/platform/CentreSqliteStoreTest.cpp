@@ -92,10 +92,25 @@ TEST(CentreSqliteStore, NewerDamagedAndForeignFilesAreRefusedWithTheirReason) {
     }
 }
 
-TEST(CentreSqliteStore, AStoreHeldByAnotherProcessIsWaitedForThenRefused) {
+// One file: a process killed halfway through its submit, then one that holds the store.
+TEST(CentreSqliteStore, AProcessKilledInASubmitLeavesNothingOfItAndAHeldStoreIsWaitedForThenRefused) {
     TempFolder folder;
     const std::string path = folder.native() + "/centre.db";
     { CSqliteCentreStore store(path); }
+    const pid_t writer = fork();
+    ASSERT_GE(writer, 0);
+    if (writer == 0) {
+        CSqliteCentreStore store(path);
+        BreakingStore dying(store, 4, [] { raise(SIGKILL); });
+        auto tree = substation();
+        CBomCentreOperations(dying).SubmitItm(ann, *tree);
+        _exit(0);
+    }
+    int status = 0;
+    waitpid(writer, &status, 0);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_TRUE(CSqliteCentreStore(path).allProjects().empty());
+
     int ready[2];
     int release[2];
     ASSERT_TRUE(pipe(ready) == 0 && pipe(release) == 0);
@@ -126,6 +141,7 @@ TEST(CentreSqliteStore, AStoreHeldByAnotherProcessIsWaitedForThenRefused) {
     EXPECT_EQ(exitStatus(holder), 0);
     centre.SubmitItm(ann, *tree);
     EXPECT_EQ(centre.Projects(ann).size(), 1u);
+    EXPECT_EQ(store.nodes(*ParseCentreId(tree->m_strID)).size(), 4u);
 }
 
 TEST(CentreSqliteStore, TwoProcessesSubmittingToOneStoreNumberEveryRevisionOnce) {
@@ -158,28 +174,4 @@ TEST(CentreSqliteStore, TwoProcessesSubmittingToOneStoreNumberEveryRevisionOnce)
         for (const CentreRevision& revision : store.revisions(*ParseCentreId(device->m_strID))) numbers.push_back(revision.number);
         EXPECT_EQ(numbers, expected) << device->m_strName;
     }
-}
-
-TEST(CentreSqliteStore, AProcessKilledInTheMiddleOfASubmitLeavesNothingOfIt) {
-    TempFolder folder;
-    const std::string path = folder.native() + "/centre.db";
-    { CSqliteCentreStore store(path); }
-    const pid_t writer = fork();
-    ASSERT_GE(writer, 0);
-    if (writer == 0) {
-        CSqliteCentreStore store(path);
-        BreakingStore dying(store, 4, [] { raise(SIGKILL); });
-        auto tree = substation();
-        CBomCentreOperations(dying).SubmitItm(ann, *tree);
-        _exit(0);
-    }
-    int status = 0;
-    waitpid(writer, &status, 0);
-    ASSERT_TRUE(WIFSIGNALED(status));
-
-    CSqliteCentreStore store(path);
-    EXPECT_TRUE(store.allProjects().empty());
-    auto tree = substation();
-    CBomCentreOperations(store).SubmitItm(ann, *tree);
-    EXPECT_EQ(store.nodes(*ParseCentreId(tree->m_strID)).size(), 4u);
 }
