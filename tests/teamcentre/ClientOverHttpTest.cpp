@@ -18,12 +18,7 @@ namespace {
 class ClientOverHttp : public ServerOnEachStore {
 protected:
     std::unique_ptr<CHexmoorInteFace> client(const CString& enterprise, const CString& user, const CString& credential = u"secret") {
-        auto made = std::make_unique<CHexmoorInteFace>();
-        made->m_strServer = CString(server->endpoint());
-        made->m_strEnterprise = enterprise;
-        made->m_strUser = user;
-        made->m_strCredential = credential;
-        return made;
+        return ClientOf(server->endpoint(), enterprise, user, credential);
     }
     std::unique_ptr<CHexmoorInteFace> loggedIn(const CString& enterprise, const CString& user, const CString& credential = u"secret") {
         auto made = client(enterprise, user, credential);

@@ -38,14 +38,9 @@ TEST(FrozenServer, TheOtherServerGoesOnAndTheFrozenSubmitIsCutOffWhole) {
 
     CHttpTransport toFrozen(frozen.endpoint());
     const std::string annToken = LoginToken(toFrozen, "acme", "ann");
-    const auto seed = [&](const CString& name, int devices) {
-        const JsonReply made = Request(toFrozen, "POST", "/api/submit-itm", {{"tree", TreeToJson(*project(name, devices))}}, annToken);
-        EXPECT_EQ(made.status, 200);
-        return made.body["tree"];
-    };
     constexpr int kDevices = 400;
-    const json held = seed(u"held", kDevices);
-    const json beside = seed(u"beside", 2);
+    const json held = SubmittedTree(toFrozen, annToken, *project(u"held", kDevices));
+    const json beside = SubmittedTree(toFrozen, annToken, *project(u"beside", 2));
     const std::string heldId = held["id"].get<std::string>();
 
     // Freezes the server once PostgreSQL shows its submit holding the project, and still holding it after.

@@ -21,15 +21,7 @@ json credentials(const std::string& enterprise, const std::string& user, const s
     return {{"enterprise", enterprise}, {"user", user}, {"credential", credential}};
 }
 
-class HexmoordApi : public ServerOnEachStore {
-protected:
-    // Submits a fresh project for the token's user; returns the tree the server sent back.
-    json submitProject(const std::string& token, const CString& name, int devices) {
-        const JsonReply reply = Request(*http, "POST", "/api/submit-itm", {{"tree", TreeToJson(*project(name, devices))}}, token);
-        EXPECT_EQ(reply.status, 200) << reply.body.dump();
-        return reply.body["tree"];
-    }
-};
+class HexmoordApi : public ServerOnEachStore {};
 
 // One server through the life of its accounts: logins and their tokens (whose own rules SessionTableTest
 // checks), the administrator's commands, a restart, and a guesser throttled.
@@ -98,7 +90,7 @@ TEST_P(HexmoordApi, UsersOfOneEnterpriseShareItsProjectsAndNoOtherEnterpriseSees
     const std::string ann = LoginToken(*http, "acme", "ann");
     const std::string bob = LoginToken(*http, "acme", "bob", "other");
     const std::string eve = LoginToken(*http, "rival", "eve");
-    const json tree = submitProject(ann, u"华东变电站", 2);
+    const json tree = SubmittedTree(*http, ann, *project(u"华东变电站", 2));
     const std::string projectPath = "/api/projects/" + tree["id"].get<std::string>();
     const std::string device = tree["children"][0]["children"][0]["id"].get<std::string>();
 
@@ -182,7 +174,7 @@ TEST_P(HexmoordApi, BadRequestsGetAClearRefusalEveryAnswerForbidsFramingAndTheSe
             EXPECT_NE(head.find(header), std::string::npos) << path << ": " << head;
     }
     EXPECT_EQ(status("GET", "/api/projects", token), 200);
-    submitProject(token, u"after", 1);
+    SubmittedTree(*http, token, *project(u"after", 1));
     // A line break in the path cannot forge a line of the log.
     EXPECT_EQ(http->request("GET", "/api/x%0a2026-01-01T00:00:00Z%20127.0.0.1%20GET%20/forged%20200%200", "", token).status, 404);
     const std::string log = server->output();
