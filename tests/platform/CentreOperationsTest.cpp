@@ -126,7 +126,10 @@ TEST_P(CentreOperations, ImportGivesADeviceOrTheProjectAndEachBomSubmitIsANewRev
     EXPECT_EQ(imported(tree->m_strID, CString(), ann),
               (std::vector<std::string>{kBreaker, kTransformers, kProtection, "断路器|VS1-12/630|2||"}));
     for (const auto& [project, cabinet] : std::vector<std::pair<CString, CString>>{
-             {CString(), CString()}, {u"77", CString()}, {tree->m_strID, u"77"}, {tree->m_strID, tree->m_arrChildren[1]->m_strID}})
+             {CString(), CString()},
+             {u"77", CString()},
+             {tree->m_strID, u"77"},
+             {tree->m_strID, tree->m_arrChildren[1]->m_strID}})
         EXPECT_EQ(imported(project, cabinet, ann), std::vector<std::string>{"refused"}) << project << "/" << cabinet;
     EXPECT_EQ(imported(tree->m_strID, CString(), other), std::vector<std::string>{"refused"});
 
@@ -239,7 +242,8 @@ TEST_P(CentreOperations, TheLatestSubmittedProjectGivesTheOneCabinetTreeWhoseSec
     cabinet->m_arrPrimaryBom.Add(row(u"ignored", u"x", u"9"));
     cabinet->m_arrSecondaryBom.Add(row(u"端子", u"UK5N", u"40"));
     EXPECT_TRUE(centre.SubmitSecondary(ann, *cabinet).skipped.empty());
-    EXPECT_EQ(imported(older->m_strID, cabinet->m_strID, ann), (std::vector<std::string>{kBreaker, kTransformers, "端子|UK5N|40||"}));
+    EXPECT_EQ(imported(older->m_strID, cabinet->m_strID, ann),
+              (std::vector<std::string>{kBreaker, kTransformers, "端子|UK5N|40||"}));
     EXPECT_TRUE(cabinet->m_bChanged);
 }
 
