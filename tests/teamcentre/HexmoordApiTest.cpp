@@ -176,7 +176,8 @@ TEST_P(HexmoordApi, BadRequestsGetAClearRefusalEveryAnswerForbidsFramingAndTheSe
     EXPECT_EQ(status("GET", "/api/projects", token), 200);
     SubmittedTree(*http, token, *project(u"after", 1));
     // A line break in the path cannot forge a line of the log.
-    EXPECT_EQ(http->request("GET", "/api/x%0a2026-01-01T00:00:00Z%20127.0.0.1%20GET%20/forged%20200%200", "", token).status, 404);
+    const std::string forging = "/api/x%0a2026-01-01T00:00:00Z%20127.0.0.1%20GET%20/forged%20200%200";
+    EXPECT_EQ(http->request("GET", forging, "", token).status, 404);
     const std::string log = server->output();
     EXPECT_NE(log.find("POST /api/submit-itm 200"), std::string::npos) << log;
     EXPECT_NE(log.find("GET /api/projects 200"), std::string::npos);
