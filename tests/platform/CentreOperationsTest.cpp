@@ -3,6 +3,7 @@
 
 #include "common/CapturedOutput.h"
 #include "centre/operations/BomCentreOperations.h"
+#include "centre/operations/BomComparison.h"
 #include "centre/operations/CentreIds.h"
 
 #include <gtest/gtest.h>
@@ -88,24 +89,10 @@ TEST_P(CentreOperations, ASubmittedProjectComesBackWithItsTreeAndRowsThroughTheM
     EXPECT_TRUE(output.boxes.empty());
 }
 
-TEST_P(CentreOperations, AProjectNameIsTakenOncePerEnterpriseIgnoringCase) {
+TEST_P(CentreOperations, TreesThatCannotBecomeFoldersOrRepeatAProjectNameAreRefusedWholly) {
     auto first = submitted(u"Station");
-    auto second = substation(u"STATION");
-    EXPECT_THROW(centre.SubmitItm(ann, *second), CCentreError);
-    EXPECT_TRUE(second->m_strID.IsEmpty());
-    EXPECT_FALSE(second->m_bChanged);
-    EXPECT_EQ(centre.Projects(ann).size(), 1u);
-
-    // Another enterprise has its own names, and sees nothing of the first one's projects.
-    centre.SubmitItm(other, *second);
-    EXPECT_EQ(centre.Projects(other).size(), 1u);
-    EXPECT_FALSE(centre.ProjectTree(other, first->m_strID));
-    EXPECT_TRUE(centre.ProjectName(other, first->m_strID).IsEmpty());
-    EXPECT_EQ(centre.ProjectName(ann, first->m_strID), u"Station");
-}
-
-TEST_P(CentreOperations, TreesThatCannotBecomeFoldersAreRefusedWholly) {
     const std::vector<std::pair<const char*, std::function<void(HMProjectTree_INFO&)>>> breakages{
+        {"a project name the enterprise has, in other case", [](HMProjectTree_INFO& t) { t.m_strName = u"STATION"; }},
         {"siblings equal ignoring case", [](HMProjectTree_INFO& t) { addNode(*t.m_arrChildren[1], t, u"ah2", u"0"); }},
         {"a backslash", [](HMProjectTree_INFO& t) { t.m_arrCabinets[2]->m_strName = u"AH\\4"; }},
         {"a slash", [](HMProjectTree_INFO& t) { t.m_arrChildren[1]->m_strName = u"出/线"; }},
@@ -120,13 +107,33 @@ TEST_P(CentreOperations, TreesThatCannotBecomeFoldersAreRefusedWholly) {
         auto tree = substation();
         breakTree(*tree);
         EXPECT_THROW(centre.SubmitItm(ann, *tree), CCentreError) << what;
-        EXPECT_TRUE(tree->m_strID.IsEmpty() && tree->m_arrCabinets[0]->m_strID.IsEmpty()) << what;
+        EXPECT_TRUE(tree->m_strID.IsEmpty() && tree->m_arrCabinets[0]->m_strID.IsEmpty() && !tree->m_bChanged) << what;
     }
-    EXPECT_TRUE(centre.Projects(ann).empty());
+    EXPECT_EQ(centre.Projects(ann).size(), 1u);
+
+    // Another enterprise has its own names, and sees nothing of the first one's projects.
+    auto second = substation(u"STATION");
+    centre.SubmitItm(other, *second);
+    EXPECT_EQ(centre.Projects(other).size(), 1u);
+    EXPECT_FALSE(centre.ProjectTree(other, first->m_strID));
+    EXPECT_TRUE(centre.ProjectName(other, first->m_strID).IsEmpty());
+    EXPECT_EQ(centre.ProjectName(ann, first->m_strID), u"Station");
 }
 
-TEST_P(CentreOperations, EachBomSubmitIsANewRevisionAndTheBlockHoldsTheAcceptedRows) {
+TEST_P(CentreOperations, ImportGivesADeviceOrTheProjectAndEachBomSubmitIsANewRevisionTheBlockHolds) {
     auto tree = submitted();
+    // The first device's secondary rows follow its primary ones.
+    EXPECT_EQ(imported(tree->m_strID, CString(), ann),
+              (std::vector<std::string>{kBreaker, kTransformers, kProtection, "断路器|VS1-12/630|2||"}));
+    for (const auto& [project, cabinet] : std::vector<std::pair<CString, CString>>{
+             {CString(), CString()},
+             {u"77", CString()},
+             {tree->m_strID, u"77"},
+             {tree->m_strID, tree->m_arrChildren[1]->m_strID}})
+        EXPECT_EQ(imported(project, cabinet, ann), std::vector<std::string>{"refused"}) << project << "/" << cabinet;
+    EXPECT_EQ(imported(tree->m_strID, CString(), other), std::vector<std::string>{"refused"});
+
+    // A BOM submit makes revision 2 of every device; the block holds the accepted rows.
     HMProjectTree_INFO& feeder = *tree->m_arrCabinets[1];
     feeder.m_arrPrimaryBom[0].m_strRowCount = u"4";
     feeder.m_arrSecondaryBom.Add(row(u"电度表", u"DTSD341", u"1"));
@@ -166,30 +173,6 @@ TEST_P(CentreOperations, DevicesTheCentreDoesNotKnowAreSkippedAndTheOthersTaken)
     EXPECT_EQ(revisionCount(*tree->m_arrCabinets[1]), 2);
 }
 
-TEST_P(CentreOperations, ASecondarySubmitKeepsThePrimaryRowsOfTheCurrentRevision) {
-    auto tree = submitted();
-    auto cabinet = centre.OneCabinetTree(ann);
-    ASSERT_TRUE(cabinet);
-    EXPECT_EQ(cabinet->m_strName, u"AH1 进线柜");
-    cabinet->m_arrPrimaryBom.Add(row(u"ignored", u"x", u"9"));
-    cabinet->m_arrSecondaryBom.Add(row(u"端子", u"UK5N", u"40"));
-
-    EXPECT_TRUE(centre.SubmitSecondary(ann, *cabinet).skipped.empty());
-    EXPECT_EQ(imported(tree->m_strID, cabinet->m_strID, ann), (std::vector<std::string>{kBreaker, kTransformers, "端子|UK5N|40||"}));
-    EXPECT_TRUE(cabinet->m_bChanged);
-}
-
-TEST_P(CentreOperations, ImportGivesOneDeviceOrTheWholeProjectAndNothingForUnknownIDs) {
-    auto tree = submitted();
-    // The first device's secondary rows follow its primary ones.
-    EXPECT_EQ(imported(tree->m_strID, CString(), ann),
-              (std::vector<std::string>{kBreaker, kTransformers, kProtection, "断路器|VS1-12/630|2||"}));
-    for (const auto& [project, cabinet] : std::vector<std::pair<CString, CString>>{
-             {CString(), CString()}, {u"77", CString()}, {tree->m_strID, u"77"}, {tree->m_strID, tree->m_arrChildren[1]->m_strID}})
-        EXPECT_EQ(imported(project, cabinet, ann), std::vector<std::string>{"refused"}) << project << "/" << cabinet;
-    EXPECT_EQ(imported(tree->m_strID, CString(), other), std::vector<std::string>{"refused"});
-}
-
 TEST_P(CentreOperations, ThePartsCatalogueAddsUpEqualPartsOverTheEnterprise) {
     auto tree = substation();
     tree->m_arrCabinets[2]->m_arrPrimaryBom.Add(row(u"断路器", u"VS1-12/630", u"3台"));
@@ -223,7 +206,7 @@ TEST_P(CentreOperations, AnErrorHalfwayLeavesTheStoreAndTheTreeAsTheyWere) {
     centre.SubmitItm(ann, *another);
 }
 
-TEST_P(CentreOperations, TheComparisonNamesAddedRemovedAndChangedParts) {
+TEST_P(CentreOperations, TheComparisonTablesAddedRemovedAndChangedPartsPerDeviceInLinedUpColumns) {
     auto tree = submitted();
     HMProjectTree_INFO& incoming = *tree->m_arrCabinets[0];
     incoming.m_arrPrimaryBom[1].m_strRowCount = u"2";                      // changed
@@ -231,20 +214,20 @@ TEST_P(CentreOperations, TheComparisonNamesAddedRemovedAndChangedParts) {
     incoming.m_arrSecondaryBom.Add(row(u"电流互感器", u"LZZBJ9-10", u"1"));  // same part, other system: added
     tree->m_arrCabinets[2]->m_strID = CString();
 
-    std::vector<std::string> found;
-    for (const DeviceComparison& device : centre.Compare(ann, *tree)) {
-        found.push_back(device.name.ToUtf8() + (device.known ? " revision " + std::to_string(device.revision) : " unknown"));
-        for (const RowDifference& d : device.differences)
-            found.push_back("  " + std::to_string(static_cast<int>(d.change)) + (d.secondary ? " secondary " : " primary ") +
-                            (d.name + " " + d.model).ToUtf8() + " " + std::to_string(d.centreCount) + "->" + std::to_string(d.localCount));
-    }
-    // Change 0 is added, 1 removed, 2 count changed.
-    EXPECT_EQ(found, (std::vector<std::string>{"AH1 进线柜 revision 1", "  2 primary 电流互感器 LZZBJ9-10 3->2",
-                                               "  0 secondary 电流互感器 LZZBJ9-10 0->1", "  1 primary 断路器 VS1-12/1250 1->0",
-                                               "AH2 revision 1", "AH4 unknown"}));
+    // Wide characters take two columns, so every column lines up under its heading.
+    const std::string expected =
+        "Device AH1 进线柜 (ID " + incoming.m_strID.ToUtf8() + "): 3 differences from revision 1 of the centre.\n"
+        "  change         system     name        model        centre  drawings\n"
+        "  count changed  primary    电流互感器  LZZBJ9-10    3       2\n"
+        "  added          secondary  电流互感器  LZZBJ9-10    -       1\n"
+        "  removed        primary    断路器      VS1-12/1250  1       -\n"
+        "Device AH2 (ID " + tree->m_arrCabinets[1]->m_strID.ToUtf8() + "): the same as revision 1 of the centre.\n"
+        "Device AH4: the centre does not know it (ID \"\"); not compared.\n"
+        "BOM comparison: 3 devices, 2 differ from the centre.\n";
+    EXPECT_EQ(FormatComparison(centre.Compare(ann, *tree)).ToUtf8(), expected);
 }
 
-TEST_P(CentreOperations, TheLatestSubmittedProjectGivesTheOneCabinetTree) {
+TEST_P(CentreOperations, TheLatestSubmittedProjectGivesTheOneCabinetTreeWhoseSecondarySubmitKeepsThePrimaryRows) {
     EXPECT_FALSE(centre.OneCabinetTree(ann));
     auto older = submitted(u"older");
     submitted(u"newer");
@@ -254,6 +237,14 @@ TEST_P(CentreOperations, TheLatestSubmittedProjectGivesTheOneCabinetTree) {
     EXPECT_EQ(cabinet->m_strID, older->m_arrCabinets[0]->m_strID);
     EXPECT_TRUE(cabinet->m_arrChildren.IsEmpty());
     EXPECT_EQ(throughHexmoorXml(*cabinet)->m_arrPrimaryBom.GetSize(), 2);
+
+    // Its primary rows are the current revision's, whatever the submit of the secondary ones carries.
+    cabinet->m_arrPrimaryBom.Add(row(u"ignored", u"x", u"9"));
+    cabinet->m_arrSecondaryBom.Add(row(u"端子", u"UK5N", u"40"));
+    EXPECT_TRUE(centre.SubmitSecondary(ann, *cabinet).skipped.empty());
+    EXPECT_EQ(imported(older->m_strID, cabinet->m_strID, ann),
+              (std::vector<std::string>{kBreaker, kTransformers, "端子|UK5N|40||"}));
+    EXPECT_TRUE(cabinet->m_bChanged);
 }
 
 TEST_P(CentreOperations, AccountsAndUsageFilesAreKept) {

@@ -25,7 +25,7 @@ InspectRun inspectCentre(const TempFolder& folder, const std::string& store) {
 
 } // namespace
 
-TEST(CentreInspect, ShowsProjectsTreesRevisionsAndUsageFiles) {
+TEST(CentreInspect, ShowsProjectsTreesRevisionsAndUsageFilesAndReadsNoMissingOrDamagedStore) {
     TempFolder folder;
     const std::string path = folder.native() + "/centre.db";
     {
@@ -55,14 +55,12 @@ TEST(CentreInspect, ShowsProjectsTreesRevisionsAndUsageFiles) {
         const nlohmann::json::json_pointer at(pointer);
         EXPECT_EQ(json.contains(at) ? json[at] : nullptr, expected) << pointer;
     }
-}
 
-TEST(CentreInspect, AMissingOrDamagedStoreIsUnreadableAndNotCreated) {
-    TempFolder folder;
+    // A missing or damaged store is unreadable, and not created.
     EXPECT_EQ(inspectCentre(folder, folder.native() + "/none.db").status, 1);
     EXPECT_FALSE(folder.exists("none.db"));
     folder.writeFile("text.db", std::string(2048, 'x'));
-    const InspectRun run = inspectCentre(folder, folder.native() + "/text.db");
-    EXPECT_EQ(run.status, 1);
-    EXPECT_NE(run.err.find("is damaged"), std::string::npos) << run.err;
+    const InspectRun damaged = inspectCentre(folder, folder.native() + "/text.db");
+    EXPECT_EQ(damaged.status, 1);
+    EXPECT_NE(damaged.err.find("is damaged"), std::string::npos) << damaged.err;
 }

@@ -21,7 +21,7 @@ protected:
 
 } // namespace
 
-TEST_F(HostCommandLine, QueuedStringsRunAfterTheirCommandAndBeforeTheNextOne) {
+TEST_F(HostCommandLine, QueuedStringsRunAfterTheirCommandAndUnknownNamesAreTold) {
     add(u"first", [this] {
         ran.push_back(u"first");
         acDocManagerPtr()->sendStringToExecute(acDocManagerPtr()->curDocument(), u"second\n", false, true, true);
@@ -32,9 +32,8 @@ TEST_F(HostCommandLine, QueuedStringsRunAfterTheirCommandAndBeforeTheNextOne) {
     EXPECT_TRUE(RunHostCommandLine(u"  first\tthird ", tellUnknown));
     EXPECT_EQ(ran, (std::vector<CString>{u"first", u"second", u"third"}));
     EXPECT_TRUE(unknown.empty());
-}
 
-TEST_F(HostCommandLine, UnknownNamesAreToldAndOnlyThePersonsOwnFailTheLine) {
+    // Unknown names are told; only the person's own fail the line.
     add(u"queues", [] { acDocManagerPtr()->sendStringToExecute(acDocManagerPtr()->curDocument(), u"nosuch\n"); });
     EXPECT_TRUE(RunHostCommandLine(u"queues", tellUnknown));
     EXPECT_FALSE(RunHostCommandLine(u"queues typo", tellUnknown));

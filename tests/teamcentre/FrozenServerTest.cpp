@@ -8,10 +8,8 @@
 #include "teamcentre/ServerTestSupport.h"
 #include "teamcentre/TeamTrees.h"
 
-#include <dirent.h>
 #include <signal.h>
 
-#include <filesystem>
 #include <future>
 #include <thread>
 
@@ -19,37 +17,6 @@ using nlohmann::json;
 using namespace team_test;
 
 namespace {
-
-// The process of the test's children that listens on the loopback port: found through the socket's inode.
-int pidListeningOn(int port) {
-    std::ifstream table("/proc/net/tcp");
-    std::string line;
-    std::string inode;
-    char local[16];
-    std::snprintf(local, sizeof local, "0100007F:%04X", port);
-    while (std::getline(table, line)) {
-        std::istringstream fields(line);
-        std::string slot, address, remote, state, skip;
-        fields >> slot >> address >> remote >> state;
-        if (address != local || state != "0A") continue;
-        for (int i = 0; i < 5; ++i) fields >> skip;
-        fields >> inode;
-    }
-    const std::string socket = "socket:[" + inode + "]";
-    DIR* processes = ::opendir("/proc");
-    int found = 0;
-    while (dirent* entry = processes ? ::readdir(processes) : nullptr) {
-        const std::string pid = entry->d_name;
-        if (found || pid.find_first_not_of("0123456789") != std::string::npos) continue;
-        std::error_code error;
-        for (const auto& fd : std::filesystem::directory_iterator("/proc/" + pid + "/fd", error)) {
-            std::error_code unreadable;
-            if (std::filesystem::read_symlink(fd.path(), unreadable).string() == socket) found = std::stoi(pid);
-        }
-    }
-    if (processes) ::closedir(processes);
-    return found;
-}
 
 json withRows(json tree, const std::string& model) {
     for (json& device : tree["children"][0]["children"])
@@ -66,20 +33,14 @@ TEST(FrozenServer, TheOtherServerGoesOnAndTheFrozenSubmitIsCutOffWhole) {
     const std::vector<std::string> timeouts{"--lock-timeout", "1", "--idle-transaction-timeout", "10"};
     HexmoordProcess frozen(database, timeouts);
     HexmoordProcess other(database, timeouts);
-    const int frozenPid = pidListeningOn(frozen.port());
-    ASSERT_GT(frozenPid, 0);
+    const int frozenPid = frozen.pid();
     const auto value = [&](const std::string& sql) { return cluster->queryValue(database, sql); };
 
     CHttpTransport toFrozen(frozen.endpoint());
     const std::string annToken = LoginToken(toFrozen, "acme", "ann");
-    const auto seed = [&](const CString& name, int devices) {
-        const JsonReply made = Request(toFrozen, "POST", "/api/submit-itm", {{"tree", TreeToJson(*project(name, devices))}}, annToken);
-        EXPECT_EQ(made.status, 200);
-        return made.body["tree"];
-    };
     constexpr int kDevices = 400;
-    const json held = seed(u"held", kDevices);
-    const json beside = seed(u"beside", 2);
+    const json held = SubmittedTree(toFrozen, annToken, *project(u"held", kDevices));
+    const json beside = SubmittedTree(toFrozen, annToken, *project(u"beside", 2));
     const std::string heldId = held["id"].get<std::string>();
 
     // Freezes the server once PostgreSQL shows its submit holding the project, and still holding it after.

@@ -21,43 +21,27 @@ json credentials(const std::string& enterprise, const std::string& user, const s
     return {{"enterprise", enterprise}, {"user", user}, {"credential", credential}};
 }
 
-class HexmoordApi : public ServerOnEachStore {
-protected:
-    // Submits a fresh project for the token's user; returns the tree the server sent back.
-    json submitProject(const std::string& token, const CString& name, int devices) {
-        const JsonReply reply = Request(*http, "POST", "/api/submit-itm", {{"tree", TreeToJson(*project(name, devices))}}, token);
-        EXPECT_EQ(reply.status, 200) << reply.body.dump();
-        return reply.body["tree"];
-    }
-};
+class HexmoordApi : public ServerOnEachStore {};
 
-TEST_P(HexmoordApi, LoginGivesARandomTokenThatEveryRequestMustCarry) {
+// One server through the life of its accounts: logins and their tokens (whose own rules SessionTableTest
+// checks), the administrator's commands, a restart, and a guesser throttled.
+TEST_P(HexmoordApi, OnlyTheAdministratorsAccountsLogInTheirTokensOutliveARestartAndGuessesAreThrottled) {
     const std::string first = LoginToken(*http, "acme", "ann");
     const std::string second = LoginToken(*http, "acme", "ann");
-    EXPECT_EQ(first.size(), 64u);
-    EXPECT_NE(first, second);
     EXPECT_EQ(status("GET", "/api/projects", first), 200);
-    for (const std::string& wrong : {std::string(), std::string(64, '0'), std::string("not a token")})
+    for (const std::string& wrong : {std::string(), std::string(64, '0')})
         EXPECT_EQ(status("GET", "/api/parts", wrong), 401) << wrong;
-    // Only the administrator's accounts log in: a wrong credential, an unknown user or enterprise get no token.
+    // A wrong credential, an unknown user or enterprise, another user's credential: no token.
     for (const auto& [enterprise, user, credential] : std::vector<std::array<std::string, 3>>{
              {"acme", "ann", "guess"}, {"acme", "mallory", "anything"}, {"acmf", "ann", "secret"}, {"acme", "bob", "secret"}}) {
         const JsonReply wrong = Request(*http, "POST", "/api/login", credentials(enterprise, user, credential));
         EXPECT_EQ(wrong.status, 401) << enterprise << "/" << user;
         EXPECT_FALSE(wrong.body.contains("token"));
     }
-    // A logged-out token is refused.
     EXPECT_EQ(status("POST", "/api/logout", first), 200);
     EXPECT_EQ(status("GET", "/api/projects", first), 401);
-    // SIGTERM stops the server cleanly; sessions are kept in the store, so a restarted server knows the others.
-    EXPECT_EQ(server->stop(), 0);
-    EXPECT_NE(server->output().find("hexmoord: stopped"), std::string::npos);
-    restart();
-    EXPECT_EQ(status("GET", "/api/projects", second), 200);
-    EXPECT_EQ(status("GET", "/api/projects", first), 401);
-}
 
-TEST_P(HexmoordApi, TheAdministratorAddsDisablesAndRekeysAccountsAndThatEndsTheirSessions) {
+    // The administrator adds, rekeys and disables; each change ends the account's sessions.
     const std::string out = folder.native() + "/out.txt";
     const auto account = [&](const std::string& arguments, const std::string& input) {
         const std::string command = "printf '" + input + "' | " + HexmoordBinary() + " account " + arguments + " --db '" +
@@ -71,7 +55,6 @@ TEST_P(HexmoordApi, TheAdministratorAddsDisablesAndRekeysAccountsAndThatEndsThei
     EXPECT_EQ(account("list", ""), 0);
     EXPECT_NE(ReadTextFile(out).find("acme/carl\t"), std::string::npos) << ReadTextFile(out);
     EXPECT_EQ(ReadTextFile(out).find("acme/dora"), std::string::npos);
-
     const std::string carl = LoginToken(*http, "acme", "carl", "carls");
     EXPECT_EQ(status("GET", "/api/projects", carl), 200);
     EXPECT_EQ(account("password acme carl", "newer\n"), 0);
@@ -84,11 +67,16 @@ TEST_P(HexmoordApi, TheAdministratorAddsDisablesAndRekeysAccountsAndThatEndsThei
     EXPECT_EQ(account("list", ""), 0);
     EXPECT_NE(ReadTextFile(out).find("acme/carl\t"), std::string::npos);
     EXPECT_NE(ReadTextFile(out).find("disabled"), std::string::npos);
-}
 
-TEST_P(HexmoordApi, WrongCredentialsAreThrottledPerAccountAndTheLogSaysSo) {
+    // SIGTERM stops the server cleanly; sessions are kept in the store, so a restarted server knows them.
+    EXPECT_EQ(server->stop(), 0);
+    EXPECT_NE(server->output().find("hexmoord: stopped"), std::string::npos);
+    restart();
+    EXPECT_EQ(status("GET", "/api/projects", second), 200);
+    EXPECT_EQ(status("GET", "/api/projects", first), 401);
+
+    // Six wrong guesses make the account wait: even the right credential is not checked until the wait is over.
     for (int i = 0; i < 6; ++i) EXPECT_EQ(status("POST", "/api/login", {}, credentials("acme", "ann", "guess")), 401) << i;
-    // The sixth made the account wait: even the right credential is not checked until the wait is over.
     EXPECT_EQ(status("POST", "/api/login", {}, credentials("acme", "ann", "secret")), 429);
     EXPECT_EQ(status("POST", "/api/login", {}, credentials("acme", "bob", "other")), 200);
     std::this_thread::sleep_for(std::chrono::milliseconds(1100));
@@ -102,7 +90,7 @@ TEST_P(HexmoordApi, UsersOfOneEnterpriseShareItsProjectsAndNoOtherEnterpriseSees
     const std::string ann = LoginToken(*http, "acme", "ann");
     const std::string bob = LoginToken(*http, "acme", "bob", "other");
     const std::string eve = LoginToken(*http, "rival", "eve");
-    const json tree = submitProject(ann, u"华东变电站", 2);
+    const json tree = SubmittedTree(*http, ann, *project(u"华东变电站", 2));
     const std::string projectPath = "/api/projects/" + tree["id"].get<std::string>();
     const std::string device = tree["children"][0]["children"][0]["id"].get<std::string>();
 
@@ -131,7 +119,7 @@ TEST_P(HexmoordApi, UsersOfOneEnterpriseShareItsProjectsAndNoOtherEnterpriseSees
     EXPECT_EQ(Request(*http, "GET", projectPath + "/devices/" + device + "/revisions", nullptr, ann).body.size(), 1u);
 }
 
-TEST_P(HexmoordApi, BadRequestsGetAClearRefusalAndTheServerKeepsServing) {
+TEST_P(HexmoordApi, BadRequestsGetAClearRefusalEveryAnswerForbidsFramingAndTheServerKeepsServing) {
     const std::string token = LoginToken(*http, "acme", "ann");
     const auto named = project(u"a", 1);
     named->m_strName = CString(u"a\0b", 3);
@@ -175,18 +163,7 @@ TEST_P(HexmoordApi, BadRequestsGetAClearRefusalAndTheServerKeepsServing) {
     EXPECT_EQ(http->request("GET", "/api/projects/../../etc/passwd", "", token).status, 400);
     EXPECT_EQ(http->request("GET", "/api/nothing-here", "", token).status, 404);
 
-    EXPECT_EQ(status("GET", "/api/projects", token), 200);
-    submitProject(token, u"after", 1);
-    // A line break in the path cannot forge a line of the log.
-    EXPECT_EQ(http->request("GET", "/api/x%0a2026-01-01T00:00:00Z%20127.0.0.1%20GET%20/forged%20200%200", "", token).status, 404);
-    const std::string log = server->output();
-    EXPECT_NE(log.find("POST /api/submit-itm 200"), std::string::npos) << log;
-    EXPECT_NE(log.find("GET /api/projects 200"), std::string::npos);
-    EXPECT_NE(log.find("/api/x\\x0a2026-01-01T00:00:00Z\\x20127.0.0.1"), std::string::npos) << log;
-    EXPECT_EQ(log.find("\n2026-01-01T00:00:00Z"), std::string::npos);
-}
-
-TEST_P(HexmoordApi, EveryAnswerForbidsFramingSniffingAndForeignContent) {
+    // Every answer, refusals too, forbids framing, sniffing and foreign content.
     for (const char* path : {"/", "/api/projects", "/style.css", "/nothing"}) {
         RawConnection raw(server->port());
         ASSERT_TRUE(raw.send(std::string("GET ") + path + " HTTP/1.1\r\nHost: x\r\nConnection: close\r\n\r\n"));
@@ -196,6 +173,16 @@ TEST_P(HexmoordApi, EveryAnswerForbidsFramingSniffingAndForeignContent) {
                                    "frame-ancestors 'none'", "X-Frame-Options: DENY", "X-Content-Type-Options: nosniff"})
             EXPECT_NE(head.find(header), std::string::npos) << path << ": " << head;
     }
+    EXPECT_EQ(status("GET", "/api/projects", token), 200);
+    SubmittedTree(*http, token, *project(u"after", 1));
+    // A line break in the path cannot forge a line of the log.
+    const std::string forging = "/api/x%0a2026-01-01T00:00:00Z%20127.0.0.1%20GET%20/forged%20200%200";
+    EXPECT_EQ(http->request("GET", forging, "", token).status, 404);
+    const std::string log = server->output();
+    EXPECT_NE(log.find("POST /api/submit-itm 200"), std::string::npos) << log;
+    EXPECT_NE(log.find("GET /api/projects 200"), std::string::npos);
+    EXPECT_NE(log.find("/api/x\\x0a2026-01-01T00:00:00Z\\x20127.0.0.1"), std::string::npos) << log;
+    EXPECT_EQ(log.find("\n2026-01-01T00:00:00Z"), std::string::npos);
 }
 
 TEST_P(HexmoordApi, AHeaderThatTricklesInIsGivenUpWhileOthersAreServed) {

@@ -15,6 +15,8 @@ public:
     HexmoordProcess& operator=(const HexmoordProcess&) = delete;
 
     int port() const { return m_port; }
+    // The server's own process (it is started directly, with no shell between), 0 once it has exited.
+    int pid() const { return m_pid; }
     std::string endpoint() const { return "http://127.0.0.1:" + std::to_string(m_port); }
     // SIGTERM; returns the exit status (-1 when it did not exit normally).
     int stop();

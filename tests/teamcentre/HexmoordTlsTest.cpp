@@ -11,6 +11,9 @@ namespace {
 
 TEST(HexmoordTls, TheClientLogsInOverHttpsOnlyWithATrustedCertificate) {
     TempFolder folder;
+    // A certificate without its key is refused at start.
+    EXPECT_THROW(HexmoordProcess(folder.native() + "/centre.db", {"--tls-cert", folder.native() + "/missing.pem"}),
+                 std::runtime_error);
     const std::string cert = folder.native() + "/cert.pem";
     const std::string key = folder.native() + "/key.pem";
     const std::string make = "openssl req -x509 -newkey rsa:2048 -nodes -days 1 -subj /CN=127.0.0.1 "
@@ -21,28 +24,18 @@ TEST(HexmoordTls, TheClientLogsInOverHttpsOnlyWithATrustedCertificate) {
     const std::string endpoint = "https://127.0.0.1:" + std::to_string(server.port());
 
     CapturedOutput output;
-    CHexmoorInteFace client;
-    client.m_strServer = CString(endpoint);
-    client.m_strEnterprise = u"acme";
-    client.m_strUser = u"ann";
-    client.m_strCredential = u"secret";
+    const auto client = team_test::ClientOf(endpoint, u"acme", u"ann");
     ::unsetenv("HEXMOOR_CA_FILE");
-    EXPECT_EQ(client.autoLogin(), -1);
+    EXPECT_EQ(client->autoLogin(), -1);
     EXPECT_NE(output.printed.Find(u"cannot be reached"), -1) << output.printed.ToUtf8();
 
     ::setenv("HEXMOOR_CA_FILE", cert.c_str(), 1);
-    EXPECT_EQ(client.autoLogin(), 1) << output.printed.ToUtf8();
-    EXPECT_TRUE(client.UserInfoCollect(u"item", u"key", u"text"));
+    EXPECT_EQ(client->autoLogin(), 1) << output.printed.ToUtf8();
+    EXPECT_TRUE(client->UserInfoCollect(u"item", u"key", u"text"));
     ::unsetenv("HEXMOOR_CA_FILE");
     // Plain HTTP to the HTTPS port gets no answer a client could take.
     CHttpTransport plain("http://127.0.0.1:" + std::to_string(server.port()));
     EXPECT_EQ(plain.request("GET", "/api/projects", "", "").status, 0);
-}
-
-TEST(HexmoordTls, ACertificateWithoutItsKeyIsRefusedAtStart) {
-    TempFolder folder;
-    EXPECT_THROW(HexmoordProcess(folder.native() + "/centre.db", {"--tls-cert", folder.native() + "/missing.pem"}),
-                 std::runtime_error);
 }
 
 } // namespace

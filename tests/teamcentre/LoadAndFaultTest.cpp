@@ -32,9 +32,7 @@ protected:
         for (HMProjectTree_INFO* device : tree->m_arrCabinets)
             for (int r = 1; r < rowsPerDevice; ++r)
                 device->m_arrPrimaryBom.Add({CString(), CString(("part " + std::to_string(r)).c_str()), u"M", u"1", CString(), CString()});
-        const JsonReply reply = Request(*http, "POST", "/api/submit-itm", {{"tree", TreeToJson(*tree)}}, LoginToken(*http, "acme", "ann"));
-        EXPECT_EQ(reply.status, 200);
-        return reply.body["tree"];
+        return SubmittedTree(*http, LoginToken(*http, "acme", "ann"), *tree);
     }
 };
 

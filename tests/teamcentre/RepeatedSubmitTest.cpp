@@ -183,16 +183,12 @@ TEST(RepeatedSubmitOverHttp, AnAnswerLostAfterTheCommitCostsNoSecondRevision) {
     HexmoordProcess server(database);
     CuttingRelay relay(server.port(), "POST /api/submit-bom");
     CapturedOutput output;
-    CHexmoorInteFace client;
-    client.m_strServer = CString(relay.endpoint());
-    client.m_strEnterprise = u"acme";
-    client.m_strUser = u"ann";
-    client.m_strCredential = u"secret";
-    ASSERT_EQ(client.autoLogin(), 1) << output.printed.ToUtf8();
+    const auto client = ClientOf(relay.endpoint(), u"acme", u"ann");
+    ASSERT_EQ(client->autoLogin(), 1) << output.printed.ToUtf8();
     auto tree = project(u"relayed", 1);
-    ASSERT_TRUE(client.submitItm(tree.get())) << output.printed.ToUtf8();
+    ASSERT_TRUE(client->submitItm(tree.get())) << output.printed.ToUtf8();
     tree->m_arrCabinets[0]->m_arrPrimaryBom[0].m_strRowCount = u"7";
-    EXPECT_TRUE(client.submitBom(tree.get(), true)) << output.printed.ToUtf8();
+    EXPECT_TRUE(client->submitBom(tree.get(), true)) << output.printed.ToUtf8();
     EXPECT_EQ(relay.cuts(), 1) << "the answer was never cut";
     EXPECT_NE(tree->m_arrCabinets[0]->m_strBoms.Find(u"Revision=\"2\""), -1);
 

@@ -6,6 +6,8 @@
 #include "common/TempFolder.h"
 #include "centre/operations/CentreAccounts.h"
 #include "centre/server/StorePool.h"
+#include "platform/cloud/HexmoorClient.h"
+#include "platform/cloud/http/CentreJson.h"
 #include "platform/cloud/http/HttpTransport.h"
 #include "teamcentre/HexmoordProcess.h"
 
@@ -72,6 +74,24 @@ inline std::string LoginToken(CHttpTransport& http, const std::string& enterpris
         Request(http, "POST", "/api/login", {{"enterprise", enterprise}, {"user", user}, {"credential", credential}});
     EXPECT_EQ(reply.status, 200) << reply.body.dump();
     return reply.status == 200 ? reply.body["token"].get<std::string>() : std::string();
+}
+
+// The project as the server sent it back from its submit-itm.
+inline nlohmann::json SubmittedTree(CHttpTransport& http, const std::string& token, const HMProjectTree_INFO& tree) {
+    const JsonReply reply = Request(http, "POST", "/api/submit-itm", {{"tree", TreeToJson(tree)}}, token);
+    EXPECT_EQ(reply.status, 200) << reply.body.dump();
+    return reply.body["tree"];
+}
+
+// The module's cloud client pointed at the endpoint, with the person's answers filled in.
+inline std::unique_ptr<CHexmoorInteFace> ClientOf(const std::string& endpoint, const CString& enterprise,
+                                                  const CString& user, const CString& credential = u"secret") {
+    auto client = std::make_unique<CHexmoorInteFace>();
+    client->m_strServer = CString(endpoint);
+    client->m_strEnterprise = enterprise;
+    client->m_strUser = user;
+    client->m_strCredential = credential;
+    return client;
 }
 
 // hexmoord on a fresh database of each store kind, with the accounts the test names; the test skips where

@@ -72,9 +72,7 @@ TEST(TwoServersBehindAProxy, AServerKilledUnderLoadLosesNoAcknowledgedRevisionAn
 
     CHttpTransport seeder(proxy.endpoint());
     const std::string seedToken = LoginToken(seeder, "acme", "user0");
-    const JsonReply seeded = Request(seeder, "POST", "/api/submit-itm", {{"tree", TreeToJson(*project(u"共用", 2))}}, seedToken);
-    ASSERT_EQ(seeded.status, 200);
-    const json tree = seeded.body["tree"];
+    const json tree = SubmittedTree(seeder, seedToken, *project(u"共用", 2));
 
     std::atomic<int> acknowledgedBeforeKill = 0;
     std::atomic<bool> killed = false;

@@ -37,16 +37,14 @@ TEST(WebView, AManagerSeesTheProjectsTreeRevisionsAndTheirComparisonInChromium) 
     tree->m_arrCabinets[0]->m_strCirName = u"进线柜";
     tree->m_arrCabinets[0]->m_strCirType = u"KYN28A-12";
     tree->m_arrCabinets[0]->m_strCirSize = u"800×1500×2300";
-    JsonReply reply = Request(http, "POST", "/api/submit-itm", {{"tree", TreeToJson(*tree)}}, ann);
-    ASSERT_EQ(reply.status, 200);
-    json seeded = reply.body["tree"];
+    json seeded = SubmittedTree(http, ann, *tree);
     json& device = seeded["children"][0]["children"][0];
     device["primary"] = json::array({row("断路器", "VS1-12/1250", "2"), row("电流互感器", "LZZBJ9-10", "3")});
     ASSERT_EQ(Request(http, "POST", "/api/submit-bom", {{"tree", seeded}}, ann).status, 200);
     device["primary"] = json::array({row("断路器", "VS1-12/1250", "2"), row("电压表", "6L2-V", "1")});
     device["secondary"] = json::array({row("综保装置", "PCS-9611", "1"), row("<b>bold</b>", "<script>alert(1)</script>", "1")});
     ASSERT_EQ(Request(http, "POST", "/api/submit-bom", {{"tree", seeded}}, bob).status, 200);
-    ASSERT_EQ(Request(http, "POST", "/api/submit-itm", {{"tree", TreeToJson(*project(u"竞争对手", 1))}}, eve).status, 200);
+    SubmittedTree(http, eve, *project(u"竞争对手", 1));
 
     const std::filesystem::path artifacts = std::filesystem::path(QX_BINARY_DIR) / "artifacts";
     std::filesystem::create_directories(artifacts);
