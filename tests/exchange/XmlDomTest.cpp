@@ -55,6 +55,9 @@ TEST(XmlDom, LoadXmlRefusesEmptyAndMalformedTextWithoutRaising) {
     EXPECT_TRUE(document.parseErrorReason().IsEmpty());
     // White-space text inside elements is content; between top-level nodes it is not.
     EXPECT_EQ(document.xml(), CString(u"<?xml version=\"1.0\"?><a>\n\t<b/>\n</a>"));
+    // References to surrogates and to U+FFFE name no character of XML: they go; U+D7FF and U+E000 stay.
+    EXPECT_TRUE(document.loadXML(u"<a v='&#xD800;1&#xFFFE;'>&#xD7FF;&#xDFFF;&#xE000;</a>"));
+    EXPECT_EQ(document.xml(), CString(u"<a v=\"1\">\uD7FF\uE000</a>"));
 }
 
 TEST(XmlDom, EmptyReferencesRaiseTheInvalidPointerError) {

@@ -18,7 +18,8 @@ TEST(SessionTable, ATokenLapsesAfterTheIdleLimitIsKnownToEveryTableOnTheStoreAnd
     CSessionTable sessions(8h, [&] { return now; });
     const std::string token = sessions.open(store, {u"acme", u"ann"});
     EXPECT_EQ(token.size(), 64u);
-    EXPECT_NE(token, sessions.open(store, {u"acme", u"ann"}));
+    const std::string neverUsed = sessions.open(store, {u"acme", u"ann"});
+    EXPECT_NE(token, neverUsed);
     // The store holds the hash, which opens nothing.
     const CString hash = SessionTokenHash(token);
     ASSERT_TRUE(store.session(hash));
@@ -39,6 +40,7 @@ TEST(SessionTable, ATokenLapsesAfterTheIdleLimitIsKnownToEveryTableOnTheStoreAnd
 
     // Unknown, malformed and closed tokens name nobody.
     const std::string bob = sessions.open(store, {u"acme", u"bob"});
+    EXPECT_FALSE(store.session(SessionTokenHash(neverUsed))) << "a login takes the lapsed sessions away";
     for (const std::string& other : {std::string(), std::string(64, 'a'), bob + "0", bob.substr(1), std::string(64, 'A')})
         EXPECT_FALSE(sessions.use(store, other)) << other;
     EXPECT_TRUE(sessions.use(store, bob));
