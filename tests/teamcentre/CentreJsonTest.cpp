@@ -57,9 +57,12 @@ TEST(CentreJson, DocumentsOfTheWrongShapeAreRefused) {
 
     // The client's list of projects to choose from: every field of every entry is checked before use.
     const json project = {{"id", 7}, {"name", "P\a\x1b[2J"}, {"created", "2026-01-01"}};
-    const auto listed = ProjectListFromJson(json::array({project, project}));
+    // A parsed reply holds its IDs as unsigned numbers, one made in code as signed ones: both are taken.
+    const json parsed = json::parse(R"({"id": 18446744073709551615, "name": "Q", "created": "2026-01-02"})");
+    const auto listed = ProjectListFromJson(json::array({project, parsed}));
     ASSERT_TRUE(listed && listed->size() == 2);
     EXPECT_EQ(ProjectChoiceText(listed->front()), CString(u"P\\x07\\x1b[2J (ID 7, created 2026-01-01)"));
+    EXPECT_EQ(listed->back().id, "18446744073709551615");
     std::vector<json> badLists{json::object(), json("p"), json::array({1})};
     for (const char* field : {"id", "name", "created"}) {
         json missing = project;
