@@ -102,6 +102,7 @@ TEST_P(HexmoordApi, UsersOfOneEnterpriseShareItsProjectsAndNoOtherEnterpriseSees
     EXPECT_EQ(Request(*http, "GET", "/api/projects", nullptr, eve).body, json::array());
     for (const std::string& path : {projectPath + "/tree", projectPath + "/name", projectPath + "/rows", projectPath + "/rows?cabinet=" + device,
                                     projectPath + "/devices/" + device + "/revisions", std::string("/api/projects/99999999999999999999/tree"),
+                                    std::string("/api/projects/9999999999999999999/tree"),
                                     std::string("/api/projects/-1/tree"), std::string("/api/one-cabinet")})
         EXPECT_EQ(status("GET", path, eve), 404) << path;
     EXPECT_EQ(status("POST", "/api/submit-bom", eve, {{"tree", tree}}), 404);
