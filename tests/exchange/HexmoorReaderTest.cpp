@@ -55,33 +55,6 @@ std::string readIntoFilledNode(const TempFolder& folder, const std::string& byte
 
 } // namespace
 
-TEST(HexmoorReader, RoundTripsKeepADevicesFieldsAndGiveAProjectsStubsInDocumentOrder) {
-    TempFolder folder;
-    CapturedOutput output;
-    // A device: every field through the saved file, its products added to the rows already there.
-    auto device = makeNode(u"A&B <柜> \"q\" 'p'", u"ID&1", u"0");
-    setCabinet(*device, u"1，2,3", u"名称\t<x>", u"型号&\"", u"800*1500\n");
-    device->m_strBoms = u"<cabinet><product F_Name=\"a&amp;b\" F_Numbers=\"1\"/></cabinet>";
-    device->m_strDataSchema = u"<NewDataSet><Table>中</Table></NewDataSet>";
-    HMProjectTree_INFO read;
-    read.m_arrPrimaryBom.Add(BOM_INFO{u"kept", u"", u"", u"", u"", u""});
-    saveAndRead(folder, writtenText(*device), read);
-    EXPECT_EQ(described(read), described(*device));
-    ASSERT_EQ(read.m_arrPrimaryBom.GetSize(), 2);
-    EXPECT_EQ(read.m_arrPrimaryBom[1], (BOM_INFO{u"", u"a&b", u"", u"1", u"", u""}));
-
-    // A project: the cabinet fields of a child come from its own document, not from the SubNode.
-    auto root = makeNode(u"工程", u"P", u"");
-    addChild(*root, u"一期", u"S1", u"100");
-    setCabinet(*addChild(*root, u"K01", u"D1", u"0"), u"1", u"柜", u"型", u"尺");
-    addChild(*root, u"K01", u"D2", u"x");
-    root->m_strDataSchema = u"<NewDataSet/>";
-    HMProjectTree_INFO project;
-    saveAndRead(folder, writtenText(*root), project);
-    EXPECT_EQ(described(project), "工程|P|||||||<NewDataSet/>\n  一期|S1|100\n  K01|D1|0\n  K01|D2|x");
-    EXPECT_TRUE(output.boxes.empty());
-}
-
 // A read goes by four absolute paths until the first missing attribute or NewDataSet. UTF-16 and UTF-8 are
 // known by their marks, legacy code pages by the declaration; GBK characters under a GB2312 label are read as
 // Windows reads them, and a declaration in single bytes cannot truly say UTF-32.
@@ -141,24 +114,6 @@ TEST(HexmoorReader, EachDocumentReadsUntilItsFirstMissingPieceWithABoxForIt) {
     };
     TempFolder folder;
     for (const auto& row : cases) EXPECT_EQ(readIntoFilledNode(folder, row.bytes), row.read) << row.what;
-}
-
-TEST(HexmoorReader, AMissingFileOrADocumentNeverMadeLeavesTheNodeWithABox) {
-    TempFolder folder;
-    HMProjectTree_INFO node;
-    node.m_strName = u"kept";
-    CapturedOutput output;
-    CXmlDocument document;
-    HMXmlCreateDocument(document);
-    EXPECT_FALSE(HMXmlLoadFile(document, folder.logic() + u"none\\Hexmoor.xml"));
-    HMXmlReadNode(document, &node);
-    CXmlDocument never;
-    EXPECT_FALSE(HMXmlLoadFile(never, folder.logic() + u"Hexmoor.xml"));
-    HMXmlReadNode(never, &node);
-    EXPECT_EQ(described(node), "kept");
-    EXPECT_EQ(output.boxes.size(), 2u);
-    EXPECT_FALSE(HMXmlReadNode(document, nullptr));
-    EXPECT_EQ(output.boxes.size(), 2u);
 }
 
 TEST(HexmoorReader, LargeAndDeepDocumentsReadWhole) {

@@ -65,28 +65,6 @@ TEST(HexmoorWriter, EachKindOfNodeWritesItsOwnAttributesAndBlocks) {
     EXPECT_TRUE(writtenText(*other).Contains(u"<Boms>\n\t\t\t<other><product F_Name=\"x\"/></other>\n\t\t</Boms>"));
 }
 
-TEST(HexmoorWriter, NullNodeAndBrokenDocuments) {
-    CXmlDocument document;
-    HMXmlCreateDocument(document);
-    EXPECT_FALSE(HMXmlWriteNode(document, nullptr));
-    CString text;
-    HMXmlDocumentText(document, text);
-    EXPECT_EQ(text, CString(u"<?xml version='1.0'?><Hexmoor/>"));
-
-    // The writer has no handler: a document that was never made fails with the DOM's error.
-    const auto node = makeNode(u"a", u"b", u"");
-    CXmlDocument never;
-    EXPECT_THROW(HMXmlWriteNode(never, node.get()), CXmlDomError);
-    EXPECT_THROW(HMXmlDocumentText(never, text), CXmlDomError);
-
-    // A document made again starts afresh.
-    HMXmlCreateDocument(document);
-    HMXmlWriteNode(document, node.get());
-    HMXmlCreateDocument(document);
-    HMXmlDocumentText(document, text);
-    EXPECT_EQ(text, CString(u"<?xml version='1.0'?><Hexmoor/>"));
-}
-
 TEST(HexmoorWriter, SaveWritesUtf8WithoutByteOrderMarkThroughAnAtomicRewrite) {
     TempFolder folder;
     const CString path = folder.logic() + u"Hexmoor.xml";
