@@ -116,6 +116,24 @@ TEST(HexmoorReader, EachDocumentReadsUntilItsFirstMissingPieceWithABoxForIt) {
     for (const auto& row : cases) EXPECT_EQ(readIntoFilledNode(folder, row.bytes), row.read) << row.what;
 }
 
+TEST(HexmoorReader, AMissingFileOrADocumentNeverMadeLeavesTheNodeWithABox) {
+    TempFolder folder;
+    HMProjectTree_INFO node;
+    node.m_strName = u"kept";
+    CapturedOutput output;
+    CXmlDocument document;
+    HMXmlCreateDocument(document);
+    EXPECT_FALSE(HMXmlLoadFile(document, folder.logic() + u"none\\Hexmoor.xml"));
+    HMXmlReadNode(document, &node);
+    CXmlDocument never;
+    EXPECT_FALSE(HMXmlLoadFile(never, folder.logic() + u"Hexmoor.xml"));
+    HMXmlReadNode(never, &node);
+    EXPECT_EQ(described(node), "kept");
+    EXPECT_EQ(output.boxes.size(), 2u);
+    EXPECT_FALSE(HMXmlReadNode(document, nullptr));
+    EXPECT_EQ(output.boxes.size(), 2u);
+}
+
 TEST(HexmoorReader, LargeAndDeepDocumentsReadWhole) {
     std::u16string nested;
     const int depth = 100000;

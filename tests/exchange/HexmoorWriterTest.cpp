@@ -65,6 +65,15 @@ TEST(HexmoorWriter, EachKindOfNodeWritesItsOwnAttributesAndBlocks) {
     EXPECT_TRUE(writtenText(*other).Contains(u"<Boms>\n\t\t\t<other><product F_Name=\"x\"/></other>\n\t\t</Boms>"));
 }
 
+TEST(HexmoorWriter, ANullNodeWritesNothing) {
+    CXmlDocument document;
+    HMXmlCreateDocument(document);
+    EXPECT_FALSE(HMXmlWriteNode(document, nullptr));
+    CString text;
+    HMXmlDocumentText(document, text);
+    EXPECT_EQ(text, CString(u"<?xml version='1.0'?><Hexmoor/>"));
+}
+
 TEST(HexmoorWriter, SaveWritesUtf8WithoutByteOrderMarkThroughAnAtomicRewrite) {
     TempFolder folder;
     const CString path = folder.logic() + u"Hexmoor.xml";
