@@ -7,8 +7,6 @@
 
 #include <fstream>
 #include <map>
-#include <set>
-#include <utility>
 
 namespace {
 
@@ -28,6 +26,17 @@ std::string lower(std::string name) {
 }
 
 } // namespace
+
+// The buckets keep the original's layout: length, four digits of the code, the folded name.
+TEST(EntityTable, BucketsHoldTheFoldedNamesInNameOrder) {
+    const CStringArray& buckets = GetEntityBuckets();
+    ASSERT_EQ(buckets.GetSize(), QX_ENTITY_BUCKET_COUNT);
+    EXPECT_EQ(buckets[3], CString(u"40185sup1"));
+    EXPECT_EQ(buckets[27], CString(u"40710circ"));
+    EXPECT_EQ(buckets[GetEntityBucket(u"brvbar")], CString(u"60166brvbar"));
+    EXPECT_EQ(buckets[GetEntityBucket(u"alpha")],
+              CString(u"50913alpha50202ecirc70933upsilon50945alpha50234ecirc70965upsilon"));
+}
 
 TEST(EntityTable, EveryNameDecodesToTheFirstOfItsSpellings) {
     const std::map<std::string, int> html4 = html4References();
