@@ -110,6 +110,7 @@ TEST(XmlDom, ReferencesOutliveTheirDocumentAndDeepClonesCarryASubtreeIntoAnother
     ASSERT_TRUE(scratch.loadXML(u"<b/>"));
     EXPECT_EQ(scratch.xml(), CString(u"<b/>"));
     scratch.Release();
+    EXPECT_EQ(errorCodeOf([&] { scratch.xml(); }), CXmlDomError::kInvalidPointer);  // released: no content left
     EXPECT_EQ(kept.getAttribute(u"a"), std::optional<CString>(u"1"));
 
     CXmlDocument target = newDocument();
