@@ -7,6 +7,8 @@
 
 #include <fstream>
 #include <map>
+#include <set>
+#include <utility>
 
 namespace {
 
@@ -27,15 +29,35 @@ std::string lower(std::string name) {
 
 } // namespace
 
-// The buckets keep the original's layout: length, four digits of the code, the folded name.
-TEST(EntityTable, BucketsHoldTheFoldedNamesInNameOrder) {
+TEST(EntityTable, HoldsTheHtml4ListAndAposInTheirBuckets) {
+    const std::map<std::string, int> html4 = html4References();
+    ASSERT_EQ(html4.size(), 252u);
+
+    std::set<std::pair<std::string, int>> expected{{"apos", 39}};
+    for (const auto& [name, code] : html4) expected.insert({lower(name), code});
+
     const CStringArray& buckets = GetEntityBuckets();
     ASSERT_EQ(buckets.GetSize(), QX_ENTITY_BUCKET_COUNT);
+    std::multiset<std::pair<std::string, int>> found;
+    for (int b = 0; b < buckets.GetSize(); ++b) {
+        const std::string text = buckets[b].ToUtf8();
+        for (size_t at = 0; at < text.size();) {
+            const size_t length = static_cast<size_t>(text[at] - '0');
+            ASSERT_TRUE(length >= 2 && length <= 8 && at + 5 + length <= text.size()) << text;
+            const std::string name = text.substr(at + 5, length);
+            EXPECT_EQ(GetEntityBucket(CString(name).view()), b) << name;
+            found.insert({name, std::stoi(text.substr(at + 1, 4))});
+            at += 5 + length;
+        }
+    }
+    EXPECT_EQ(found.size(), 253u);
+    const std::set<std::pair<std::string, int>> distinct(found.begin(), found.end());
+    EXPECT_EQ(distinct, expected);
+
     EXPECT_EQ(buckets[3], CString(u"40185sup1"));
     EXPECT_EQ(buckets[27], CString(u"40710circ"));
     EXPECT_EQ(buckets[GetEntityBucket(u"brvbar")], CString(u"60166brvbar"));
-    EXPECT_EQ(buckets[GetEntityBucket(u"alpha")],
-              CString(u"50913alpha50202ecirc70933upsilon50945alpha50234ecirc70965upsilon"));
+    EXPECT_EQ(buckets[GetEntityBucket(u"alpha")], CString(u"50913alpha50202ecirc70933upsilon50945alpha50234ecirc70965upsilon"));
 }
 
 TEST(EntityTable, EveryNameDecodesToTheFirstOfItsSpellings) {
