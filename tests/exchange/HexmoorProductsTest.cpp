@@ -67,3 +67,21 @@ TEST(HexmoorProducts, RowsByParentIdLengthAccessoryRemarkAndAnExactSecondaryOne)
     };
     for (const auto& row : cases) EXPECT_EQ(rowsOf(row.products), row.rows) << row.what;
 }
+
+TEST(HexmoorProducts, RowsAppendAndNothingIsReadOutsideACabinet) {
+    const CString block = u"<cabinet><product F_Name='n' F_Model='m' F_Numbers='2' F_IsSecondary='1'/></cabinet>";
+    HMProjectTree_INFO read;
+    readProducts(block, read);
+    readProducts(block, read);
+    ASSERT_EQ(read.m_arrSecondaryBom.GetSize(), 2);
+    EXPECT_EQ(read.m_arrSecondaryBom[0], read.m_arrSecondaryBom[1]);
+
+    HMProjectTree_INFO none;
+    readProducts(u"<other><product F_Name='x'/></other>", none);
+    EXPECT_TRUE(none.m_arrPrimaryBom.IsEmpty());
+    EXPECT_TRUE(none.m_arrSecondaryBom.IsEmpty());
+
+    // Without a document the DOM's error passes to the caller.
+    CXmlDocument never;
+    EXPECT_THROW(HMXmlReadProducts(never, &none), CXmlDomError);
+}

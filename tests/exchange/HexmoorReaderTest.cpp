@@ -55,6 +55,33 @@ std::string readIntoFilledNode(const TempFolder& folder, const std::string& byte
 
 } // namespace
 
+TEST(HexmoorReader, RoundTripsKeepADevicesFieldsAndGiveAProjectsStubsInDocumentOrder) {
+    TempFolder folder;
+    CapturedOutput output;
+    // A device: every field through the saved file, its products added to the rows already there.
+    auto device = makeNode(u"A&B <柜> \"q\" 'p'", u"ID&1", u"0");
+    setCabinet(*device, u"1，2,3", u"名称\t<x>", u"型号&\"", u"800*1500\n");
+    device->m_strBoms = u"<cabinet><product F_Name=\"a&amp;b\" F_Numbers=\"1\"/></cabinet>";
+    device->m_strDataSchema = u"<NewDataSet><Table>中</Table></NewDataSet>";
+    HMProjectTree_INFO read;
+    read.m_arrPrimaryBom.Add(BOM_INFO{u"kept", u"", u"", u"", u"", u""});
+    saveAndRead(folder, writtenText(*device), read);
+    EXPECT_EQ(described(read), described(*device));
+    ASSERT_EQ(read.m_arrPrimaryBom.GetSize(), 2);
+    EXPECT_EQ(read.m_arrPrimaryBom[1], (BOM_INFO{u"", u"a&b", u"", u"1", u"", u""}));
+
+    // A project: the cabinet fields of a child come from its own document, not from the SubNode.
+    auto root = makeNode(u"工程", u"P", u"");
+    addChild(*root, u"一期", u"S1", u"100");
+    setCabinet(*addChild(*root, u"K01", u"D1", u"0"), u"1", u"柜", u"型", u"尺");
+    addChild(*root, u"K01", u"D2", u"x");
+    root->m_strDataSchema = u"<NewDataSet/>";
+    HMProjectTree_INFO project;
+    saveAndRead(folder, writtenText(*root), project);
+    EXPECT_EQ(described(project), "工程|P|||||||<NewDataSet/>\n  一期|S1|100\n  K01|D1|0\n  K01|D2|x");
+    EXPECT_TRUE(output.boxes.empty());
+}
+
 // A read goes by four absolute paths until the first missing attribute or NewDataSet. UTF-16 and UTF-8 are
 // known by their marks, legacy code pages by the declaration; GBK characters under a GB2312 label are read as
 // Windows reads them, and a declaration in single bytes cannot truly say UTF-32.
@@ -145,6 +172,14 @@ TEST(HexmoorReader, LargeAndDeepDocumentsReadWhole) {
     TempFolder folder;
     HMProjectTree_INFO read;
     saveAndRead(folder, writtenText(*device), read);
+
+    auto root = makeNode(u"R", u"", u"");
+    root->m_strDataSchema = u"<NewDataSet/>";
+    for (int i = 0; i < 20000; ++i) addChild(*root, QxFormat(u"子%d", i), u"", u"0");
+    HMProjectTree_INFO project;
+    saveAndRead(folder, writtenText(*root), project);
+    ASSERT_EQ(project.m_arrChildren.GetSize(), 20000);
+    EXPECT_EQ(project.m_arrChildren[19999]->m_strName, CString(u"子19999"));
 
     // The innermost empty element comes back in its short form.
     CString expected = device->m_strBoms;

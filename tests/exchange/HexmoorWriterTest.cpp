@@ -60,6 +60,9 @@ TEST(HexmoorWriter, EachKindOfNodeWritesItsOwnAttributesAndBlocks) {
                           u"\n\t\t<Boms>\n\t\t</Boms>\n\t\t<DataSchema>\n\t\t\t\n\t\t</DataSchema>\n\t</Node>" + kTail)
             << CString(boms);
     }
+    auto other = makeNode(u"K", u"", u"0100");
+    other->m_strBoms = u"<other><product F_Name='x'/></other>";
+    EXPECT_TRUE(writtenText(*other).Contains(u"<Boms>\n\t\t\t<other><product F_Name=\"x\"/></other>\n\t\t</Boms>"));
 }
 
 TEST(HexmoorWriter, ANullNodeWritesNothing) {
