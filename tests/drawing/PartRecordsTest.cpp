@@ -94,10 +94,6 @@ TEST(RecordGroupsTest, GroupsOpenAtEachLabelAndInheritWhatTheyDoNotState) {
     EXPECT_EQ(groupTexts(groups, kLabelRecordKeyCount),
               (std::vector<CString>{u"|7|B1||||||||||||||", u"1KA|7|B2|||||A|||||||||", u"2KA|8|B2|||||B|||||||||",
                                     u"2KA|8|B2|||||B|||||||||"}));
-    EXPECT_TRUE(RecordGroups({}, LabelRecordKeys()).empty());
-    // A label on the last line closes the group before it and then its own.
-    const RecordGroups closing({u"标号:A", u"名称:n", u"标号:B"}, ComponentRecordKeys());
-    EXPECT_EQ(groupTexts(closing, kComponentRecordKeyCount), (std::vector<CString>{u"A|n|||", u"B|n|||", u"B|n|||"}));
 }
 
 TEST(PartRecordsTest, LabelGroupsBecomeRecordsWithTheRowsFields) {
