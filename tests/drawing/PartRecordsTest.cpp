@@ -187,11 +187,6 @@ TEST(PartRecordsTest, ComponentsLandOnTheFirstRowOfTheirLabel) {
 TEST(DwgLocationTest, TheItemBehindTheCaption) {
     DrawingBuilder builder;
     CString location = u"stale";
-    QxGetDwgLocation(&builder.database(), location);
-    EXPECT_TRUE(location.IsEmpty());
-    QxGetDwgLocation(nullptr, location);
-    EXPECT_TRUE(location.IsEmpty());
-
     const AcDbObjectId own = builder.namedDictionary(QX_DWG_DICITIONARY);
     const AcDbObjectId record =
         builder.addXrecordTo(own, QX_LOCATION_XRECORD, DrawingBuilder::TextItems(1, {u"x", u"安装 位 置", u"+A1", u"位置", u"+B"}));
