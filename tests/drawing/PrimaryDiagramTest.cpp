@@ -57,30 +57,13 @@ protected:
 
 } // namespace
 
-TEST(CircuitValuesTest, NumberValueAndAnnotationRules) {
-    EXPECT_EQ(QxCircuitNumber(u"2＠K03『x』"), u"K03(2)");
-    EXPECT_EQ(QxCircuitNumber(u"K03"), u"K03");
+// The number, value and annotation rules are read whole through the circuit records below and the
+// readers' fixtures; here, what those do not reach.
+TEST(CircuitValuesTest, NumberWithoutDrawerAndRowTexts) {
     EXPECT_EQ(QxCircuitNumber(u"＠K03"), u"K03");
-    EXPECT_EQ(QxCircuitNumber(u"2＠"), u"(2)");
-    EXPECT_EQ(QxCircuitNumber(u"『x』"), u"");
-    EXPECT_EQ(QxCircuitNumber(u"a＠b＠c『x『y"), u"b＠c(a)");
-    EXPECT_EQ(QxCircuitValue(u"p＠v『n』"), u"v");
-    EXPECT_EQ(QxCircuitValue(u"v"), u"v");
-    EXPECT_EQ(QxCircuitValue(u"a＠b＠c『x『y』"), u"b＠c");
-    EXPECT_EQ(QxCircuitAnnotation(u"＠DC220V『C:\\a.dwg|C:\\b.dwg』"), u"C:\\a.dwg|C:\\b.dwg");
-    EXPECT_EQ(QxCircuitAnnotation(u"『x』＠DC『y』』"), u"y");
-    EXPECT_EQ(QxCircuitAnnotation(u"＠DC220V"), u"");
-}
-
-TEST(CircuitValuesTest, RowTexts) {
     CircuitRow row;
     ASSERT_TRUE(QxParseCircuitRow(u"p＠额定电流|||||1250A『note』|", row));
-    EXPECT_EQ(row.name, u"额定电流");
     EXPECT_EQ(row.value, u"1250A");
-    // Behind the first "『", to the end of the text.
-    EXPECT_EQ(row.annotationOrValue, u"note|");
-    ASSERT_TRUE(QxParseCircuitRow(u"名称|||值", row));
-    EXPECT_EQ(row.annotationOrValue, u"值");
     EXPECT_FALSE(QxParseCircuitRow(u"＠|||值", row));
     EXPECT_FALSE(QxParseCircuitRow(u"名称||值", row));
 }
@@ -98,10 +81,8 @@ TEST_F(PrimaryDiagramTest, HeadTextsByTheirLabels) {
     // The last text of an item wins; a full-width colon is no ":".
     const HeadRead read = ReadHead(&b.database());
     EXPECT_EQ(read.text, u"1|111|10kV|TMY3x(80x8)|：DC110V");
-    EXPECT_EQ((std::vector<AcDbObjectId>{read.id1, read.id2, read.idBus}), (std::vector<AcDbObjectId>{primary, secondary, busbar}));
     const HeadRead none = ReadHead(nullptr);
     EXPECT_EQ(none.text, u"0|000|||");
-    EXPECT_TRUE(none.id1.isNull() && none.id2.isNull() && none.idBus.isNull());
 }
 
 TEST_F(PrimaryDiagramTest, CircuitFieldsFromAttributesAndRows) {

@@ -32,11 +32,6 @@ inline AcDbObjectId DefineSquareBlock(DrawingBuilder& b, const CString& name, do
     return block;
 }
 
-// Xdata of one 1005 item holding any text, for links that lead nowhere.
-inline void SetRawLink(DrawingBuilder& b, AcDbObjectId object, const CString& application, const CString& handle) {
-    b.setXData(object, application, {ResItem::text(1005, handle)});
-}
-
 // An xrecord of text items from a list known only at run time.
 inline void AddTextRecord(DrawingBuilder& b, AcDbObjectId object, const CString& entry, const std::vector<CString>& lines) {
     ResItems items;
