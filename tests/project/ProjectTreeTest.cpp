@@ -34,11 +34,3 @@ TEST(ProjectTree, DeletingASubProjectRemovesItsDevicesFromTheRootList) {
     ASSERT_EQ(root.m_arrCabinets.GetSize(), 1);
     EXPECT_EQ(root.m_arrCabinets[0], top);
 }
-
-TEST(ProjectTree, TheTwoKindTestsDifferOnlyOnTheEmptyType) {
-    // Per type: whether it is a device, then whether it is no sub-project.
-    std::string kinds;
-    for (const char16_t* type : {u"0", u"0100", u" 100", u"100", u""})
-        kinds += std::to_string(HMIsDeviceType(type)) + std::to_string(HMIsNotSubProjectType(type)) + " ";
-    EXPECT_EQ(kinds, "11 11 11 00 01 ");
-}

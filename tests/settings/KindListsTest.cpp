@@ -84,13 +84,3 @@ TEST_F(SettingsTest, DistLimitIsAPositiveNumberReadOncePerSession) {
     install.writeFile("Data/DistLimit.txt", "3");
     EXPECT_DOUBLE_EQ(session.GetDistLimit(), 2.0);
 }
-
-TEST_F(SettingsTest, ErpOrCadModeComesFromTheFirstLineInAnyCase) {
-    const auto modeOf = [&](const std::string& content) {
-        install.writeFile("Data/ErpOrCad.txt", content);
-        return CSettingsSession().GetErpOrCadMode();
-    };
-    EXPECT_EQ(CSettingsSession().GetErpOrCadMode(), QX_MODE_CAD);
-    EXPECT_EQ((std::vector<int>{modeOf("ERPsystem"), modeOf("CAD\r\nBSF"), modeOf("bsF edition")}),
-              (std::vector<int>{QX_MODE_ERP, QX_MODE_CAD, QX_MODE_BSF}));
-}
