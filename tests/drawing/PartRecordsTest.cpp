@@ -117,6 +117,28 @@ TEST(PartRecordsTest, LabelGroupsBecomeRecordsWithTheRowsFields) {
     EXPECT_EQ(read.parts[0]->PartBoms[0]->Handle, anchor.handle().text());
 }
 
+// Each key of a label record fills its own field of the record, whatever its place in the group.
+TEST(PartRecordsTest, EveryLabelKeyFillsItsOwnField) {
+    DrawingBuilder builder;
+    RowSpec wanted;
+    wanted.labelLines = CStringArray{u"标号:1KA", u"空开图组件:17", u"屏柜图组件:16", u"元件类名:15", u"元件标注距离:14",
+                                     u"元件顺序号:13", u"元件描述:12", u"布置比例:11", u"接线图章旋转角度:10",
+                                     u"接线图章组件:9", u"合并过的标号数组:1KA", u"接线路径号:7", u"分行:6",
+                                     u"板前板后:5", u"板名:4", u"板号:3", u"序号:2"};
+    addRow(builder, wanted);
+    PartsOf read;
+    ASSERT_TRUE(read.read(builder));
+    ASSERT_EQ(read.parts.GetSize(), 1);
+    const CPartBomDataBase& p = *read.parts[0];
+    const std::vector<CString> fields{p.Label,          p.SeqNo,          p.BoardNo,        p.BoardName,
+                                      p.BoardSide,      p.RowSplit,       p.WirePathNo,     p.MergedLabels.get(),
+                                      p.WireStampBlock, p.WireStampAngle, p.LayoutScale,    p.ElementDesc,
+                                      p.ElementOrderNo, p.ElementLabelDistance, p.ElementClass,
+                                      p.CabinetDrawingBlock, p.BreakerDrawingBlock};
+    EXPECT_EQ(fields, (std::vector<CString>{u"1KA", u"2", u"3", u"4", u"5", u"6", u"7", u"1KA", u"9", u"10", u"11",
+                                            u"12", u"13", u"14", u"15", u"16", u"17"}));
+}
+
 TEST(PartRecordsTest, RowsCountOnlyWithALinkedNumberOfDigits) {
     DrawingBuilder builder;
     RowSpec wanted;
